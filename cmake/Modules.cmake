@@ -1,0 +1,57 @@
+# SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
+# zel_module(<Name> [PUBLIC <libs>...] [PRIVATE <libs>...])
+#   The shared library Zel<Name> (alias Zel::<Name>) from every source of the current folder, not of
+#   its sub-folders. Headers are included by their path below src/.
+# zel_program(<name> <sources>... LINK <libs>...)
+# zel_tests([LINK <libs>...])
+#   Each tst_*.cpp of the current folder becomes a test of its own.
+
+function(zel_module name)
+  cmake_parse_arguments(ARG "" "" "PUBLIC;PRIVATE" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
+  add_library(Zel${name} SHARED ${sources})
+  add_library(Zel::${name} ALIAS Zel${name})
+  set_target_properties(Zel${name} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} AUTORCC ON)
+  target_include_directories(Zel${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(Zel${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} ZelWarnings)
+  target_link_options(Zel${name} PRIVATE
+    $<$<NOT:$<BOOL:${ZEL_SANITIZE}>>:-Wl,--no-undefined>)
+endfunction()
+
+function(zel_program name)
+  cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
+  add_executable(${name} ${ARG_UNPARSED_ARGUMENTS})
+  set_target_properties(${name} PROPERTIES AUTORCC ON)
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} ZelWarnings)
+endfunction()
+
+# What every test runs with: no screen, plain locale, a fixed time zone with daylight saving.
+set(ZEL_TEST_ENVIRONMENT
+  "QT_QPA_PLATFORM=offscreen" "LC_ALL=C.UTF-8" "TZ=America/New_York"
+  "QT_SCALE_FACTOR=1" "QT_LOGGING_RULES=" "QT_QPA_PLATFORMTHEME=" "QT_STYLE_OVERRIDE=Fusion"
+  "ASAN_OPTIONS=detect_leaks=1:new_delete_type_mismatch=0"
+  "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0")
+
+function(zel_add_test name)
+  add_test(NAME ${name} COMMAND ${ARGN})
+  set_tests_properties(${name} PROPERTIES
+    ENVIRONMENT "${ZEL_TEST_ENVIRONMENT}" TIMEOUT 300)
+endfunction()
+
+function(zel_tests)
+  cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
+  file(GLOB tests CONFIGURE_DEPENDS tst_*.cpp)
+  foreach(source IN LISTS tests)
+    get_filename_component(name "${source}" NAME_WE)
+    zel_program(${name} "${source}" LINK ${ARG_LINK} Zel::TestSupport Qt6::Test)
+    target_compile_definitions(${name} PRIVATE
+      ZEL_FIXTURES="${CMAKE_SOURCE_DIR}/tests/fixtures" ZEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
+      ZEL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    set_target_properties(${name} PROPERTIES
+      RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    zel_add_test(${name} ${name})
+  endforeach()
+endfunction()
