@@ -41,5 +41,6 @@ ZEL_EXPORT int runTest(int argc, char **argv, TestCase *(*create)());
 #define ZEL_TEST_MAIN(TestClass)                                                                   \
     int main(int argc, char **argv)                                                                \
     {                                                                                              \
-        return ZelTest::runTest(argc, argv, []() -> ZelTest::TestCase * { return new TestClass; }); \
+        return ZelTest::runTest(argc, argv,                                                        \
+                                []() -> ZelTest::TestCase * { return new TestClass; });            \
     }

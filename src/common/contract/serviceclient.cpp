@@ -10,7 +10,10 @@ SessionOperations::~SessionOperations() = default;
 ProjectOperations::~ProjectOperations() = default;
 StudioService::~StudioService() = default;
 
-ServiceClient::ServiceClient(QObject *parent) : QObject(parent) { }
+ServiceClient::ServiceClient(QObject *parent)
+    : QObject(parent)
+{
+}
 
 ServiceClient::~ServiceClient() = default;
 

@@ -15,7 +15,8 @@ namespace QXSC {
 class ZEL_EXPORT ServiceError : public Zel::RuntimeError
 {
 public:
-    enum class Kind {
+    enum class Kind
+    {
         Unreachable,     ///< no connection could be made
         TimedOut,        ///< no answer within the time limit
         ConnectionLost,  ///< the connection ended in the middle of the call
@@ -30,7 +31,8 @@ public:
     };
 
     /// Error numbers of service errors are this base plus the kind's ordinal.
-    static constexpr int NumberBase = -2147220992; // 0x80040200, the first number free for a library
+    static constexpr int NumberBase =
+        -2147220992; // 0x80040200, the first number free for a library
 
     ServiceError(Kind kind, const QString &description, const QString &code = QString(),
                  const QString &details = QString());

@@ -21,8 +21,8 @@ struct ProjectType
 /// What a new project starts with.
 struct NewProject
 {
-    /// Chosen by the caller (a UUID without braces). Sending the same guid again after a lost answer
-    /// returns the project already made instead of a second one.
+    /// Chosen by the caller (a UUID without braces). Sending the same guid again after a lost
+    /// answer returns the project already made instead of a second one.
     QString guid;
     QString name;
     QString typeID;

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "testsupport/messageboxdriver.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+
+namespace ZelTest {
+
+namespace {
+
+QMessageBox::StandardButton defaultButtonOf(const QMessageBox &box)
+{
+    return box.standardButton(box.defaultButton());
+}
+
+} // namespace
+
+MessageBoxDriver::MessageBoxDriver(QObject *parent)
+    : QObject(parent)
+{
+    m_timer.setInterval(5);
+    connect(&m_timer, &QTimer::timeout, this, &MessageBoxDriver::look);
+    m_timer.start();
+}
+
+MessageBoxDriver::~MessageBoxDriver() = default;
+
+void MessageBoxDriver::click(QMessageBox::StandardButton button)
+{
+    m_answers << Answer{button, Qt::Key_unknown};
+}
+
+void MessageBoxDriver::press(Qt::Key key)
+{
+    m_answers << Answer{QMessageBox::NoButton, key};
+}
+
+void MessageBoxDriver::look()
+{
+    auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    if (!box || !box->isVisible())
+        return;
+    m_shown << Shown{box->windowTitle(), box->text(), box->standardButtons(),
+                     defaultButtonOf(*box)};
+    const bool prepared = !m_answers.isEmpty();
+    const Answer answer = prepared ? m_answers.takeFirst() : Answer{{}, Qt::Key_Escape};
+    if (!prepared)
+        ++m_unexpected;
+    QAbstractButton *button = box->button(answer.button);
+    if (button)
+        QTest::mouseClick(button, Qt::LeftButton);
+    else
+        QTest::keyClick(box, answer.key == Qt::Key_unknown ? Qt::Key_Escape : answer.key);
+}
+
+} // namespace ZelTest

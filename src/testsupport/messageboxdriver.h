@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+
+#include <QList>
+#include <QMessageBox>
+#include <QObject>
+#include <QTimer>
+
+namespace ZelTest {
+
+/// Answers the message boxes that come up while it lives, as a person would: with a click or a key.
+///
+///     MessageBoxDriver boxes;
+///     boxes.click(QMessageBox::Ok);
+///     QTest::mouseClick(button, Qt::LeftButton); // opens the box and returns when it is closed
+///     QCOMPARE(boxes.shown().size(), 1);
+///
+/// A box that comes up without an answer prepared is closed with Esc and counted in `unexpected()`.
+class ZEL_EXPORT MessageBoxDriver : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Shown
+    {
+        QString title;
+        QString text;
+        QMessageBox::StandardButtons buttons;
+        QMessageBox::StandardButton defaultButton;
+    };
+
+    explicit MessageBoxDriver(QObject *parent = nullptr);
+    ~MessageBoxDriver() override;
+
+    /// Prepares a click on a button for the next box that has no answer yet.
+    void click(QMessageBox::StandardButton button);
+    /// Prepares a key press.
+    void press(Qt::Key key);
+
+    QList<Shown> shown() const { return m_shown; }
+
+    int unexpected() const { return m_unexpected; }
+
+private:
+    void look();
+
+    struct Answer
+    {
+        QMessageBox::StandardButton button = QMessageBox::NoButton;
+        Qt::Key key = Qt::Key_unknown;
+    };
+
+    QTimer m_timer;
+    QList<Answer> m_answers;
+    QList<Shown> m_shown;
+    int m_unexpected = 0;
+};
+
+} // namespace ZelTest

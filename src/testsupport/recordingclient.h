@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "common/contract/serviceclient.h"
+#include "common/contract/studioservice.h"
+#include "platform/core/export.h"
+
+#include <QHash>
+#include <QStringList>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+namespace ZelTest {
+
+/// A service client without a service: it keeps every call with its arguments, in order, and
+/// answers as scripted.
+///
+///     RecordingClient client;
+///     client.accounts = accountList({{"Aurora", 7}});
+///     login->Init(&client, "Studio");
+///     ...
+///     QCOMPARE(client.calls(), QStringList{"getAccounts()"});
+///
+/// Answer members are public and may be changed between calls; a null pointer answers nothing.
+/// `failNext` makes the next call of an operation throw. `atCall` runs at the moment of every call,
+/// before the answer, to look at the user interface or to change it.
+class ZEL_EXPORT RecordingClient : public QXSC::ServiceClient, public QXSC::StudioService
+{
+    Q_OBJECT
+
+public:
+    explicit RecordingClient(QObject *parent = nullptr);
+    ~RecordingClient() override;
+
+    // Scripted answers.
+    bool authenticated = true;
+    QXSC::AccountCollectionPtr accounts = std::make_shared<QXSC::AccountCollection>();
+    bool accountAccepted = true;
+    QXSC::ProjectCollectionPtr projects = std::make_shared<QXSC::ProjectCollection>();
+    /// Published state by guid; a guid that is not in it is not published.
+    QHash<QString, bool> published;
+    QList<QXSC::ProjectType> types;
+
+    /// Called with the text of each call.
+    std::function<void(const QString &call)> atCall;
+
+    /// Makes the next call of `operation` ("getProjectList") throw a copy of `error`.
+    void failNext(const QString &operation, const Zel::RuntimeError &error);
+
+    /// The calls so far: the operation's name and its in-arguments, texts in quotes, booleans as
+    /// True and False: `setActiveAccount("7")`.
+    QStringList calls() const { return m_calls; }
+
+    /// The calls since the last `takeCalls`.
+    QStringList takeCalls();
+
+    void authenticate(const QString &serverAddress, const QString &userName,
+                      const QString &password, const QString &appName, const QString &reserved,
+                      bool useProxy, bool reservedFlag, bool &success) override;
+    void getAccounts(QXSC::AccountCollectionPtr &result) override;
+    void setActiveAccount(const QString &accountNumber, bool &success) override;
+    void getProjectList(const QString &projectType, QXSC::ProjectCollectionPtr &result) override;
+    void isProjectPublished(const QString &guid, const QString &reserved, bool &result) override;
+
+    QList<QXSC::ProjectType> projectTypes() override;
+    QXSC::ProjectRecordPtr createProject(const QXSC::NewProject &project) override;
+    void signOut() override;
+
+protected:
+    /// Records a call, runs `atCall`, throws what `failNext` prepared. For derived clients too.
+    void record(const QString &operation, const QVariantList &arguments = {});
+
+private:
+    QStringList m_calls;
+    QHash<QString, std::shared_ptr<Zel::RuntimeError>> m_failures;
+};
+
+/// A collection of accounts.
+ZEL_EXPORT QXSC::AccountCollectionPtr accountList(const QList<QXSC::AccountRecord> &accounts);
+
+/// A collection of projects.
+ZEL_EXPORT QXSC::ProjectCollectionPtr projectList(const QList<QXSC::ProjectRecord> &projects);
+
+} // namespace ZelTest
