@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/errorbar.h"
+
+#include "studio/appearance.h"
+#include "studio/errorcenter.h"
+#include "studio/tintedicon.h"
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace Studio {
+
+namespace {
+
+constexpr QRgb AlarmColor = 0xffc8372d;
+constexpr int DetailsHeight = 84;
+
+QLabel *makeText(QWidget *parent, const char *name)
+{
+    auto *label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+QToolButton *makeTool(QWidget *parent, const char *name, const QString &text)
+{
+    auto *button = new QToolButton(parent);
+    button->setObjectName(QLatin1String(name));
+    button->setText(text);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
+
+} // namespace
+
+ErrorBar::ErrorBar(ErrorCenter &errors, QWidget *parent)
+    : QFrame(parent)
+    , m_errors(errors)
+{
+    setObjectName(QStringLiteral("errorBar"));
+    build();
+    applyColors();
+    hide();
+    connect(&m_errors, &ErrorCenter::raised, this, &ErrorBar::showProblem);
+    connect(&m_errors, &ErrorCenter::cleared, this, &QWidget::hide);
+    connect(m_retry, &QPushButton::clicked, &m_errors, &ErrorCenter::retry);
+    connect(m_close, &QToolButton::clicked, &m_errors, &ErrorCenter::clear);
+    connect(m_signIn, &QPushButton::clicked, this, [this] {
+        m_errors.clear();
+        emit signInRequested();
+    });
+    connect(m_detailsButton, &QToolButton::toggled, this, &ErrorBar::toggleDetails);
+    connect(m_copy, &QToolButton::clicked, this, &ErrorBar::copyDetails);
+}
+
+void ErrorBar::build()
+{
+    setAutoFillBackground(true);
+    auto *icon = new QLabel(this);
+    icon->setPixmap(QIcon(QStringLiteral(":/studio/icons/alarm.svg")).pixmap(24, 24));
+    icon->setAccessibleName(tr("Problem"));
+    m_what = makeText(this, "errorWhat");
+    QFont bold = m_what->font();
+    bold.setWeight(QFont::DemiBold);
+    m_what->setFont(bold);
+    m_advice = makeText(this, "errorAdvice");
+    m_retry = new QPushButton(tr("&Retry"), this);
+    m_retry->setObjectName(QStringLiteral("errorRetry"));
+    m_signIn = new QPushButton(tr("Sign In &Again"), this);
+    m_signIn->setObjectName(QStringLiteral("errorSignIn"));
+    m_detailsButton = makeTool(this, "errorDetailsButton", tr("&Details"));
+    m_detailsButton->setCheckable(true);
+    m_copy = makeTool(this, "errorCopy", tr("C&opy"));
+    m_copy->setToolTip(tr("Copy what happened and the details"));
+    m_close = makeTool(this, "errorClose", QString());
+    m_close->setIcon(tintedIcon(QStringLiteral("close")));
+    m_close->setToolTip(tr("Close (Esc)"));
+    m_close->setAccessibleName(tr("Close"));
+    m_details = new QPlainTextEdit(this);
+    m_details->setObjectName(QStringLiteral("errorDetails"));
+    m_details->setAccessibleName(tr("Details"));
+    m_details->setReadOnly(true);
+    m_details->setFixedHeight(DetailsHeight);
+    m_details->hide();
+
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(m_what);
+    texts->addWidget(m_advice);
+    auto *row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(icon, 0, Qt::AlignTop);
+    row->addLayout(texts, 1);
+    for (QWidget *button : {static_cast<QWidget *>(m_retry), static_cast<QWidget *>(m_signIn),
+                            static_cast<QWidget *>(m_detailsButton), static_cast<QWidget *>(m_copy),
+                            static_cast<QWidget *>(m_close)})
+        row->addWidget(button, 0, Qt::AlignVCenter);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(16, 10, 12, 10);
+    column->addLayout(row);
+    column->addWidget(m_details);
+}
+
+void ErrorBar::showProblem()
+{
+    const Problem &problem = m_errors.problem();
+    m_what->setText(problem.what);
+    m_advice->setText(problem.advice);
+    m_advice->setVisible(!problem.advice.isEmpty());
+    m_details->setPlainText(problem.details);
+    m_detailsButton->setVisible(!problem.details.isEmpty());
+    m_detailsButton->setChecked(false);
+    m_retry->setVisible(m_errors.canRetry());
+    m_signIn->setVisible(problem.needsSignIn);
+    setAccessibleName(problem.what);
+    setAccessibleDescription(problem.advice);
+    show();
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void ErrorBar::toggleDetails(bool shown)
+{
+    m_details->setVisible(shown);
+}
+
+void ErrorBar::copyDetails()
+{
+    const Problem &problem = m_errors.problem();
+    QGuiApplication::clipboard()->setText(
+        QStringList{problem.what, problem.advice, problem.details}.join(QLatin1Char('\n')));
+}
+
+void ErrorBar::applyColors()
+{
+    const QPalette outer = parentWidget() ? parentWidget()->palette() : palette();
+    QPalette own = outer;
+    own.setColor(QPalette::Window, mixed(outer.color(QPalette::Window), QColor(AlarmColor),
+                                         isDark(outer) ? 0.28 : 0.12));
+    setPalette(own);
+}
+
+void ErrorBar::changeEvent(QEvent *event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        applyColors();
+}
+
+void ErrorBar::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        m_errors.clear();
+    else
+        QFrame::keyPressEvent(event);
+}
+
+} // namespace Studio

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/settings.h"
+#include "studio/studioapp.h"
+#include "studio/tour/tour.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+
+#include <cstdio>
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("main", text);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("zel-studio"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Studio"));
+    QApplication::setApplicationVersion(QStringLiteral(ZEL_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("zel-studio"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(tr("Works on the projects of a web-media and event service."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption server(QStringLiteral("server"),
+                                    tr("The service to work with; without it Studio starts one on "
+                                       "this computer."),
+                                    tr("address"));
+    const QCommandLineOption workspace(QStringLiteral("workspace"),
+                                       tr("The workspace file of the service on this computer; "
+                                          "without it the sample workspace is used."),
+                                       tr("file"));
+    const QCommandLineOption program(
+        QStringLiteral("service-program"),
+        tr("The zel-service to start; default: the one beside Studio."), tr("path"));
+    const QCommandLineOption reset(QStringLiteral("reset"),
+                                   tr("Forget window, columns, server and user name first."));
+    const QCommandLineOption tour(QStringLiteral("tour"),
+                                  tr("Walk through every page by itself and write pictures."),
+                                  tr("folder"));
+    const QCommandLineOption tourPart(QStringLiteral("tour-part"),
+                                      tr("One part of a tour, at the scale of this process."),
+                                      tr("folder"));
+    QCommandLineOption hidden = tourPart;
+    hidden.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOptions({server, workspace, program, reset, tour, hidden});
+    parser.process(app);
+
+    Studio::Options options;
+    options.server = parser.value(server);
+    options.workspace = parser.value(workspace);
+    options.serviceProgram = parser.isSet(program) ? parser.value(program)
+                                                   : QCoreApplication::applicationDirPath() +
+                                                         QStringLiteral("/zel-service");
+    if (parser.isSet(tour))
+        return Studio::runTour(parser.value(tour), options.serviceProgram);
+    if (parser.isSet(hidden))
+        return Studio::runTourPart(parser.value(hidden), options);
+    if (parser.isSet(reset))
+        Studio::Settings().reset();
+    Studio::applyFont();
+    Studio::StudioApp studio(options);
+    studio.start();
+    return QApplication::exec();
+}

@@ -1,0 +1,142 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/mainwindow.h"
+
+#include "studio/appearance.h"
+#include "studio/errorbar.h"
+#include "studio/errorcenter.h"
+#include "studio/navigationrail.h"
+#include "studio/projectspage.h"
+#include "studio/settings.h"
+#include "studio/signinpage.h"
+#include "studio/tintedicon.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QMenu>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace Studio {
+
+MainWindow::MainWindow(QXSC::ServiceClient &client, QXSC::StudioService &service,
+                       ErrorCenter &errors, Settings &settings)
+    : m_client(client)
+    , m_service(service)
+    , m_errors(errors)
+    , m_settings(settings)
+{
+    setObjectName(QStringLiteral("studioWindow"));
+    setWindowTitle(tr("Studio"));
+    setWindowIcon(QIcon(QStringLiteral(":/studio/icons/studio.svg")));
+    build();
+    resize(1240, 760);
+    restoreGeometry(m_settings.windowGeometry());
+    connect(m_signIn, &SignInPage::signedIn, this, &MainWindow::openPages);
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::build()
+{
+    auto *errorBar = new ErrorBar(m_errors, this);
+    connect(errorBar, &ErrorBar::signInRequested, this, &MainWindow::showSignIn);
+    m_signIn = new SignInPage(m_errors, m_settings, this);
+    m_work = new QWidget(this);
+    m_rail = new NavigationRail(m_work);
+    m_rail->accountButton()->setMenu(makeAccountMenu());
+    m_pages = new QStackedWidget(m_work);
+    auto *row = new QHBoxLayout(m_work);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(m_rail);
+    row->addWidget(m_pages, 1);
+    m_stack = new QStackedWidget(this);
+    m_stack->addWidget(m_signIn);
+    m_stack->addWidget(m_work);
+    auto *central = new QWidget(this);
+    auto *column = new QVBoxLayout(central);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(errorBar);
+    column->addWidget(m_stack, 1);
+    setCentralWidget(central);
+    addPage(new ProjectsPage(m_client, m_service, m_errors, m_settings, m_pages));
+    connect(m_rail, &NavigationRail::pageChosen, this, &MainWindow::showPage);
+}
+
+void MainWindow::addPage(Page *page)
+{
+    m_pages->addWidget(page);
+    m_rail->addPage(page->title(), page->icon());
+}
+
+QMenu *MainWindow::makeAccountMenu()
+{
+    auto *menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("accountMenu"));
+    QMenu *looks = menu->addMenu(tr("&Appearance"));
+    auto *group = new QActionGroup(looks);
+    const std::pair<Appearance, QString> choices[] = {{Appearance::System, tr("As the &System")},
+                                                      {Appearance::Light, tr("&Light")},
+                                                      {Appearance::Dark, tr("&Dark")}};
+    for (const auto &[appearance, caption] : choices) {
+        QAction *action = looks->addAction(caption);
+        action->setObjectName(QStringLiteral("appearance_") + appearanceKey(appearance));
+        action->setCheckable(true);
+        action->setChecked(m_settings.appearance() == appearance);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [this, chosen = appearance] {
+            m_settings.setAppearance(chosen);
+            applyAppearance(chosen);
+        });
+    }
+    menu->addSeparator();
+    QAction *leave = menu->addAction(tintedIcon(QStringLiteral("signout")), tr("Sign &Out"));
+    leave->setObjectName(QStringLiteral("signOut"));
+    connect(leave, &QAction::triggered, this, &MainWindow::signOut);
+    return menu;
+}
+
+void MainWindow::openPages()
+{
+    m_rail->accountButton()->setText(m_signIn->accountName());
+    m_rail->accountButton()->setToolTip(
+        tr("%1, signed in as %2").arg(m_signIn->accountName(), m_signIn->userName()));
+    setWindowTitle(tr("%1 – Studio").arg(m_signIn->accountName()));
+    m_stack->setCurrentWidget(m_work);
+    m_errors.clear();
+    showPage(0);
+}
+
+void MainWindow::showPage(int page)
+{
+    auto *shown = static_cast<Page *>(m_pages->widget(page));
+    m_pages->setCurrentIndex(page);
+    m_rail->setCurrent(page);
+    m_errors.attempt([shown] { shown->open(); });
+    shown->setFocus();
+}
+
+void MainWindow::showSignIn()
+{
+    setWindowTitle(tr("Studio"));
+    m_signIn->returnToCredentials();
+    m_stack->setCurrentWidget(m_signIn);
+}
+
+void MainWindow::signOut()
+{
+    m_service.signOut();
+    m_errors.clear();
+    showSignIn();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    m_settings.setWindowGeometry(saveGeometry());
+    QMainWindow::closeEvent(event);
+}
+
+} // namespace Studio

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "common/contract/serviceclient.h"
+#include "common/contract/studioservice.h"
+
+#include <QMainWindow>
+
+class QMenu;
+class QStackedWidget;
+
+namespace Studio {
+
+class ErrorCenter;
+class NavigationRail;
+class Page;
+class Settings;
+class SignInPage;
+
+/// Studio's window: the sign-in page, then the rail and its pages. Problems appear in the strip
+/// above both.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    MainWindow(QXSC::ServiceClient &client, QXSC::StudioService &service, ErrorCenter &errors,
+               Settings &settings);
+    ~MainWindow() override;
+
+    SignInPage *signInPage() const { return m_signIn; }
+
+    void showSignIn();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void build();
+    void addPage(Page *page);
+    QMenu *makeAccountMenu();
+    void openPages();
+    void showPage(int page);
+    void signOut();
+
+    QXSC::ServiceClient &m_client;
+    QXSC::StudioService &m_service;
+    ErrorCenter &m_errors;
+    Settings &m_settings;
+    QStackedWidget *m_stack;
+    SignInPage *m_signIn;
+    QWidget *m_work;
+    NavigationRail *m_rail;
+    QStackedWidget *m_pages;
+};
+
+} // namespace Studio

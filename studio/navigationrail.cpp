@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/navigationrail.h"
+
+#include "studio/appearance.h"
+#include "studio/tintedicon.h"
+
+#include <QButtonGroup>
+#include <QEvent>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace Studio {
+
+namespace {
+
+constexpr int RailWidth = 92;
+constexpr int IconSize = 24;
+
+} // namespace
+
+NavigationRail::NavigationRail(QWidget *parent)
+    : QFrame(parent)
+    , m_group(new QButtonGroup(this))
+    , m_pages(new QVBoxLayout)
+{
+    setObjectName(QStringLiteral("navigationRail"));
+    setAccessibleName(tr("Pages"));
+    setFixedWidth(RailWidth);
+    setAutoFillBackground(true);
+    m_group->setExclusive(true);
+    m_pages->setSpacing(4);
+    m_account = makeButton(tr("Account"), QStringLiteral("person"));
+    m_account->setObjectName(QStringLiteral("accountButton"));
+    m_account->setPopupMode(QToolButton::InstantPopup);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(6, 10, 6, 10);
+    column->addLayout(m_pages);
+    column->addStretch(1);
+    column->addWidget(m_account);
+    applyColors();
+    connect(m_group, &QButtonGroup::idClicked, this, &NavigationRail::pageChosen);
+}
+
+QToolButton *NavigationRail::makeButton(const QString &title, const QString &icon)
+{
+    auto *button = new QToolButton(this);
+    button->setText(title);
+    button->setIcon(tintedIcon(icon));
+    button->setIconSize(QSize(IconSize, IconSize));
+    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    return button;
+}
+
+void NavigationRail::addPage(const QString &title, const QString &icon)
+{
+    const int number = static_cast<int>(m_group->buttons().size());
+    QToolButton *button = makeButton(title, icon);
+    button->setObjectName(QStringLiteral("railPage_%1").arg(number));
+    button->setCheckable(true);
+    button->setToolTip(tr("%1 (Alt+%2)").arg(title).arg(number + 1));
+    button->setShortcut(QKeySequence(QStringLiteral("Alt+%1").arg(number + 1)));
+    m_group->addButton(button, number);
+    m_pages->addWidget(button);
+}
+
+void NavigationRail::setCurrent(int page)
+{
+    if (auto *button = m_group->button(page))
+        button->setChecked(true);
+}
+
+void NavigationRail::applyColors()
+{
+    const QPalette outer = parentWidget() ? parentWidget()->palette() : palette();
+    QPalette own = outer;
+    own.setColor(QPalette::Window,
+                 mixed(outer.color(QPalette::Window), outer.color(QPalette::WindowText),
+                       isDark(outer) ? 0.05 : 0.06));
+    setPalette(own);
+}
+
+void NavigationRail::changeEvent(QEvent *event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        applyColors();
+}
+
+} // namespace Studio

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+namespace Studio {
+
+/// A page of the main window. Each page hosts controls of the library and adds what a person needs
+/// around them; pages do not know each other.
+class Page : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+
+    virtual QString title() const = 0;
+    /// The name of the page's icon on the rail.
+    virtual QString icon() const = 0;
+    /// Loads the page for the account just signed in to. Errors propagate.
+    virtual void open() = 0;
+};
+
+} // namespace Studio

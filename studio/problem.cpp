@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/problem.h"
+
+#include "common/contract/serviceerror.h"
+
+#include <QCoreApplication>
+
+namespace Studio {
+
+namespace {
+
+using QXSC::ServiceError;
+
+QString text(const char *source)
+{
+    return QCoreApplication::translate("Studio::Problem", source);
+}
+
+QString adviceFor(ServiceError::Kind kind)
+{
+    switch (kind) {
+    case ServiceError::Kind::Unreachable:
+        return text("Check the server address and your connection, then try again.");
+    case ServiceError::Kind::TimedOut:
+        return text("The service may be busy. Try again in a moment.");
+    case ServiceError::Kind::ConnectionLost:
+        return text("What was asked may or may not have been done. Try again.");
+    case ServiceError::Kind::BadAnswer:
+        return text("Check that the address is the one of the service, then try again.");
+    case ServiceError::Kind::SignedOut:
+        return text("Sign in again to go on; what is on screen stays.");
+    case ServiceError::Kind::Refused:
+        return text("Ask the owner of the account for the right to do this.");
+    case ServiceError::Kind::NotFound:
+        return text("It may have been removed by somebody else. Refresh the list.");
+    case ServiceError::Kind::Conflict:
+        return text("Refresh to see the present state, then decide again.");
+    case ServiceError::Kind::Invalid:
+        return text("Correct what was entered and try again.");
+    case ServiceError::Kind::TooManyAttempts:
+        return text("Wait a little before the next attempt.");
+    case ServiceError::Kind::Unavailable:
+        return text("The service has trouble of its own. Try again in a moment.");
+    }
+    return {};
+}
+
+Problem describeServiceError(const ServiceError &error)
+{
+    Problem problem;
+    problem.what = error.description();
+    problem.advice = adviceFor(error.kind());
+    problem.canRetry = error.isTransient();
+    problem.needsSignIn = error.kind() == ServiceError::Kind::SignedOut;
+    QStringList details{QStringLiteral("Error %1 (%2)").arg(error.number()).arg(error.source())};
+    if (!error.code().isEmpty())
+        details << QStringLiteral("Code: %1").arg(error.code());
+    if (!error.details().isEmpty())
+        details << error.details();
+    problem.details = details.join(QLatin1Char('\n'));
+    return problem;
+}
+
+} // namespace
+
+Problem describeError(const Zel::RuntimeError &error)
+{
+    if (const auto *serviceError = dynamic_cast<const ServiceError *>(&error))
+        return describeServiceError(*serviceError);
+    Problem problem;
+    problem.what = error.description();
+    problem.advice = text("If this happens again, copy the details and send them to support.");
+    problem.details = QStringLiteral("Error %1").arg(error.number());
+    if (!error.source().isEmpty())
+        problem.details += QStringLiteral(" (%1)").arg(error.source());
+    problem.canRetry = true;
+    return problem;
+}
+
+} // namespace Studio

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/settings.h"
+
+namespace Studio {
+
+QString Settings::server() const
+{
+    return m_store.value(QStringLiteral("signIn/server")).toString();
+}
+
+void Settings::setServer(const QString &address)
+{
+    m_store.setValue(QStringLiteral("signIn/server"), address);
+}
+
+QString Settings::userName() const
+{
+    return m_store.value(QStringLiteral("signIn/userName")).toString();
+}
+
+void Settings::setUserName(const QString &name)
+{
+    m_store.setValue(QStringLiteral("signIn/userName"), name);
+}
+
+Appearance Settings::appearance() const
+{
+    return appearanceFromKey(m_store.value(QStringLiteral("window/appearance")).toString());
+}
+
+void Settings::setAppearance(Appearance appearance)
+{
+    m_store.setValue(QStringLiteral("window/appearance"), appearanceKey(appearance));
+}
+
+QByteArray Settings::windowGeometry() const
+{
+    return m_store.value(QStringLiteral("window/geometry")).toByteArray();
+}
+
+void Settings::setWindowGeometry(const QByteArray &geometry)
+{
+    m_store.setValue(QStringLiteral("window/geometry"), geometry);
+}
+
+QString Settings::projectListBag() const
+{
+    return m_store.value(QStringLiteral("projects/listBag")).toString();
+}
+
+void Settings::setProjectListBag(const QString &text)
+{
+    m_store.setValue(QStringLiteral("projects/listBag"), text);
+}
+
+QString Settings::projectType() const
+{
+    return m_store.value(QStringLiteral("projects/type")).toString();
+}
+
+void Settings::setProjectType(const QString &typeID)
+{
+    m_store.setValue(QStringLiteral("projects/type"), typeID);
+}
+
+void Settings::reset()
+{
+    m_store.clear();
+}
+
+} // namespace Studio

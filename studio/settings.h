@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "studio/appearance.h"
+
+#include <QByteArray>
+#include <QSettings>
+
+namespace Studio {
+
+/// What Studio remembers between starts, in the person's configuration folder. Never a password.
+class Settings
+{
+public:
+    QString server() const;
+    void setServer(const QString &address);
+    QString userName() const;
+    void setUserName(const QString &name);
+    Appearance appearance() const;
+    void setAppearance(Appearance appearance);
+    QByteArray windowGeometry() const;
+    void setWindowGeometry(const QByteArray &geometry);
+    /// The property bag of the project list, as text.
+    QString projectListBag() const;
+    void setProjectListBag(const QString &text);
+    QString projectType() const;
+    void setProjectType(const QString &typeID);
+
+    /// Forgets everything.
+    void reset();
+
+private:
+    QSettings m_store{QSettings::IniFormat, QSettings::UserScope, QStringLiteral("zel"),
+                      QStringLiteral("studio")};
+};
+
+} // namespace Studio

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/studioapp.h"
+
+#include "studio/mainwindow.h"
+#include "studio/sampleworkspace.h"
+#include "studio/signinpage.h"
+
+#include <QStandardPaths>
+
+namespace Studio {
+
+QString sampleWorkspaceFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/zel-studio/sample.workspace");
+}
+
+StudioApp::StudioApp(const Options &options)
+    : m_options(options)
+{
+    applyAppearance(m_settings.appearance());
+    m_window = std::make_unique<MainWindow>(m_client, m_client, m_errors, m_settings);
+    m_waitNotice.emplace(m_window.get());
+    m_client.setWaitObserver(&*m_waitNotice);
+}
+
+StudioApp::~StudioApp()
+{
+    m_client.setWaitObserver(nullptr);
+}
+
+void StudioApp::start()
+{
+    if (m_options.server.isEmpty()) {
+        startOwnService();
+    } else {
+        m_client.setDefaultServer(m_options.server);
+        m_window->signInPage()->open(&m_client, false);
+    }
+    m_window->show();
+}
+
+void StudioApp::startOwnService()
+{
+    const bool sample = m_options.workspace.isEmpty();
+    m_service = std::make_unique<EmbeddedService>(
+        m_options.serviceProgram, sample ? sampleWorkspaceFile() : m_options.workspace);
+    const QString samples = sample ? sampleFolder() : QString();
+    if (!samples.isEmpty()) {
+        m_service->setImports({samples});
+        m_window->signInPage()->offerPeople(samplePeople(samples));
+    }
+    connect(m_service.get(), &EmbeddedService::ready, this, &StudioApp::ownServiceReady);
+    connect(m_service.get(), &EmbeddedService::failed, this, [this](const Problem &problem) {
+        m_errors.report(problem, [this] { m_service->start(); });
+    });
+    // The next call finds out; Retry brings the service back first.
+    m_errors.setBeforeRetry([this] { m_service->ensureRunning(); });
+    m_window->signInPage()->showStarting();
+    m_service->start();
+}
+
+void StudioApp::ownServiceReady()
+{
+    m_client.setDefaultServer(m_service->address());
+    if (!m_client.isSignedIn())
+        m_window->signInPage()->open(&m_client, true);
+}
+
+} // namespace Studio

@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/tour/projectstour.h"
+
+#include "common/contract/projectrecord.h"
+#include "platform/widgets/listview.h"
+#include "studio/studioapp.h"
+#include "studio/tour/touractor.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTreeView>
+
+#include <csignal>
+
+namespace Studio {
+
+namespace {
+
+constexpr int CreatedColumn = 2;
+constexpr int NameColumn = 0;
+
+QXSC::ProjectRecordPtr shownProject(Zel::ListView &list, qsizetype position)
+{
+    return list.tag(list.rowAt(position)).value<QXSC::ProjectRecordPtr>();
+}
+
+void clickHeader(TourActor &actor, Zel::ListView &list, int column)
+{
+    QHeaderView *header = qobject_cast<QTreeView *>(list.view())->header();
+    const int x = header->sectionViewportPosition(column) + header->sectionSize(column) / 2;
+    actor.clickAt(*header->viewport(), QPoint(x, header->height() / 2));
+}
+
+void clickLine(TourActor &actor, Zel::ListView &list, qsizetype position)
+{
+    const QModelIndex index = list.view()->model()->index(static_cast<int>(position), 0);
+    actor.clickAt(*list.view()->viewport(), list.view()->visualRect(index).center());
+}
+
+void sortAndChoose(TourActor &actor, Zel::ListView &list)
+{
+    clickHeader(actor, list, CreatedColumn);
+    const auto newest = shownProject(list, 0);
+    const auto next = shownProject(list, 1);
+    actor.expect(newest->hasCreated && next->hasCreated && newest->created >= next->created,
+                 QStringLiteral("the newest project first"));
+    actor.shoot(QStringLiteral("Projects, newest first"));
+
+    clickHeader(actor, list, NameColumn);
+    clickLine(actor, list, 2);
+    actor.expect(actor.find<QLabel>(QStringLiteral("detailName")).text() ==
+                     shownProject(list, 2)->name,
+                 QStringLiteral("the details of the clicked project"));
+    actor.click(QStringLiteral("checkPublished"));
+    actor.shoot(QStringLiteral("A project and its details"));
+}
+
+void filterRows(TourActor &actor, Zel::ListView &list)
+{
+    const QString word = shownProject(list, 0)->name.section(QLatin1Char(' '), 0, 0);
+    actor.press(Qt::Key_F, Qt::ControlModifier);
+    actor.type(QStringLiteral("projectFilter"), word);
+    actor.expect(list.filteredCount() > 0 && list.filteredCount() < list.count(),
+                 QStringLiteral("fewer projects after typing a filter"));
+    actor.shoot(QStringLiteral("Projects, filtered"));
+    actor.type(QStringLiteral("projectFilter"), QStringLiteral("nothing is called this"));
+    actor.expect(list.filteredCount() == 0, QStringLiteral("no project to match"));
+    actor.shoot(QStringLiteral("No project matches"));
+    actor.press(Qt::Key_Escape);
+    actor.expect(list.filteredCount() == list.count(), QStringLiteral("all projects after Esc"));
+}
+
+void switchColumns(TourActor &actor, Zel::ListView &list)
+{
+    actor.useMenu(QStringLiteral("columnsButton"), QStringLiteral("ShowModiffied"),
+                  [&] { actor.shoot(QStringLiteral("The column menu")); });
+    actor.expect(list.columnWidth(3) == 0, QStringLiteral("the column Modified to be hidden"));
+    actor.useMenu(QStringLiteral("columnsButton"), QStringLiteral("ShowModiffied"), [] {});
+    actor.expect(list.columnWidth(3) == 1900, QStringLiteral("the column Modified to be back"));
+}
+
+void surviveTheService(TourActor &actor, Zel::ListView &list, StudioApp &studio)
+{
+    const qsizetype before = list.count();
+    ::kill(static_cast<pid_t>(studio.embeddedService()->processId()), SIGKILL);
+    actor.waitFor(QStringLiteral("the service to end"),
+                  [&] { return !studio.embeddedService()->isRunning(); });
+    actor.click(QStringLiteral("refreshButton"));
+    actor.find(QStringLiteral("errorBar"));
+    actor.click(QStringLiteral("errorDetailsButton"));
+    actor.shoot(QStringLiteral("The service has gone"));
+    actor.click(QStringLiteral("errorRetry"));
+    actor.waitFor(QStringLiteral("the projects to come back"),
+                  [&] { return list.count() == before && !studio.errors().canRetry(); });
+    actor.shoot(QStringLiteral("After trying again"));
+}
+
+} // namespace
+
+void tourProjects(TourActor &actor, StudioApp &studio)
+{
+    auto &list = actor.find<Zel::ListView>(QStringLiteral("projectList"));
+    actor.waitFor(QStringLiteral("the projects"), [&] { return list.count() >= 20; });
+    actor.shoot(QStringLiteral("Projects"));
+    sortAndChoose(actor, list);
+    filterRows(actor, list);
+    switchColumns(actor, list);
+    surviveTheService(actor, list, studio);
+}
+
+} // namespace Studio

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/tour/touractor.h"
+
+#include "studio/tour/tourindex.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+#include <cstdio>
+#include <exception>
+
+namespace Studio {
+
+namespace {
+
+constexpr int Patience = 10000; // milliseconds
+constexpr int MenuDelay = 150;
+
+QString fileName(int number, const QString &part, const QString &caption)
+{
+    QString words = caption.toLower();
+    words.replace(QRegularExpression(QStringLiteral("[^a-z0-9]+")), QStringLiteral("-"));
+    return QStringLiteral("%1-%2-%3.png")
+        .arg(number, 2, 10, QLatin1Char('0'))
+        .arg(part, words.left(40));
+}
+
+} // namespace
+
+TourActor::TourActor(QWidget &window, const QString &folder, const QString &part)
+    : m_window(window)
+    , m_folder(folder)
+    , m_part(part)
+{
+}
+
+void TourActor::waitFor(const QString &what, const std::function<bool()> &condition)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.hasExpired(Patience))
+            throw TourFailure(QStringLiteral("waited in vain for %1").arg(what));
+        QTest::qWait(10);
+    }
+}
+
+void TourActor::expect(bool condition, const QString &what)
+{
+    if (!condition)
+        throw TourFailure(QStringLiteral("expected %1").arg(what));
+}
+
+void TourActor::click(const QString &name)
+{
+    QWidget &widget = find(name);
+    waitFor(QStringLiteral("\"%1\" to be enabled").arg(name), [&] { return widget.isEnabled(); });
+    clickAt(widget, widget.rect().center());
+}
+
+void TourActor::clickAt(QWidget &widget, const QPoint &position)
+{
+    QTest::mouseClick(&widget, Qt::LeftButton, Qt::NoModifier, position);
+    QTest::qWait(0);
+}
+
+void TourActor::type(const QString &name, const QString &text)
+{
+    QWidget &widget = find(name);
+    clickAt(widget, widget.rect().center());
+    QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&widget, Qt::Key_Delete);
+    QTest::keyClicks(&widget, text);
+    QTest::qWait(0);
+}
+
+void TourActor::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QWidget *target = QApplication::focusWidget();
+    QTest::keyClick(target ? target : &m_window, key, modifiers);
+    QTest::qWait(0);
+}
+
+void TourActor::useMenu(const QString &button, const QString &action,
+                        const std::function<void()> &atMenu)
+{
+    auto &tool = find<QToolButton>(button);
+    std::exception_ptr failure;
+    // The menu runs a loop of its own inside the click; what happens in it comes by timer.
+    QTimer::singleShot(MenuDelay, &m_window, [&] {
+        QMenu *menu = tool.menu();
+        try {
+            expect(menu->isVisible(), QStringLiteral("the menu of \"%1\" to open").arg(button));
+            atMenu();
+            auto *chosen = menu->findChild<QAction *>(action);
+            expect(action.isEmpty() || chosen, QStringLiteral("an action \"%1\"").arg(action));
+            if (chosen)
+                QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(chosen).center());
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        menu->close();
+    });
+    clickAt(tool, tool.rect().center());
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void TourActor::shoot(const QString &caption)
+{
+    QTest::qWait(60); // animations of the style end, pending paints happen
+    QPixmap picture = m_window.grab();
+    if (QWidget *popup = QApplication::activePopupWidget()) {
+        QPainter painter(&picture);
+        painter.drawPixmap(m_window.mapFromGlobal(popup->pos()), popup->grab());
+    }
+    const QString file = fileName(++m_count, m_part, caption);
+    if (!picture.save(m_folder + QLatin1Char('/') + file))
+        throw TourFailure(QStringLiteral("the picture %1 could not be written").arg(file));
+    addToTourList(m_folder, m_part, file, caption);
+    std::printf("tour: %s\n", qPrintable(file));
+    std::fflush(stdout);
+}
+
+} // namespace Studio
