@@ -41,7 +41,10 @@ constexpr std::array standardTexts{
 
 RuntimeError::RuntimeError() = default;
 
-RuntimeError::RuntimeError(int number) : RuntimeError(number, standardDescription(number)) { }
+RuntimeError::RuntimeError(int number)
+    : RuntimeError(number, standardDescription(number))
+{
+}
 
 RuntimeError::RuntimeError(int number, const QString &description, const QString &source)
     : m_number(number)
