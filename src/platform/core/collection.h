@@ -13,9 +13,9 @@ namespace Zel {
 
 /// An ordered, 1-based list of values, each of which may carry a text key.
 ///
-/// Keys compare exactly, code unit by code unit. Errors: an index outside 1 to `count()` is error
-/// 9, an absent key error 5, a key used twice error 457. An empty key means "no key". Adding and
-/// keyed lookup are constant time; removing is linear.
+/// Keys compare exactly, code unit by code unit. Errors: an index outside 1 to `count()` is error 9,
+/// an absent key error 5, a key used twice error 457. An empty key means "no key". Adding and keyed
+/// lookup are constant time; removing is linear.
 template <typename T = QVariant>
 class Collection
 {
@@ -24,11 +24,7 @@ public:
 
     Collection() = default;
 
-    Collection(std::initializer_list<T> values)
-        : m_items(values)
-        , m_keys(m_items.size())
-    {
-    }
+    Collection(std::initializer_list<T> values) : m_items(values), m_keys(m_items.size()) { }
 
     qsizetype count() const { return m_items.size(); }
 

@@ -41,10 +41,7 @@ constexpr std::array standardTexts{
 
 RuntimeError::RuntimeError() = default;
 
-RuntimeError::RuntimeError(int number)
-    : RuntimeError(number, standardDescription(number))
-{
-}
+RuntimeError::RuntimeError(int number) : RuntimeError(number, standardDescription(number)) { }
 
 RuntimeError::RuntimeError(int number, const QString &description, const QString &source)
     : m_number(number)

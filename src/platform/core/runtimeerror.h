@@ -21,8 +21,7 @@ class ZEL_EXPORT RuntimeError : public std::exception
 {
 public:
     /// The standard error numbers the controls raise.
-    enum Number
-    {
+    enum Number {
         InvalidProcedureCall = 5,
         Overflow = 6,
         SubscriptOutOfRange = 9,
