@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "common/contract/serviceclient.h"
+#include "common/contract/studioservice.h"
+#include "service/client/networkpolicy.h"
+#include "service/client/serveraddress.h"
+#include "service/client/waitobserver.h"
+
+#include <memory>
+#include <optional>
+
+namespace QXSC {
+
+struct Reply;
+struct Request;
+class Transport;
+
+/// The service contract over HTTP: the object a host creates once, signs in with and hands to every
+/// control.
+///
+/// All operations run on the thread that calls them and return with the answer; see `Transport` for
+/// how the waiting is done. A call made while another one waits (from a wait observer) works. What
+/// goes wrong is a `ServiceError`; a call is never repeated behind the caller's back where that
+/// could do something twice.
+///
+/// The token of the session is kept in memory only. It is forgotten at `signOut`, with every new
+/// `authenticate`, and when the service says that the session has ended. Calls that need a session
+/// fail as SignedOut without going to the network while there is none.
+///
+/// Needs a QCoreApplication. Use it from one thread. It logs nothing and writes no file.
+class ZEL_EXPORT HttpServiceClient : public ServiceClient, public StudioService
+{
+    Q_OBJECT
+
+public:
+    explicit HttpServiceClient(QObject *parent = nullptr);
+    /// Gives up what is under way.
+    ~HttpServiceClient() override;
+
+    /// Applies from the next call on. `authenticate` sets `useSystemProxy`.
+    void setNetworkPolicy(const NetworkPolicy &policy) { m_policy = policy; }
+
+    const NetworkPolicy &networkPolicy() const { return m_policy; }
+
+    /// The server meant by an empty address in `authenticate`, in any form `ServerAddress` reads.
+    /// Empty (the default): there is none.
+    void setDefaultServer(const QString &address) { m_defaultServer = address; }
+
+    QString defaultServer() const { return m_defaultServer; }
+
+    /// Not owned; null takes the observer away. It must stay alive while it is set.
+    void setWaitObserver(WaitObserver *observer);
+
+    bool isSignedIn() const { return m_session.has_value(); }
+
+    void authenticate(const QString &serverAddress, const QString &userName,
+                      const QString &password, const QString &appName, const QString &reserved,
+                      bool useProxy, bool reservedFlag, bool &success) override;
+    void getAccounts(AccountCollectionPtr &accounts) override;
+    void setActiveAccount(const QString &accountNumber, bool &success) override;
+
+    void getProjectList(const QString &projectType, ProjectCollectionPtr &projects) override;
+    void isProjectPublished(const QString &guid, const QString &reserved, bool &published) override;
+
+    QList<ProjectType> projectTypes() override;
+    /// An empty guid is replaced by a new one. To repeat the call after a lost answer without
+    /// making a second project, choose the guid yourself and send it again.
+    ProjectRecordPtr createProject(const NewProject &project) override;
+    /// Waits five seconds for the service at the most.
+    void signOut() override;
+
+private:
+    struct Session
+    {
+        ServerAddress server;
+        QByteArray token;
+    };
+
+    Request sessionRequest(const QByteArray &method, const QByteArray &path,
+                           const QByteArray &query = QByteArray(),
+                           const QByteArray &body = QByteArray()) const;
+    /// Makes a call. Answers nothing when the service refuses it with the code given, which is an
+    /// answer where the contract says so; every other failure is thrown.
+    std::optional<Reply> ask(const Request &request, QLatin1String refusal = QLatin1String());
+
+    std::shared_ptr<Transport> m_transport;
+    NetworkPolicy m_policy;
+    QString m_defaultServer;
+    std::optional<Session> m_session;
+};
+
+} // namespace QXSC

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "service/client/serveraddress.h"
+
+#include <QByteArray>
+#include <QNetworkReply>
+
+namespace QXSC {
+
+/// One call to the service, complete before it is sent.
+struct Request
+{
+    QByteArray method;
+    ServerAddress server;
+    QByteArray path;  ///< percent-encoded
+    QByteArray query; ///< percent-encoded, without "?"
+    QByteArray body;  ///< JSON, empty for none
+    QByteArray token; ///< empty for a call without a session
+
+    /// Whether making the call twice does the same as making it once, so that it may go out again
+    /// when a connection that was kept open turns out to be closed.
+    bool isRepeatable() const { return method != "POST"; }
+};
+
+/// How a call ended, whatever the service thinks of it.
+struct Reply
+{
+    enum class Ending
+    {
+        Answered,  ///< a whole HTTP answer came; `status` tells which
+        Failed,    ///< the network failed; see `networkError`
+        Silent,    ///< given up: nothing moved for the inactivity limit
+        Overdue,   ///< given up: the limit of the whole call is over
+        TooLong,   ///< given up: the answer is longer than the limit
+        BadCaFile, ///< not sent: the file of certificate authorities cannot be used
+        Closed     ///< given up: the client is being destroyed
+    };
+
+    Ending ending = Ending::Closed;
+    QNetworkReply::NetworkError networkError = QNetworkReply::NoError;
+    QString networkText; ///< Qt's words for a network failure, without the address of the call
+    int status = 0;      ///< HTTP status, 0 when no answer began
+    QByteArray contentType;
+    QByteArray requestId;
+    QByteArray retryAfter;
+    QByteArray location;
+    QByteArray body;
+};
+
+} // namespace QXSC

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+
+namespace QXSC {
+
+/// How calls go over the network; one policy serves the service client and the pictures that are
+/// fetched from the same service. A time limit of zero or less means "no limit".
+struct NetworkPolicy
+{
+    /// The longest silence in a call: no connection made, no byte sent and none received.
+    std::chrono::milliseconds inactivityLimit = std::chrono::seconds(30);
+    /// The longest a call may take as a whole, however lively it is.
+    std::chrono::milliseconds callLimit = std::chrono::minutes(5);
+    /// Whether calls go through a proxy: the one the host application set for itself, else the
+    /// system's. A service on this machine is always called directly.
+    bool useSystemProxy = false;
+    /// A PEM file of certificate authorities to trust besides the system's; empty for none.
+    QString caFile;
+    /// The longest answer taken, in bytes after decompression.
+    qint64 answerLimit = qint64(256) * 1024 * 1024;
+};
+
+} // namespace QXSC

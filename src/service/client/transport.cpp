@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/client/transport.h"
+
+#include "service/client/transportworker.h"
+
+namespace QXSC {
+
+std::shared_ptr<Transport> Transport::create()
+{
+    return std::shared_ptr<Transport>(new Transport);
+}
+
+Transport::Transport()
+    : m_worker(new TransportWorker)
+{
+    m_thread.setObjectName(QStringLiteral("ServiceClient"));
+    m_worker->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    m_thread.start();
+}
+
+Transport::~Transport()
+{
+    close();
+}
+
+Reply Transport::call(const Request &request, const NetworkPolicy &policy)
+{
+    // The owner may go away while an observer is told.
+    const std::shared_ptr<Transport> self = shared_from_this();
+    if (m_closed)
+        return Reply();
+    const auto exchange = std::make_shared<Exchange>(request, policy);
+    TransportWorker *worker = m_worker;
+    QMetaObject::invokeMethod(worker, [worker, exchange] { worker->start(exchange); });
+    await(*exchange);
+    if (m_closed)
+        return Reply();
+    Reply reply = exchange->takeReply();
+    if (reply.ending == Reply::Ending::Silent || reply.ending == Reply::Ending::Overdue)
+        QMetaObject::invokeMethod(worker, [worker, exchange] { worker->abort(exchange); });
+    return reply;
+}
+
+void Transport::await(Exchange &exchange)
+{
+    const WaitNotice::Scope scope(m_notice);
+    while (!m_closed && !exchange.wait(m_notice.nextTick())) {
+        exchange.finishWhenDue(Exchange::Clock::now());
+        m_notice.tick();
+    }
+}
+
+void Transport::close()
+{
+    if (m_closed)
+        return;
+    m_closed = true;
+    m_notice.setObserver(nullptr);
+    m_thread.quit();
+    m_thread.wait();
+}
+
+} // namespace QXSC
