@@ -1,0 +1,251 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/widgets/listview.h"
+
+#include "platform/widgets/listinput.h"
+#include "platform/widgets/listviews.h"
+#include "platform/widgets/twips.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QMetaMethod>
+#include <QScopedValueRollback>
+#include <QStackedLayout>
+
+namespace Zel {
+
+ListView::ListView(QWidget *parent)
+    : QWidget(parent)
+    , m_model(new ListModel(this))
+    , m_selection(new QItemSelectionModel(m_model, this))
+    , m_report(new ListReportView(m_model, this))
+    , m_stack(new QStackedLayout(this))
+    , m_sortKeyMakers(defaultSortKeyMakers())
+{
+    m_stack->setContentsMargins(0, 0, 0, 0);
+    adopt(m_report, m_report->input());
+    connect(m_report, &ListReportView::typed, this, &ListView::typeAhead);
+    connect(m_report->header(), &QHeaderView::sectionClicked, this, &ListView::headerClicked);
+    connect(m_report->header(), &QHeaderView::sectionResized, this,
+            [this](int column, int, int pixels) { headerResized(column, pixels); });
+    connect(m_selection, &QItemSelectionModel::selectionChanged, this, [this] {
+        if (!m_movingSelection)
+            emit selectionChanged();
+    });
+    connect(m_model, &ListModel::checkChanged, this, &ListView::lineCheckChanged);
+    setFocusProxy(m_report);
+}
+
+ListView::~ListView() = default;
+
+void ListView::adopt(QAbstractItemView *view, ListInput *input)
+{
+    const std::unique_ptr<QItemSelectionModel> own(view->selectionModel());
+    view->setSelectionModel(m_selection);
+    m_stack->addWidget(view);
+    connect(input, &ListInput::clicked, this,
+            [this](const QModelIndex &line) { emit lineClicked(m_model->rowOf(line)); });
+    connect(input, &ListInput::doubleClicked, this,
+            [this](const QModelIndex &line) { emit lineDoubleClicked(m_model->rowOf(line)); });
+    input->setKeyHandler([this](QKeyEvent *event) { return handleKey(event); });
+    input->setMenuHandler([this](const QModelIndex &line, const QPoint &position) {
+        if (!isSignalConnected(QMetaMethod::fromSignal(&ListView::contextMenuRequested)))
+            return false;
+        emit contextMenuRequested(line.isValid() ? m_model->rowOf(line) : -1, position);
+        return true;
+    });
+}
+
+void ListView::makeIconView()
+{
+    m_icon = new ListIconView(m_model, this);
+    m_icon->setSelectionMode(m_report->selectionMode());
+    m_icon->setEmptyText(m_emptyText);
+    m_icon->setLargeIconSize(m_largeIconSize);
+    adopt(m_icon, m_icon->input());
+    connect(m_icon, &ListIconView::typed, this, &ListView::typeAhead);
+    nameViews();
+}
+
+QAbstractItemView *ListView::view() const
+{
+    return qobject_cast<QAbstractItemView *>(m_stack->currentWidget());
+}
+
+QWidget *ListView::viewport() const
+{
+    return view()->viewport();
+}
+
+ListView::ViewMode ListView::viewMode() const
+{
+    return view() == m_report ? ViewMode::Report : ViewMode::Icon;
+}
+
+void ListView::setViewMode(ViewMode mode)
+{
+    if (mode == viewMode())
+        return;
+    if (mode == ViewMode::Icon && !m_icon)
+        makeIconView();
+    const bool hadFocus = view()->hasFocus();
+    QAbstractItemView *next = m_report;
+    if (mode == ViewMode::Icon)
+        next = m_icon;
+    m_stack->setCurrentWidget(next);
+    setFocusProxy(next);
+    if (hadFocus)
+        next->setFocus();
+    if (next->currentIndex().isValid())
+        next->scrollTo(next->currentIndex());
+}
+
+void ListView::setAccessibleName(const QString &name)
+{
+    QWidget::setAccessibleName(name);
+    nameViews();
+}
+
+void ListView::nameViews()
+{
+    m_report->setAccessibleName(accessibleName());
+    if (m_icon)
+        m_icon->setAccessibleName(accessibleName());
+}
+
+void ListView::setEmptyText(const QString &text)
+{
+    m_emptyText = text;
+    m_report->setEmptyText(text);
+    if (m_icon)
+        m_icon->setEmptyText(text);
+}
+
+bool ListView::event(QEvent *event)
+{
+    const bool done = QWidget::event(event);
+    switch (event->type()) {
+    case QEvent::ScreenChangeInternal:
+    case QEvent::StyleChange:
+        applyColumnWidths();
+        break;
+    default:
+        break;
+    }
+    return done;
+}
+
+void ListView::showEvent(QShowEvent *event)
+{
+    // The name may have been set through QWidget or a form file.
+    nameViews();
+    applyColumnWidths();
+    QWidget::showEvent(event);
+}
+
+// Columns
+
+int ListView::addColumn(const QString &caption, double widthTwips, const QString &tag,
+                        Qt::Alignment alignment)
+{
+    const QScopedValueRollback setting(m_settingWidths, true);
+    m_model->addColumn({caption, widthTwips, tag, alignment});
+    const int column = columnCount() - 1;
+    applyColumnWidth(column);
+    return column;
+}
+
+void ListView::clearColumns()
+{
+    const QScopedValueRollback setting(m_settingWidths, true);
+    m_model->clearColumns();
+}
+
+int ListView::columnCount() const
+{
+    return m_model->columnCount();
+}
+
+QString ListView::columnCaption(int column) const
+{
+    return m_model->hasColumn(column) ? m_model->column(column).caption : QString();
+}
+
+void ListView::setColumnCaption(int column, const QString &caption)
+{
+    if (!m_model->hasColumn(column))
+        return;
+    ListColumn changed = m_model->column(column);
+    changed.caption = caption;
+    m_model->setColumn(column, changed);
+}
+
+double ListView::columnWidth(int column) const
+{
+    return m_model->hasColumn(column) ? m_model->column(column).widthTwips : 0;
+}
+
+void ListView::setColumnWidth(int column, double widthTwips)
+{
+    if (!m_model->hasColumn(column))
+        return;
+    ListColumn changed = m_model->column(column);
+    changed.widthTwips = widthTwips;
+    m_model->setColumn(column, changed);
+    applyColumnWidth(column);
+}
+
+QString ListView::columnTag(int column) const
+{
+    return m_model->hasColumn(column) ? m_model->column(column).tag : QString();
+}
+
+void ListView::setColumnTag(int column, const QString &tag)
+{
+    if (!m_model->hasColumn(column))
+        return;
+    ListColumn changed = m_model->column(column);
+    changed.tag = tag;
+    m_model->setColumn(column, changed);
+}
+
+void ListView::applyColumnWidth(int column)
+{
+    const QScopedValueRollback setting(m_settingWidths, true);
+    const int pixels = pixelsFromTwips(columnWidth(column), logicalDpi(this));
+    m_report->header()->setSectionHidden(column, pixels <= 0);
+    if (pixels > 0)
+        m_report->header()->resizeSection(column, pixels);
+}
+
+void ListView::applyColumnWidths()
+{
+    for (int column = 0; column < columnCount(); ++column)
+        applyColumnWidth(column);
+}
+
+void ListView::headerResized(int column, int pixels)
+{
+    if (m_settingWidths || !m_model->hasColumn(column))
+        return;
+    const QScopedValueRollback setting(m_settingWidths, true);
+    ListColumn changed = m_model->column(column);
+    changed.widthTwips = twipsFromPixels(pixels, logicalDpi(this));
+    m_model->setColumn(column, changed);
+}
+
+void ListView::headerClicked(int column)
+{
+    // The header has flipped its arrow of its own accord; the list decides what it shows.
+    showHeaderArrow();
+    emit columnClicked(column);
+}
+
+void ListView::showHeaderArrow()
+{
+    QHeaderView *header = m_report->header();
+    header->setSortIndicatorShown(m_sorted);
+    header->setSortIndicator(m_sorted ? m_sortKey : -1, m_sortOrder);
+}
+
+} // namespace Zel
