@@ -4,6 +4,7 @@
 
 #include "platform/core/propertybag.h"
 #include "platform/widgets/listview.h"
+#include "platform/widgets/taborder.h"
 #include "projects/projectlist.h"
 #include "studio/appearance.h"
 #include "studio/errorcenter.h"
@@ -126,7 +127,7 @@ void ProjectsPage::build()
     column->addWidget(makeHeader());
     column->addWidget(split, 1);
     column->addWidget(m_count);
-    setTabOrder({m_type, m_filter, m_columns, m_projects, m_details});
+    Zel::setTabChain({m_type, m_filter, m_columns, m_projects, m_details});
 }
 
 QWidget *ProjectsPage::makeHeader()
@@ -195,7 +196,7 @@ QMenu *ProjectsPage::makeColumnMenu()
     }
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
         for (QAction *action : menu->actions())
-            action->setChecked(m_projects->property(action->objectName().toLatin1()).toBool());
+            action->setChecked(m_projects->property(action->objectName().toLatin1().constData()).toBool());
     });
     return menu;
 }

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "common/common.h"
 
-#include "platform/core/int16.h"
 #include "platform/core/rounding.h"
 #include "platform/core/variantconversion.h"
 #include "platform/widgets/commondialog.h"
@@ -29,7 +28,7 @@ QString XmlUnescape(const QVariant &text)
         std::pair{"&amp;", '&'},  std::pair{"&lt;", '<'},    std::pair{"&gt;", '>'},
         std::pair{"&quot;", '"'}, std::pair{"&apos;", '\''},
     };
-    QString result = Zel::convertTo(text, QMetaType::fromType<QString>()).toString();
+    QString result = Zel::textFrom(text);
     for (const auto &[entity, character] : entities)
         result.replace(QLatin1String(entity), QString(QLatin1Char(character)));
     return result;
@@ -51,7 +50,7 @@ QString ShowOpenFileDialog(Zel::CommonDialog &dialog, const QString &title, cons
 
 QString FormatDuration(double seconds)
 {
-    const Zel::Int16 hours = Zel::Int16::from(std::trunc(seconds / SecondsPerHour));
+    const Zel::Int16 hours = Zel::roundToInt16(std::trunc(seconds / SecondsPerHour));
     const double minutes = std::fmod(std::trunc(seconds / SecondsPerMinute), MinutesPerHour);
     const double rest = std::fmod(Zel::roundHalfEven(seconds), SecondsPerMinute);
     const auto pad = [](double value) { return PadTwoDigits(static_cast<qint16>(value)); };

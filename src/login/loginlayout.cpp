@@ -3,6 +3,7 @@
 // The look of the sign-in control: its children and where they are.
 
 #include "login/login.h"
+#include "platform/widgets/taborder.h"
 #include "platform/widgets/twips.h"
 #include "platform/widgets/twipsgeometry.h"
 
@@ -117,7 +118,7 @@ void Login::build()
     m_selectAccount->setToolTip(tr("Work in the chosen account"));
     m_accountFrame->setVisible(false);
 
-    setTabOrder({m_url, m_userName, m_password, m_login, m_accounts, m_selectAccount});
+    Zel::setTabChain({m_url, m_userName, m_password, m_login, m_accounts, m_selectAccount});
     setFocusProxy(m_url);
 }
 
