@@ -16,7 +16,7 @@ namespace Zel {
 /// a zone, "1/9/2007 3:04:05 PM" in en_US. A midnight shows the date alone, a pure time of day (on
 /// day zero, 1899-12-30) the time alone, an invalid date nothing. A date-time of another zone is
 /// shown in local time; fractions of a second are left out.
-ZEL_EXPORT QString dateText(const QDateTime &moment, const QLocale &locale = QLocale());
+ZEL_EXPORT QString generalDateText(const QDateTime &moment, const QLocale &locale = QLocale());
 
 /// Reads a general date text back, to the second, in every locale; and besides
 /// - ISO 8601, "2007-01-09", "2007-01-09 15:04", "2007-01-09T15:04:05";
@@ -29,8 +29,9 @@ ZEL_EXPORT QString dateText(const QDateTime &moment, const QLocale &locale = QLo
 ///
 /// Where a locale writes times like dates ("09.01.07"), what it would write as a time is one.
 /// The result is a local date-time with exactly the date and time read. One that the clocks skip in
-/// spring keeps them too, although QDateTime calls it invalid; one that comes twice in autumn is
-/// the first. Nothing when the text is no date. Years run from 1 to 9999.
+/// spring keeps them too, although QDateTime calls it invalid; for one that comes twice in autumn
+/// the text does not say, and the system chooses, which of the two it is. Nothing when the text is no
+/// date. Years run from 1 to 9999.
 ZEL_EXPORT std::optional<QDateTime> dateFromText(QStringView text,
                                                  const QLocale &locale = QLocale());
 
