@@ -67,6 +67,13 @@ void NavigationRail::addPage(const QString &title, const QString &icon)
     m_pages->addWidget(button);
 }
 
+void NavigationRail::setAccountName(const QString &name)
+{
+    const int room = RailWidth - 28;
+    m_account->setText(m_account->fontMetrics().elidedText(name, Qt::ElideRight, room));
+    m_account->setAccessibleName(tr("Account %1").arg(name));
+}
+
 void NavigationRail::setCurrent(int page)
 {
     if (auto *button = m_group->button(page))

@@ -274,8 +274,10 @@ void ProjectsPage::showCount()
 {
     const int all = static_cast<int>(m_list->count());
     const int shown = static_cast<int>(m_list->filteredCount());
-    m_count->setText(shown == all ? tr("%n project(s)", nullptr, all)
-                                  : tr("%1 of %n project(s)", nullptr, all).arg(shown));
+    if (shown != all)
+        m_count->setText(tr("%1 of %2 projects").arg(shown).arg(all));
+    else
+        m_count->setText(all == 1 ? tr("1 project") : tr("%1 projects").arg(all));
     QPalette muted = window()->palette();
     muted.setColor(QPalette::WindowText, mutedText(muted));
     m_count->setPalette(muted);

@@ -17,8 +17,9 @@ QString accountsNote(qsizetype accounts)
 {
     if (accounts == 0)
         return QCoreApplication::translate("Studio::SamplePerson", "no account yet");
-    return QCoreApplication::translate("Studio::SamplePerson", "%n account(s)", nullptr,
-                                       static_cast<int>(accounts));
+    if (accounts == 1)
+        return QCoreApplication::translate("Studio::SamplePerson", "1 account");
+    return QCoreApplication::translate("Studio::SamplePerson", "%1 accounts").arg(accounts);
 }
 
 } // namespace
