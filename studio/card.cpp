@@ -17,7 +17,10 @@ constexpr double RaisedShare = 0.03;
 
 } // namespace
 
-Card::Card(QWidget *parent) : QWidget(parent) { }
+Card::Card(QWidget *parent)
+    : QWidget(parent)
+{
+}
 
 QColor Card::ground(const QPalette &palette)
 {
@@ -32,8 +35,8 @@ void Card::paintEvent(QPaintEvent *)
     const QPalette palette = QApplication::palette();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText),
-                         EdgeShare));
+    painter.setPen(
+        mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), EdgeShare));
     painter.setBrush(ground(palette));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Radius, Radius);
 }

@@ -7,7 +7,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 
-#include <cstdio>
+#include <algorithm>
 
 namespace {
 
@@ -16,10 +16,23 @@ QString tr(const char *text)
     return QCoreApplication::translate("main", text);
 }
 
+/// A tour needs no screen; everything else says so itself when there is none.
+void doWithoutScreen(int argc, char **argv)
+{
+    const bool hasScreen =
+        qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    const bool isTour = std::any_of(argv + 1, argv + argc, [](const char *argument) {
+        return QByteArrayView(argument).startsWith("--tour");
+    });
+    if (isTour && !hasScreen && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    doWithoutScreen(argc, argv);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("zel-studio"));
     QApplication::setApplicationDisplayName(QStringLiteral("Studio"));

@@ -143,6 +143,8 @@ void MainWindow::signOut()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     m_settings.setWindowGeometry(saveGeometry());
+    for (int i = 0; i < m_pages->count(); ++i)
+        static_cast<Page *>(m_pages->widget(i))->remember();
     QMainWindow::closeEvent(event);
 }
 

@@ -5,7 +5,6 @@
 #include "common/contract/projectrecord.h"
 #include "studio/card.h"
 
-
 class QFormLayout;
 class QLabel;
 class QPushButton;

@@ -7,6 +7,7 @@
 #include "platform/widgets/taborder.h"
 #include "projects/projectlist.h"
 #include "studio/appearance.h"
+#include "studio/columnwidths.h"
 #include "studio/errorcenter.h"
 #include "studio/projectdetails.h"
 #include "studio/settings.h"
@@ -196,15 +197,31 @@ QMenu *ProjectsPage::makeColumnMenu()
     }
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
         for (QAction *action : menu->actions())
-            action->setChecked(m_projects->property(action->objectName().toLatin1().constData()).toBool());
+            action->setChecked(
+                m_projects->property(action->objectName().toLatin1().constData()).toBool());
     });
     return menu;
 }
 
 void ProjectsPage::open()
 {
+    fit();
     loadTypes();
     loadProjects();
+}
+
+void ProjectsPage::fit()
+{
+    // The room for the columns is known once the page is on screen.
+    layout()->activate();
+    fitColumns(*m_list, m_settings.projectColumnWidths());
+    m_isFitted = true;
+}
+
+void ProjectsPage::remember()
+{
+    if (m_isFitted)
+        m_settings.setProjectColumnWidths(columnWidths(*m_list, m_settings.projectColumnWidths()));
 }
 
 void ProjectsPage::loadTypes()
@@ -245,6 +262,8 @@ void ProjectsPage::switchColumn(const QString &property, bool on)
     bag.write(property, on, entry->onByDefault);
     m_projects->readPropertyBag(bag);
     m_settings.setProjectListBag(bag.toText());
+    // Reading the bag gave every column its own width again.
+    fit();
     // The marker is put on lines when they are loaded.
     if (property == QLatin1String("ShowPublished"))
         m_errors.attempt([this] { refresh(); });

@@ -48,7 +48,7 @@ QList<SamplePerson> samplePeople(const QString &folder)
     for (const QJsonValue &value : entries) {
         const QJsonObject person = value.toObject();
         people << SamplePerson{
-            person.value(QStringLiteral("userName")).toString(),
+            person.value(QStringLiteral("user")).toString(),
             person.value(QStringLiteral("displayName")).toString(),
             person.value(QStringLiteral("password")).toString(),
             accountsNote(person.value(QStringLiteral("accounts")).toArray().size())};

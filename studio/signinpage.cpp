@@ -113,8 +113,12 @@ QWidget *SignInPage::makeCard()
     m_back->setFlat(true);
     m_back->hide();
 
+    // The sign-in control insets its rows by as much.
+    constexpr int Inset = 8;
     auto *heading = new QHBoxLayout;
+    heading->setContentsMargins(Inset, 0, Inset, 0);
     heading->setSpacing(14);
+    m_message->setContentsMargins(Inset, 0, Inset, 0);
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
     texts->addWidget(m_title);
