@@ -69,8 +69,13 @@ void NavigationRail::addPage(const QString &title, const QString &icon)
 
 void NavigationRail::setAccountName(const QString &name)
 {
-    const int room = RailWidth - 28;
-    m_account->setText(m_account->fontMetrics().elidedText(name, Qt::ElideRight, room));
+    // Two lines at the most: the first word, and what of the rest fits.
+    const int room = RailWidth - 18;
+    QStringList lines{name.section(QLatin1Char(' '), 0, 0), name.section(QLatin1Char(' '), 1)};
+    lines.removeAll(QString());
+    for (QString &line : lines)
+        line = m_account->fontMetrics().elidedText(line, Qt::ElideRight, room);
+    m_account->setText(lines.join(QLatin1Char('\n')));
     m_account->setAccessibleName(tr("Account %1").arg(name));
 }
 

@@ -83,7 +83,7 @@ void ProjectDetails::build()
     m_check->setObjectName(QStringLiteral("checkPublished"));
     m_check->setToolTip(tr("Ask the service whether the project is published now"));
     auto *column = new QVBoxLayout(m_content);
-    column->setContentsMargins(18, 16, 18, 16);
+    column->setContentsMargins(14, 12, 14, 12);
     column->setSpacing(12);
     column->addWidget(m_name);
     column->addWidget(m_description);
@@ -98,7 +98,7 @@ void ProjectDetails::build()
     m_scroll->setWidget(m_content);
     m_scroll->setFocusPolicy(Qt::NoFocus);
     auto *outer = new QVBoxLayout(this);
-    outer->setContentsMargins(1, 1, 1, 1);
+    outer->setContentsMargins(4, 4, 4, 4); // clear of the card's round corners
     outer->addWidget(m_hint, 1);
     outer->addWidget(m_scroll, 1);
 }

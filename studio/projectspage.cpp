@@ -236,17 +236,22 @@ void ProjectsPage::loadTypes()
 
 void ProjectsPage::loadProjects()
 {
+    m_list->setEmptyText(tr("The projects could not be loaded"));
     m_projects->Init(&m_client, m_type->currentData().toString());
-    m_list->setEmptyText(tr("No projects of this type yet"));
-    showCount();
     m_details->show(nullptr);
+    filter(m_filter->text());
 }
 
 void ProjectsPage::refresh()
 {
+    // Loading anew rather than emptying first: when the service fails, what is on screen stays.
+    // What a person had arranged comes back after it.
     const QXSC::ProjectRecordPtr selected = m_projects->GetSelectedProject();
-    m_projects->Refresh();
-    showCount();
+    const bool sorted = m_list->isSorted();
+    m_projects->Init(&m_client, m_type->currentData().toString());
+    if (sorted)
+        m_list->sortBy(m_list->sortKey(), m_list->sortOrder());
+    filter(m_filter->text());
     m_details->show(nullptr);
     if (selected)
         m_projects->SelectProject(selected->guid);
