@@ -6,6 +6,8 @@
 #include "platform/widgets/listview.h"
 #include "platform/widgets/twips.h"
 
+#include <QStyle>
+
 #include <algorithm>
 
 namespace Studio {
@@ -41,7 +43,10 @@ void widenDates(Zel::ListView &list)
 
 void shareRest(Zel::ListView &list)
 {
-    double rest = Zel::twipsFromPixels(list.viewport()->width(), Zel::logicalDpi(&list));
+    // Room for the vertical scroll bar, whether it is there now or not.
+    const int room = list.width() - list.style()->pixelMetric(QStyle::PM_ScrollBarExtent) -
+                     2 * list.style()->pixelMetric(QStyle::PM_DefaultFrameWidth);
+    double rest = Zel::twipsFromPixels(room, Zel::logicalDpi(&list));
     for (int column = 2; column < list.columnCount(); ++column)
         rest -= list.columnWidth(column);
     const double name = std::max(NarrowestText, rest * NameShare);

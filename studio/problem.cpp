@@ -54,6 +54,8 @@ Problem describeServiceError(const ServiceError &error)
     problem.what = end < 0 ? error.description() : error.description().left(end + 1);
     problem.advice = end < 0 ? adviceFor(error.kind()) : error.description().mid(end + 2);
     problem.canRetry = error.isTransient();
+    problem.isConnection = error.kind() == ServiceError::Kind::Unreachable ||
+                           error.kind() == ServiceError::Kind::ConnectionLost;
     problem.needsSignIn = error.kind() == ServiceError::Kind::SignedOut;
     QStringList details{QStringLiteral("Error %1 (%2)").arg(error.number()).arg(error.source())};
     if (!error.code().isEmpty())

@@ -50,6 +50,7 @@ public:
 private:
     void startOwnService();
     void ownServiceReady();
+    Problem stoppedProblem(const QString &details) const;
 
     Options m_options;
     Settings m_settings;
