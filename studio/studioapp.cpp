@@ -21,6 +21,9 @@ StudioApp::StudioApp(const Options &options)
 {
     applyAppearance(m_settings.appearance());
     m_window = std::make_unique<MainWindow>(m_client, m_client, m_errors, m_settings);
+    QXSC::NetworkPolicy policy;
+    policy.inactivityLimit = m_options.timeLimit;
+    m_client.setNetworkPolicy(policy);
     m_waitNotice.emplace(m_window.get());
     m_client.setWaitObserver(&*m_waitNotice);
 }
