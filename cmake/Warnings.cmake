@@ -13,7 +13,7 @@ target_compile_definitions(ZelWarnings INTERFACE
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
 if(ZEL_SANITIZE)
-  # and friends see ghosts in instrumented code.
+  # The compiler takes instrumented code for uninitialised where it is not.
   target_compile_options(ZelWarnings INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer
     -Wno-maybe-uninitialized)
