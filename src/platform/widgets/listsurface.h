@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/widgets/listinput.h"
+#include "platform/widgets/listlooks.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -72,6 +73,7 @@ protected:
         View::initViewItemOption(option);
         if (!this->hasFocus())
             option->state &= ~QStyle::State_Active;
+        ListLooks::muteInactiveSelection(option->palette);
     }
 
 private:

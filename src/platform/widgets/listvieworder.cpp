@@ -82,15 +82,28 @@ void ListView::setSortKeyMaker(const QString &columnTag, const ListSortKeyMaker 
         sort();
 }
 
+bool ListView::haveSortValues(std::span<qint64> values) const
+{
+    // The provider knows nothing of texts that code has set over its own. One that has got records
+    // it has not told of would write them past the end.
+    if (m_model->hasSetTexts(m_sortKey) || rows()->rowCount() != count())
+        return false;
+    try {
+        return rows()->sortValues(m_sortKey, values);
+    } catch (const std::exception &) {
+        return false;
+    }
+}
+
 ListOrder::Rows ListView::sortedRows() const
 {
     if (!m_sorted || !m_model->hasColumn(m_sortKey) || count() == 0)
         return {};
     const auto size = static_cast<size_t>(count());
     const ListSortKeyMaker maker = m_sortKeyMakers.value(columnTag(m_sortKey));
-    if ((maker || m_sortsByValue) && !m_model->hasSetTexts(m_sortKey)) {
+    if (maker || m_sortsByValue) {
         std::vector<qint64> values(size);
-        if (rows()->sortValues(m_sortKey, values))
+        if (haveSortValues(values))
             return ListSorting::byValue(values, m_sortOrder);
     }
     std::vector<QString> texts(size);

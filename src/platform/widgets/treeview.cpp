@@ -6,8 +6,26 @@
 
 #include <QHeaderView>
 #include <QMetaMethod>
+#include <QStyledItemDelegate>
 
 namespace Zel {
+
+namespace {
+
+/// Lines as high as a list's.
+class TreeDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        const QSize size = QStyledItemDelegate::sizeHint(option, index);
+        return {size.width(), ListLooks::lineHeight(option, option.decorationSize.height(), 0)};
+    }
+};
+
+} // namespace
 
 TreeView::TreeView(QWidget *parent)
     : ListSurface(parent)
@@ -19,6 +37,7 @@ TreeView::TreeView(QWidget *parent)
     setSelectionMode(SingleSelection);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    setItemDelegate(new TreeDelegate(this));
     input()->setClearsOnGround(false);
     connect(input(), &ListInput::clicked, this,
             [this](const QModelIndex &line) { emit nodeClicked(keyOf(line)); });
@@ -37,6 +56,14 @@ TreeView::TreeView(QWidget *parent)
 }
 
 TreeView::~TreeView() = default;
+
+void TreeView::resizeEvent(QResizeEvent *event)
+{
+    // The one column is as wide as its longest text and at least as the view, so that a node can be
+    // clicked anywhere on its line.
+    header()->setMinimumSectionSize(viewport()->width());
+    ListSurface::resizeEvent(event);
+}
 
 QTreeWidgetItem *TreeView::node(const QString &key) const
 {

@@ -90,6 +90,9 @@ signals:
     /// contextMenuPolicy decides.
     void contextMenuRequested(const QString &key, const QPoint &globalPosition);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     QTreeWidgetItem *node(const QString &key) const;
     QString keyOf(const QModelIndex &index) const;
