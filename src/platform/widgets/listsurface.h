@@ -45,6 +45,8 @@ protected:
 
     void mouseReleaseEvent(QMouseEvent *event) override
     {
+        if (m_input->refusesRelease())
+            return;
         View::mouseReleaseEvent(event);
         m_input->endRelease(event);
     }

@@ -225,6 +225,10 @@ private:
     ListOrder::Rows sortedRows() const;
     bool haveSortValues(std::span<qint64> values) const;
     void applyFilter();
+    /// Does what makes the views forget the selection, and selects the same lines again as far as
+    /// they are shown.
+    void keepSelection(const std::function<void()> &change);
+    QItemSelection linesSelection(const QList<qsizetype> &rows) const;
 
     ListModel *m_model;
     QItemSelectionModel *m_selection;
