@@ -155,8 +155,8 @@ ServiceError networkFailure(const Request &request, const Reply &reply)
     case QNetworkReply::RemoteHostClosedError:
     case QNetworkReply::ContentReSendError:
         return error(Kind::ConnectionLost,
-                     tr("The connection to the service at %1 ended before the answer was there. "
-                        "Try again."),
+                     tr("The connection to the service at %1 ended before a whole answer was "
+                        "there. Try again; if it happens again, check the server address."),
                      request, reply);
     case QNetworkReply::ProtocolUnknownError:
     case QNetworkReply::ProtocolInvalidOperationError:
