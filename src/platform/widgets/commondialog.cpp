@@ -72,7 +72,10 @@ QString CommonDialog::joinedFileName(const QStringList &paths)
     return parts.join(QChar(u'\0'));
 }
 
-CommonDialog::CommonDialog(QWidget *owner) : m_owner(owner) { }
+CommonDialog::CommonDialog(QWidget *owner)
+    : m_owner(owner)
+{
+}
 
 void CommonDialog::showOpen()
 {
