@@ -6,7 +6,7 @@
 
 namespace Zel {
 
-QString dateText(const QDateTime &moment, const QLocale &locale)
+QString generalDateText(const QDateTime &moment, const QLocale &locale)
 {
     return DateTextForm::of(locale).text(moment);
 }

@@ -16,7 +16,7 @@ namespace Zel {
 /// a zone, "1/9/2007 3:04:05 PM" in en_US. A midnight shows the date alone, a pure time of day (on
 /// day zero, 1899-12-30) the time alone, an invalid date nothing. A date-time of another zone is
 /// shown in local time; fractions of a second are left out.
-ZEL_EXPORT QString dateText(const QDateTime &moment, const QLocale &locale = QLocale());
+ZEL_EXPORT QString generalDateText(const QDateTime &moment, const QLocale &locale = QLocale());
 
 /// Reads a general date text back, to the second, in every locale; and besides
 /// - ISO 8601, "2007-01-09", "2007-01-09 15:04", "2007-01-09T15:04:05";

@@ -2,21 +2,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/core/export.h"
 #include "platform/core/runtimeerror.h"
 
 #include <QMetaType>
 
 #include <compare>
 #include <concepts>
-#include <limits>
+#include <utility>
 
 namespace Zel {
 
 /// A 16-bit signed integer whose arithmetic ends in error 6 (Overflow) instead of wrapping.
 ///
-/// A literal is checked by the compiler (`Int16 gap = 150;`), a wider integer by `from`; a
-/// floating-point value goes through `roundToInt16` (rounding.h). Widths, indexes and counters that
-/// are 16-bit by contract are computed in it, so that they fail exactly where they must.
+/// A literal is checked by the compiler (`Int16 gap = 150;`), any other number by `from`. Widths,
+/// indexes and counters that are 16-bit by contract are computed in it, so that they fail exactly
+/// where they must.
 class Int16
 {
 public:
@@ -35,8 +36,16 @@ public:
     {
     }
 
-    /// `value`, or error 6 when 16 bits do not hold it.
-    static constexpr Int16 from(qint64 value) { return Int16(checked(value)); }
+    /// The number of an integer, or error 6 when 16 bits do not hold it.
+    template <std::integral T>
+    static constexpr Int16 from(T value)
+    {
+        return Int16(checked(value));
+    }
+
+    /// The nearest whole number, a half going to the even neighbour, or error 6 when 16 bits do not
+    /// hold it or `value` is no number.
+    ZEL_EXPORT static Int16 from(double value);
 
     constexpr qint16 value() const { return m_value; }
 
@@ -60,10 +69,10 @@ public:
 private:
     constexpr qint64 wide() const { return m_value; }
 
-    static constexpr qint16 checked(qint64 value)
+    template <typename T>
+    static constexpr qint16 checked(T value)
     {
-        using Limits = std::numeric_limits<qint16>;
-        if (value < Limits::min() || value > Limits::max())
+        if (!std::in_range<qint16>(value))
             throw RuntimeError(RuntimeError::Overflow);
         return static_cast<qint16>(value);
     }

@@ -33,7 +33,7 @@ qint32 roundToInt32(double value)
 
 Int16 roundToInt16(double value)
 {
-    return Int16::from(roundToInt32(value));
+    return Int16::from(value);
 }
 
 } // namespace Zel

@@ -6,6 +6,8 @@
 
 #include <QVarLengthArray>
 
+#include <utility>
+
 namespace Zel {
 
 namespace {
