@@ -92,6 +92,7 @@ protected:
     void writeProperties(Zel::PropertyBag &bag) const override;
     void resized() override;
     void appearanceChanged() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void build();
@@ -100,6 +101,7 @@ private:
     void signIn();
     void confirmAccount();
     void showAccounts(const QXSC::AccountCollection &accounts);
+    void swapFrames(QFrame *former, QFrame *next, QWidget *focus);
     QXSC::ServiceClient &client() const;
 
     QPointer<QXSC::ServiceClient> m_client;

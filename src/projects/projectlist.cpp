@@ -106,7 +106,8 @@ QXSC::ProjectRecordPtr ProjectList::recordAt(qsizetype row) const
 void ProjectList::SelectProject(const QString &projectGuid)
 {
     for (qsizetype row = 0; row < m_list->count(); ++row) {
-        if (recordAt(row)->guid != projectGuid)
+        // A line that the host's row filter hides is not there to be selected.
+        if (m_list->positionOf(row) < 0 || recordAt(row)->guid != projectGuid)
             continue;
         m_list->selectRow(row);
         m_list->ensureVisible(row);
