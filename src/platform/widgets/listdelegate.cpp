@@ -47,6 +47,15 @@ QIcon faded(const QIcon &icon, const QSize &size, const QWidget *widget)
     return QIcon(picture);
 }
 
+void paintCheckBox(QPainter *painter, const QStyleOptionViewItem &cell)
+{
+    const QStyle *style = styleOf(cell);
+    QStyleOptionViewItem box = cell;
+    box.rect = style->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, cell.widget);
+    box.state |= cell.checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+    style->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, painter, cell.widget);
+}
+
 /// The text on at most two lines of the width, the second shortened, with a line separator between.
 QString onTwoLines(const QString &text, const QFont &font, int width)
 {
@@ -143,6 +152,8 @@ void ListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 
     // The contents lie on the ground painted just now. To the style they are not selected: it would
     // paint the ground again, and tint the icons, which for thumbnails is wrong.
+    ListLooks::outlineCheckBoxes(cell.palette);
+    const QPalette unselected = cell.palette;
     if (selected) {
         const bool active = cell.state & QStyle::State_Active;
         const auto group = active ? QPalette::Active : QPalette::Inactive;
@@ -153,9 +164,13 @@ void ListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         cell.icon = faded(cell.icon, cell.decorationSize, cell.widget);
     cell.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
     cell.backgroundBrush = Qt::NoBrush;
-    ListLooks::outlineCheckBoxes(cell.palette);
     cell.rect = contents(option);
     style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, option.widget);
+    if (selected && (cell.features & QStyleOptionViewItem::HasCheckIndicator)) {
+        // The mark in the box is drawn in the colour of the text, which was that of a selected one.
+        cell.palette = unselected;
+        paintCheckBox(painter, cell);
+    }
 }
 
 bool ListDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,

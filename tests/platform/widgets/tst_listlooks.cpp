@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QHelpEvent>
+#include <QSignalSpy>
 #include <QStyledItemDelegate>
 #include <QToolTip>
 
@@ -283,6 +284,43 @@ private slots:
             best = std::max(best, contrast(image.pixelColor(x, cell.center().y()),
                                            darkPalette().color(QPalette::Base)));
         QVERIFY2(best >= 3, qPrintable(QString::number(best)));
+    }
+
+    void theMarkInTheBoxOfASelectedLineCanBeSeen()
+    {
+        m_list->setCheckBoxes(true);
+        m_list->setChecked(1, true);
+        m_list->setFocus();
+        // The darkest point inside the box, whose own ground is white.
+        const auto darkest = [this] {
+            const QImage image = picture();
+            const QRect cell = m_list->cellRect(1);
+            double best = 1;
+            for (int x = cell.left() + 9; x < cell.left() + 16; ++x) {
+                for (int y = cell.center().y() - 3; y <= cell.center().y() + 3; ++y)
+                    best = std::max(best, contrast(image.pixelColor(x, y), Qt::white));
+            }
+            return best;
+        };
+        QVERIFY(darkest() > 7);
+        m_list->selectRow(1);
+        QVERIFY(darkest() > 7);
+    }
+
+    void rightToLeftTurnsAllRound()
+    {
+        m_list->setLayoutDirection(Qt::RightToLeft);
+        const QRect name = m_list->cellRect(0, 0);
+        QVERIFY(name.left() > m_list->cellRect(0, 1).right() - 1);
+        QCOMPARE(pixel({name.right() - 24, name.center().y()}),
+                 m_list->palette().color(QPalette::Text));
+        QSignalSpy clicks(m_list.get(), &ListView::lineClicked);
+        click(*m_list, 2, 1);
+        QCOMPARE(clicks.size(), 1);
+        const QImage image = header(*m_list)->grab().toImage();
+        const int middle = image.height() / 2;
+        QCOMPARE(image.pixelColor(8, middle),
+                 image.pixelColor(header(*m_list)->sectionViewportPosition(1) + 8, middle));
     }
 
     void theCurrentLineOfSeveralHasAFrame()

@@ -204,11 +204,22 @@ private slots:
         QCOMPARE(m_clicks->size(), 0);
     }
 
+    void theExpandMarkIsNoClick_data()
+    {
+        QTest::addColumn<Qt::LayoutDirection>("direction");
+        QTest::newRow("left to right") << Qt::LeftToRight;
+        QTest::newRow("right to left") << Qt::RightToLeft;
+    }
+
     void theExpandMarkIsNoClick()
     {
+        QFETCH(Qt::LayoutDirection, direction);
+        m_tree->setLayoutDirection(direction);
         m_tree->selectNode(QStringLiteral("l2"));
         const QRect node = m_tree->nodeRect(QStringLiteral("l1"));
-        const QPoint mark(node.left() - m_tree->indentation() / 2, node.center().y());
+        const int half = m_tree->indentation() / 2;
+        const int x = direction == Qt::LeftToRight ? node.left() - half : node.right() + half;
+        const QPoint mark(x, node.center().y());
         QTest::mouseClick(m_tree->viewport(), Qt::LeftButton, {}, mark);
         QVERIFY(!m_tree->isExpanded(QStringLiteral("l1")));
         QCOMPARE(m_clicks->size(), 0);
