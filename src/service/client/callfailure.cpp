@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/client/callfailure.h"
 
+#include "service/client/problem.h"
+
 #include <QCoreApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLocale>
 
 #include <array>
@@ -19,64 +19,6 @@ struct Texts
 {
     Q_DECLARE_TR_FUNCTIONS(QXSC::ServiceError)
 };
-
-// Words that came over the wire -------------------------------------------------------------------
-
-/// Text of the other side for a message box: one line, of bounded length, without control
-/// characters, and without the token should the other side send it back.
-QString tidy(QString text, const Request &request)
-{
-    constexpr qsizetype longest = 500;
-    if (!request.token.isEmpty())
-        text.replace(QLatin1String(request.token), QStringLiteral("\u2026"));
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format)
-            c = QLatin1Char(' ');
-    }
-    text = text.simplified();
-    return text.size() > longest ? text.left(longest) + QChar(0x2026) : text;
-}
-
-/// What the service itself says about a refusal.
-struct Problem
-{
-    QString code;
-    QString detail;
-    QString requestId;
-};
-
-Problem problemOf(const Reply &reply)
-{
-    if (reply.ending != Reply::Ending::Answered || reply.status < 400 ||
-        !reply.contentType.startsWith("application/problem+json"))
-        return {};
-    const QJsonObject object = QJsonDocument::fromJson(reply.body).object();
-    return {object.value(QLatin1String("code")).toString(),
-            object.value(QLatin1String("detail")).toString(),
-            object.value(QLatin1String("requestId")).toString()};
-}
-
-QString detailsOf(const Request &request, const Reply &reply, const QString &extra = QString())
-{
-    const Problem problem = problemOf(reply);
-    const QString id =
-        problem.requestId.isEmpty() ? QString::fromUtf8(reply.requestId) : problem.requestId;
-    QStringList lines{QString::fromLatin1(request.method) + QLatin1Char(' ') +
-                      request.server.url(request.path).toString(QUrl::FullyEncoded)};
-    if (reply.status > 0)
-        lines << QStringLiteral("Status: %1").arg(reply.status);
-    if (!problem.code.isEmpty())
-        lines << QLatin1String("Code: ") + tidy(problem.code, request);
-    if (!problem.detail.isEmpty())
-        lines << QLatin1String("Detail: ") + tidy(problem.detail, request);
-    if (!id.isEmpty())
-        lines << QLatin1String("Request id: ") + tidy(id, request);
-    if (!reply.networkText.isEmpty())
-        lines << QLatin1String("Network: ") + tidy(reply.networkText, request);
-    if (!extra.isEmpty())
-        lines << QLatin1String("Problem: ") + tidy(extra, request);
-    return lines.join(QLatin1Char('\n'));
-}
 
 // Sentences ---------------------------------------------------------------------------------------
 
@@ -274,9 +216,12 @@ QString ownSentence(Kind kind, const Problem &problem, const Reply &reply)
     }
 }
 
-bool isOurFaultToExplain(Kind kind)
+/// Whether only the service can say what is wrong: which value it does not accept, what exactly is
+/// not allowed.
+bool isForTheServiceToExplain(Kind kind, const Problem &problem)
 {
-    return kind == Kind::Invalid || kind == Kind::Conflict;
+    return kind == Kind::Invalid || kind == Kind::Conflict ||
+           (kind == Kind::Refused && problem.code != QLatin1String("no-account"));
 }
 
 ServiceError refusal(const Request &request, const Reply &reply)
@@ -285,8 +230,9 @@ ServiceError refusal(const Request &request, const Reply &reply)
     const Kind kind = kindOf(problem, reply.status);
     if (problem.code.isEmpty() && kind == Kind::BadAnswer)
         return badAnswer(request, reply, QStringLiteral("HTTP status %1").arg(reply.status));
-    // Which value it does not accept only the service knows.
-    QString sentence = isOurFaultToExplain(kind) ? tidy(problem.detail, request) : QString();
+    QString sentence;
+    if (isForTheServiceToExplain(kind, problem))
+        sentence = tidy(problem.detail, request);
     if (sentence.isEmpty())
         sentence = ownSentence(kind, problem, reply).arg(request.server.display());
     return ServiceError(kind, sentence, tidy(problem.code, request), detailsOf(request, reply));

@@ -8,7 +8,7 @@ namespace QXSC {
 
 namespace {
 
-constexpr qint64 pieceSize = 64 * 1024;
+constexpr qint64 pieceSize = 65536;
 
 /// Qt reports every status of 400 and above as an error of its own; such an answer is whole unless
 /// the error is one of the connection.
