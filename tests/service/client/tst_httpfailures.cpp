@@ -244,6 +244,18 @@ private slots:
         QCOMPARE(error->description(), QStringLiteral("The text is too long."));
     }
 
+    void aServerThatGoesWhileALongBodyIsSentIsNoticed()
+    {
+        SignedIn there([](const SeenRequest &, Wire &wire) { wire.reset(); },
+                       ScriptedServer::Ask::HeadOnly);
+        NewProject project;
+        project.description = QString(20000000, QLatin1Char('d'));
+        const auto error = errorOf([&] { there.client.createProject(project); });
+        QVERIFY(error);
+        QVERIFY2(error->kind() == Kind::ConnectionLost, qPrintable(error->details()));
+        QCOMPARE(there.calls(), 1);
+    }
+
     // Limits --------------------------------------------------------------------------------------
 
     void aServerThatDripsIsGivenUp()
