@@ -82,6 +82,7 @@ class TestControl : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void madeInCodeItIsAFirstPlacementInRunMode()
     {
         const Sign sign;

@@ -46,6 +46,7 @@ class TestControlResize : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void aSizeInTwipsIsToldAtOnceAndExactly_data()
     {
         QTest::addColumn<bool>("shown");

@@ -90,6 +90,7 @@ class TestErrorReport : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void anErrorOfAUserActionReachesTheHostOnceAndUnchanged()
     {
         Desk desk;

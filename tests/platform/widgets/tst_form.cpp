@@ -44,6 +44,7 @@ class TestForm : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void everyUseStartsFresh()
     {
         NameForm form;
