@@ -128,9 +128,21 @@ void Login::build()
     for (QWidget *widget : std::initializer_list<QWidget *>{m_url, m_userName, m_password, m_login,
                                                             m_accounts, m_selectAccount})
         widget->installEventFilter(this);
-    Zel::setTabChain({m_url, m_userName, m_password, m_login, m_accounts, m_selectAccount});
-    setFocusProxy(m_url);
+    updateFocusProxy();
     arrange();
+}
+
+void Login::updateFocusProxy()
+{
+    // The Tab key stops at a control for the sake of its proxy, and would at a hidden one.
+    QWidget *first = nullptr;
+    if (!m_loginFrame->isHidden())
+        first = m_showLoginURL ? m_url : m_userName;
+    else if (!m_accountFrame->isHidden())
+        first = m_accounts;
+    setFocusProxy(first);
+    // Another proxy moves to the front of the chain.
+    Zel::setTabChain({m_url, m_userName, m_password, m_login, m_accounts, m_selectAccount});
 }
 
 bool Login::eventFilter(QObject *watched, QEvent *event)
@@ -202,7 +214,7 @@ void Login::SetControlShowLoginURL(bool new_val)
     m_showLoginURL = new_val;
     m_urlLabel->setVisible(new_val);
     m_url->setVisible(new_val);
-    setFocusProxy(new_val ? m_url : m_userName);
+    updateFocusProxy();
     arrange();
 }
 
