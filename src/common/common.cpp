@@ -3,6 +3,7 @@
 #include "common/common.h"
 
 #include "platform/core/rounding.h"
+#include "platform/core/runtimeerror.h"
 #include "platform/core/variantconversion.h"
 #include "platform/widgets/commondialog.h"
 
@@ -20,6 +21,16 @@ constexpr int SecondsPerMinute = 60;
 constexpr int MinutesPerHour = 60;
 constexpr int SecondsPerHour = 3600;
 
+/// The text of a value, empty for one that has none, such as an object.
+QString textOf(const QVariant &value)
+{
+    try {
+        return Zel::textFrom(value);
+    } catch (const Zel::RuntimeError &) {
+        return {};
+    }
+}
+
 } // namespace
 
 QString XmlUnescape(const QVariant &text)
@@ -28,7 +39,7 @@ QString XmlUnescape(const QVariant &text)
         std::pair{"&amp;", '&'},  std::pair{"&lt;", '<'},    std::pair{"&gt;", '>'},
         std::pair{"&quot;", '"'}, std::pair{"&apos;", '\''},
     };
-    QString result = Zel::textFrom(text);
+    QString result = textOf(text);
     for (const auto &[entity, character] : entities)
         result.replace(QLatin1String(entity), QString(QLatin1Char(character)));
     return result;

@@ -24,8 +24,8 @@ template <typename T>
 using Array = std::optional<QList<T>>;
 
 /// Turns the five XML entities back into characters, one pass each, "&amp;" first: a doubly escaped
-/// entity is unescaped twice ("&amp;lt;" becomes "<"), which callers rely on. Never fails; a value
-/// that is no text is read as its text.
+/// entity is unescaped twice ("&amp;lt;" becomes "<"), which callers rely on. Never fails: a value
+/// that is no text is read as its text, one that has none (an object) as the empty text.
 ZEL_EXPORT QString XmlUnescape(const QVariant &text);
 
 /// Shows the Open dialog and returns its file name text. With `multiSelect` several files come back

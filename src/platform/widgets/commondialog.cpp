@@ -14,16 +14,31 @@ namespace Zel {
 
 namespace {
 
-/// "*.*" means every file to the people who write it, also one without a dot.
+/// Qt's form of one pattern. "*.*" means every file to the people who write it, also one without a
+/// dot. Qt parts patterns at blanks; any one character stands for a blank inside a pattern.
+QString qtPattern(const QString &pattern)
+{
+    if (pattern == QLatin1String("*.*"))
+        return QStringLiteral("*");
+    return QString(pattern).replace(QLatin1Char(' '), QLatin1Char('?'));
+}
+
 QString qtPatterns(const QString &patterns)
 {
     QStringList result;
-    for (const QString &part : patterns.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        const QString pattern = part.trimmed();
-        if (!pattern.isEmpty())
-            result << (pattern == QLatin1String("*.*") ? QStringLiteral("*") : pattern);
+    for (const QString &part : patterns.split(QLatin1Char(';'))) {
+        if (const QString pattern = part.trimmed(); !pattern.isEmpty())
+            result << qtPattern(pattern);
     }
     return result.join(QLatin1Char(' '));
+}
+
+/// A description without the patterns that people repeat behind it, "Pictures (*.bmp)": Qt shows
+/// them itself.
+QString bareDescription(const QString &description)
+{
+    static const QRegularExpression repeated(QStringLiteral("\\s*\\([^()]*[*?][^()]*\\)$"));
+    return description.trimmed().remove(repeated);
 }
 
 } // namespace
@@ -34,13 +49,9 @@ QStringList CommonDialog::nameFilters(const QString &filter)
     QStringList result;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         const QString patterns = qtPatterns(parts.at(i + 1));
-        if (patterns.isEmpty())
-            continue;
-        // Qt takes the text before the last parenthesis as the description.
-        QString description = parts.at(i).trimmed();
-        if (const qsizetype at = description.indexOf(QLatin1Char('(')); at >= 0)
-            description = description.left(at).trimmed();
-        result << QStringLiteral("%1 (%2)").arg(description, patterns);
+        if (!patterns.isEmpty())
+            result
+                << QStringLiteral("%1 (%2)").arg(bareDescription(parts.at(i)), patterns).trimmed();
     }
     return result;
 }
@@ -72,11 +83,13 @@ QString CommonDialog::joinedFileName(const QStringList &paths)
     return parts.join(QChar(u'\0'));
 }
 
-CommonDialog::CommonDialog(QWidget *owner) : m_owner(owner) { }
-
-void CommonDialog::showOpen()
+CommonDialog::CommonDialog(QWidget *owner)
+    : m_owner(owner)
 {
-    QFileDialog dialog(m_owner ? m_owner->window() : nullptr);
+}
+
+void CommonDialog::setUp(QFileDialog &dialog) const
+{
     dialog.setObjectName(QStringLiteral("commonDialog"));
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setWindowTitle(dialogTitle.isEmpty()
@@ -94,9 +107,21 @@ void CommonDialog::showOpen()
         dialog.setDirectory(initialFolder);
     if (!fileName.isEmpty())
         dialog.selectFile(fileName);
-    if (dialog.exec() == QDialog::Accepted)
-        fileName = joinedFileName(dialog.selectedFiles());
-    else if (cancelError)
+}
+
+void CommonDialog::showOpen()
+{
+    // Not on the stack: the dialog is deleted with the owner's window, also while it is open, and
+    // whoever holds this object may go with them.
+    const QPointer<QFileDialog> dialog(new QFileDialog(m_owner ? m_owner->window() : nullptr));
+    const bool throwOnCancel = cancelError;
+    setUp(*dialog);
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    const QStringList chosen = dialog ? dialog->selectedFiles() : QStringList();
+    delete dialog;
+    if (accepted && !chosen.isEmpty())
+        fileName = joinedFileName(chosen);
+    else if (throwOnCancel)
         throw RuntimeError(RuntimeError::DialogCancelled);
 }
 

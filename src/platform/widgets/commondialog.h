@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QWidget>
 
+class QFileDialog;
+
 namespace Zel {
 
 /// The common file dialog: set its properties, call `showOpen`, read `fileName`.
@@ -40,7 +42,7 @@ public:
     void showOpen();
 
     /// Qt's name filters for a filter text; a description without a pattern is dropped, a pattern
-    /// "*.*" matches every file.
+    /// "*.*" matches every file. Patterns that the description repeats in parentheses are left out.
     static QStringList nameFilters(const QString &filter);
     /// The filter text for Qt's name filters.
     static QString filterText(const QStringList &nameFilters);
@@ -48,6 +50,8 @@ public:
     static QString joinedFileName(const QStringList &paths);
 
 private:
+    void setUp(QFileDialog &dialog) const;
+
     QPointer<QWidget> m_owner;
 };
 

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/widgets/containerproperties.h"
 
+#include "platform/core/runtimeerror.h"
 #include "platform/core/variantconversion.h"
 #include "platform/widgets/twipsgeometry.h"
 
 #include <QWidget>
 
 #include <array>
+#include <cmath>
 #include <utility>
 
 namespace Zel {
@@ -50,10 +52,12 @@ QVariant ContainerProperty::read() const
 void ContainerProperty::write(const QVariant &value) const
 {
     if (m_kind == Kind::Visible) {
-        m_widget->setVisible(convertTo(value, QMetaType::fromType<bool>()).toBool());
+        m_widget->setVisible(booleanFrom(value));
         return;
     }
-    const double twips = convertTo(value, QMetaType::fromType<double>()).toDouble();
+    const double twips = doubleFrom(value);
+    if (!std::isfinite(twips))
+        throw RuntimeError(RuntimeError::Overflow);
     TwipsRect rect = twipsGeometry(m_widget);
     switch (m_kind) {
     case Kind::Left:

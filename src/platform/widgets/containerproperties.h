@@ -17,12 +17,12 @@ namespace Zel {
 class ZEL_EXPORT ContainerProperty
 {
 public:
-    /// The container property of that name, exact case first, then any case; nothing for other
-    /// names and for objects that are no widgets.
+    /// The container property of that name in any case; nothing for other names and for objects
+    /// that are no widgets.
     static std::optional<ContainerProperty> find(QObject &object, const QString &name);
 
     QVariant read() const;
-    /// Error 13 when the value does not convert.
+    /// Errors: 13 when the value does not convert, 6 when it is no finite number.
     void write(const QVariant &value) const;
 
 private:

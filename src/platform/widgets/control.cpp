@@ -5,7 +5,7 @@
 #include "platform/widgets/errorreport.h"
 
 #include <QEvent>
-#include <QPointer>
+#include <QScopedValueRollback>
 
 namespace Zel {
 
@@ -23,14 +23,11 @@ void Control::setMode(Mode mode)
 
 void Control::readPropertyBag(const PropertyBag &bag)
 {
-    m_reading = true;
-    try {
+    m_propertyProblems.clear();
+    {
+        const QScopedValueRollback<bool> reading(m_reading, true);
         readProperties(bag);
-    } catch (...) {
-        m_reading = false;
-        throw;
     }
-    m_reading = false;
     m_propertyProblems = bag.problems();
 }
 
@@ -56,7 +53,9 @@ QStringList Control::eventNames(const QMetaObject *metaObject)
     QStringList names;
     for (int i = Control::staticMetaObject.methodCount(); i < metaObject->methodCount(); ++i) {
         const QMetaMethod method = metaObject->method(i);
-        if (method.methodType() == QMetaMethod::Signal)
+        // A default argument makes a second entry for the same event.
+        const bool clone = method.attributes() & QMetaMethod::Cloned;
+        if (method.methodType() == QMetaMethod::Signal && !clone)
             names << QString::fromLatin1(method.name());
     }
     return names;
@@ -87,22 +86,19 @@ void Control::requireDesignTime() const
 
 void Control::guard(const std::function<void()> &action)
 {
-    const QPointer<Control> self(this);
-    std::unique_ptr<RuntimeError> caught;
-    try {
-        action();
-    } catch (const RuntimeError &error) {
-        caught.reset(error.clone());
-    }
-    // Reported outside the handler: a host that shows a dialog must not do so inside a catch.
-    if (caught)
-        reportRuntimeError(self, *caught);
+    guardUserAction(this, action);
 }
 
 void Control::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    resized();
+    const TwipsRect place = twipsGeometry(this);
+    const TwipsRect settled{0, 0, place.width, place.height};
+    if (settled == m_settled)
+        return;
+    m_settled = settled;
+    // An event handler has no caller that could catch what goes wrong.
+    guard([this] { resized(); });
 }
 
 void Control::changeEvent(QEvent *event)
@@ -110,7 +106,7 @@ void Control::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
         event->type() == QEvent::FontChange)
-        appearanceChanged();
+        guard([this] { appearanceChanged(); });
 }
 
 } // namespace Zel

@@ -5,12 +5,12 @@
 #include "platform/core/export.h"
 #include "platform/core/propertybag.h"
 #include "platform/core/runtimeerror.h"
+#include "platform/widgets/twipsgeometry.h"
 
 #include <QMetaMethod>
 #include <QWidget>
 
 #include <functional>
-#include <memory>
 
 namespace Zel {
 
@@ -78,9 +78,11 @@ protected:
     /// Reads the persisted properties; called with the bag a host stored.
     virtual void readProperties(const PropertyBag &bag);
     virtual void writeProperties(PropertyBag &bag) const;
-    /// Called after the control got another size; geometry in twips is up to date.
+    /// Called once for every other size the control gets; geometry in twips is up to date. A size
+    /// in twips (twipsgeometry.h) is told at once; one that Qt set while the control is hidden when
+    /// it is shown.
     virtual void resized();
-    /// Called after the palette or style changed.
+    /// Called after the palette, style or font changed.
     virtual void appearanceChanged();
 
     /// Marks a persisted property as changed.
@@ -106,6 +108,7 @@ protected:
 private:
     Mode m_mode = Mode::Run;
     bool m_reading = false;
+    TwipsRect m_settled{0, 0, -1, -1}; // the size `resized` was last called for
     QStringList m_propertyProblems;
 };
 

@@ -8,43 +8,64 @@
 
 #include <QCoreApplication>
 #include <QMetaMethod>
+#include <QPointer>
+
+#include <algorithm>
+#include <memory>
 
 namespace Zel {
 
 namespace {
 
-/// Emits the error from `widget` when somebody is connected there.
+/// Emits the error from `widget` when somebody hears it there.
 template <typename Emitter>
 bool deliver(Emitter *widget, const RuntimeError &error)
 {
     static const QMetaMethod signal = QMetaMethod::fromSignal(&Emitter::runtimeError);
-    if (!widget->hasErrorListener(signal))
+    if (!widget || widget->signalsBlocked() || !widget->hasErrorListener(signal))
         return false;
     emit widget->runtimeError(error);
     return true;
+}
+
+/// Where an error goes that nobody heard at `widget`.
+QWidget *outward(const QWidget *widget)
+{
+    const auto *form = qobject_cast<const Form *>(widget);
+    return form && form->caller() ? form->caller() : widget->parentWidget();
 }
 
 } // namespace
 
 void reportRuntimeError(QWidget *origin, const RuntimeError &error)
 {
-    QWidget *widget = origin;
-    while (widget) {
-        QWidget *outer = widget->parentWidget();
-        if (auto *control = qobject_cast<Control *>(widget)) {
-            if (deliver(control, error))
-                return;
-        } else if (auto *form = qobject_cast<Form *>(widget)) {
-            if (deliver(form, error))
-                return;
-            if (form->caller())
-                outer = form->caller();
-        }
-        widget = outer;
+    for (QWidget *widget = origin; widget; widget = outward(widget)) {
+        if (deliver(qobject_cast<Control *>(widget), error) ||
+            deliver(qobject_cast<Form *>(widget), error))
+            return;
     }
     informUser(origin, QCoreApplication::translate("Zel::Control", "Error %1: %2")
                            .arg(error.number())
                            .arg(error.description()));
+}
+
+void guardUserAction(QWidget *origin, const std::function<void()> &action)
+{
+    QList<QPointer<QWidget>> route;
+    for (QWidget *widget = origin; widget; widget = outward(widget))
+        route << widget;
+    std::unique_ptr<RuntimeError> caught;
+    try {
+        action();
+    } catch (const RuntimeError &error) {
+        caught.reset(error.clone());
+    }
+    if (!caught)
+        return;
+    // Reported outside the handler: a host that shows a dialog must not do so inside a catch.
+    const auto alive = std::find_if(route.cbegin(), route.cend(),
+                                    [](const QPointer<QWidget> &widget) { return !!widget; });
+    reportRuntimeError(alive == route.cend() ? nullptr : alive->data(), *caught);
 }
 
 } // namespace Zel

@@ -4,8 +4,6 @@
 
 #include "platform/widgets/errorreport.h"
 
-#include <QApplication>
-
 namespace Zel {
 
 Form::Form(QWidget *parent)
@@ -20,36 +18,38 @@ void Form::load() {}
 
 void Form::showModal(QWidget *caller)
 {
-    if (isVisible())
+    if (m_inUse || isVisible())
         return;
+    m_inUse = true;
     m_caller = caller;
-    QWidget *const window = caller ? caller->window() : nullptr;
     const QPointer<Form> self(this);
     try {
         load();
     } catch (...) {
-        m_caller = nullptr;
+        if (self)
+            release();
         throw;
     }
-    setParent(window, windowFlags());
-    exec();
+    // Whoever lets messages through while loading or being shown may lose the form.
     if (!self)
-        return; // the caller's window was closed for good while the form was open
-    setParent(nullptr, windowFlags());
+        return;
+    setParent(m_caller ? m_caller->window() : nullptr, windowFlags());
+    exec();
+    if (self)
+        release();
+}
+
+void Form::release()
+{
+    if (parent())
+        setParent(nullptr, windowFlags());
     m_caller = nullptr;
+    m_inUse = false;
 }
 
 void Form::guard(const std::function<void()> &action)
 {
-    const QPointer<Form> self(this);
-    std::unique_ptr<RuntimeError> caught;
-    try {
-        action();
-    } catch (const RuntimeError &error) {
-        caught.reset(error.clone());
-    }
-    if (caught)
-        reportRuntimeError(self, *caught);
+    guardUserAction(this, action);
 }
 
 } // namespace Zel

@@ -11,7 +11,6 @@
 #include <QPointer>
 
 #include <functional>
-#include <memory>
 
 namespace Zel {
 
@@ -28,9 +27,11 @@ public:
     explicit Form(QWidget *parent = nullptr);
     ~Form() override;
 
-    /// Loads the form and shows it modally over the window of `caller`. Errors of loading propagate
-    /// and the form is not shown. Returns at once, without showing anything, when the form is
-    /// already on screen.
+    /// Loads the form and shows it modally over the window of `caller`, which may be null. Errors
+    /// of loading propagate and the form is not shown. Returns at once, without doing anything,
+    /// when the form is in use already.
+    ///
+    /// A form over a window that is destroyed goes with it.
     void showModal(QWidget *caller);
 
     /// The control that opened the form; null while it is not shown.
@@ -59,13 +60,17 @@ protected:
     }
 
 private:
+    void release();
+
     QPointer<QWidget> m_caller;
+    bool m_inUse = false;
 };
 
 /// The one shared instance of a form, made on first use and deleted when the application quits (a
-/// widget that outlives the application object crashes).
+/// widget that outlives the application object crashes). Exported, so that every library that uses
+/// an exported form gets the same one.
 template <typename FormClass>
-FormClass &sharedForm()
+ZEL_EXPORT FormClass &sharedForm()
 {
     static QPointer<FormClass> form;
     if (!form) {

@@ -11,18 +11,26 @@
 #include <QMetaProperty>
 
 #include <array>
+#include <optional>
 
 namespace Zel {
 
 namespace {
 
-constexpr std::size_t MostArguments = 10; // what QMetaMethod::invoke takes
+constexpr qsizetype MostArguments = 10; // what QMetaMethod::invoke takes
 
-const QMetaObject *floorOf(const QObject &object)
+/// The classes whose members take part, the most derived first.
+QList<const QMetaObject *> classesOf(const QObject &object)
 {
-    if (object.inherits("Zel::Control"))
-        return &Control::staticMetaObject;
-    return object.isWidgetType() ? &QWidget::staticMetaObject : &QObject::staticMetaObject;
+    const QMetaObject *floor = &QObject::staticMetaObject;
+    if (qobject_cast<const Control *>(&object))
+        floor = &Control::staticMetaObject;
+    else if (object.isWidgetType())
+        floor = &QWidget::staticMetaObject;
+    QList<const QMetaObject *> classes;
+    for (const QMetaObject *meta = object.metaObject(); meta != floor; meta = meta->superClass())
+        classes << meta;
+    return classes;
 }
 
 bool sameName(const QByteArray &a, const QByteArray &b, Qt::CaseSensitivity sensitivity)
@@ -33,12 +41,19 @@ bool sameName(const QByteArray &a, const QByteArray &b, Qt::CaseSensitivity sens
 std::optional<QMetaProperty> findProperty(const QObject &object, const QByteArray &name,
                                           Qt::CaseSensitivity sensitivity)
 {
-    const QMetaObject *meta = object.metaObject();
-    for (int i = floorOf(object)->propertyCount(); i < meta->propertyCount(); ++i) {
-        if (sameName(meta->property(i).name(), name, sensitivity))
-            return meta->property(i);
+    for (const QMetaObject *meta : classesOf(object)) {
+        for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i) {
+            if (sameName(meta->property(i).name(), name, sensitivity))
+                return meta->property(i);
+        }
     }
     return std::nullopt;
+}
+
+bool isCallable(const QMetaMethod &method)
+{
+    return method.access() == QMetaMethod::Public &&
+           (method.methodType() == QMetaMethod::Method || method.methodType() == QMetaMethod::Slot);
 }
 
 struct MethodSearch
@@ -51,18 +66,16 @@ MethodSearch findMethod(const QObject &object, const QByteArray &name, qsizetype
                         Qt::CaseSensitivity sensitivity)
 {
     MethodSearch result;
-    const QMetaObject *meta = object.metaObject();
-    for (int i = floorOf(object)->methodCount(); i < meta->methodCount(); ++i) {
-        const QMetaMethod method = meta->method(i);
-        const bool callable =
-            method.access() == QMetaMethod::Public && (method.methodType() == QMetaMethod::Method ||
-                                                       method.methodType() == QMetaMethod::Slot);
-        if (!callable || !sameName(method.name(), name, sensitivity))
-            continue;
-        result.nameExists = true;
-        if (method.parameterCount() == arguments) {
-            result.method = method;
-            break;
+    for (const QMetaObject *meta : classesOf(object)) {
+        for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
+            const QMetaMethod method = meta->method(i);
+            if (!isCallable(method) || !sameName(method.name(), name, sensitivity))
+                continue;
+            result.nameExists = true;
+            if (method.parameterCount() == arguments && arguments <= MostArguments) {
+                result.method = method;
+                return result;
+            }
         }
     }
     return result;
@@ -73,10 +86,10 @@ QVariant invoke(QObject &object, const QMetaMethod &method, const QVariantList &
     QVariantList values;
     values.reserve(arguments.size());
     std::array<QGenericArgument, MostArguments> generic;
-    for (qsizetype i = 0; i < arguments.size(); ++i)
-        values << convertTo(arguments.at(i), method.parameterMetaType(static_cast<int>(i)));
-    for (qsizetype i = 0; i < values.size(); ++i) {
-        const QMetaType type = method.parameterMetaType(static_cast<int>(i));
+    for (int i = 0; i < arguments.size(); ++i)
+        values << convertTo(arguments.at(i), method.parameterMetaType(i));
+    for (int i = 0; i < values.size(); ++i) {
+        const QMetaType type = method.parameterMetaType(i);
         const bool variant = type == QMetaType::fromType<QVariant>();
         const void *data =
             variant ? static_cast<const void *>(&values.at(i)) : values.at(i).constData();
@@ -88,7 +101,7 @@ QVariant invoke(QObject &object, const QMetaMethod &method, const QVariantList &
     QVariant result = isVoid || isVariant ? QVariant() : QVariant(returned);
     const QGenericReturnArgument out =
         isVoid ? QGenericReturnArgument()
-               : QGenericReturnArgument(returned.name(), isVariant ? &result : result.data());
+               : QGenericReturnArgument(method.typeName(), isVariant ? &result : result.data());
     if (!method.invoke(&object, Qt::DirectConnection, out, generic[0], generic[1], generic[2],
                        generic[3], generic[4], generic[5], generic[6], generic[7], generic[8],
                        generic[9]))
@@ -118,19 +131,7 @@ QObject &LateBound::target() const
 
 QVariant LateBound::get(const QString &name) const
 {
-    QObject &object = target();
-    if (const auto property = ContainerProperty::find(object, name))
-        return property->read();
-    for (const Qt::CaseSensitivity sensitivity : {Qt::CaseSensitive, Qt::CaseInsensitive}) {
-        if (const auto property = findProperty(object, name.toLatin1(), sensitivity))
-            return property->read(&object);
-        const MethodSearch search = findMethod(object, name.toLatin1(), 0, sensitivity);
-        if (search.method)
-            return invoke(object, *search.method, {});
-        if (search.nameExists)
-            fail(RuntimeError::WrongArgumentCount, name);
-    }
-    fail(RuntimeError::NoSuchMember, name);
+    return call(name);
 }
 
 void LateBound::let(const QString &name, const QVariant &value) const
@@ -142,7 +143,8 @@ void LateBound::let(const QString &name, const QVariant &value) const
         if (const auto property = findProperty(object, name.toLatin1(), sensitivity)) {
             if (!property->isWritable())
                 fail(RuntimeError::WrongArgumentCount, name);
-            property->write(&object, convertTo(value, property->metaType()));
+            if (!property->write(&object, convertTo(value, property->metaType())))
+                fail(RuntimeError::TypeMismatch, name);
             return;
         }
         if (findMethod(object, name.toLatin1(), 0, sensitivity).nameExists)
@@ -154,21 +156,22 @@ void LateBound::let(const QString &name, const QVariant &value) const
 QVariant LateBound::call(const QString &name, const QVariantList &arguments) const
 {
     QObject &object = target();
-    if (arguments.size() > static_cast<qsizetype>(MostArguments))
-        fail(RuntimeError::WrongArgumentCount, name);
+    if (const auto property = ContainerProperty::find(object, name)) {
+        if (!arguments.isEmpty())
+            fail(RuntimeError::WrongArgumentCount, name);
+        return property->read();
+    }
     for (const Qt::CaseSensitivity sensitivity : {Qt::CaseSensitive, Qt::CaseInsensitive}) {
         const MethodSearch search =
             findMethod(object, name.toLatin1(), arguments.size(), sensitivity);
         if (search.method)
             return invoke(object, *search.method, arguments);
-        if (search.nameExists)
+        const auto property = findProperty(object, name.toLatin1(), sensitivity);
+        if (property && arguments.isEmpty())
+            return property->read(&object);
+        if (property || search.nameExists)
             fail(RuntimeError::WrongArgumentCount, name);
     }
-    if (arguments.isEmpty())
-        return get(name);
-    if (ContainerProperty::find(object, name) ||
-        findProperty(object, name.toLatin1(), Qt::CaseInsensitive))
-        fail(RuntimeError::WrongArgumentCount, name);
     fail(RuntimeError::NoSuchMember, name);
 }
 

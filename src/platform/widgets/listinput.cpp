@@ -70,6 +70,7 @@ void ListInput::selectInPlace()
 void ListInput::beginPress(QMouseEvent *event)
 {
     m_pressed = lineAt(event->position().toPoint());
+    m_pressedGround = !m_view->indexAt(event->position().toPoint()).isValid();
     m_armed = false;
 }
 
@@ -79,8 +80,7 @@ void ListInput::endPress(QMouseEvent *event)
         return;
     if (!m_pressed.isValid()) {
         const bool extending = event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier);
-        const bool onGround = !m_view->indexAt(event->position().toPoint()).isValid();
-        if (m_clearsOnGround && onGround && !extending)
+        if (m_clearsOnGround && m_pressedGround && !extending)
             m_view->selectionModel()->clearSelection();
         return;
     }
@@ -93,6 +93,11 @@ bool ListInput::refusesDrag(const QMouseEvent *event) const
 {
     return event->buttons() != Qt::NoButton &&
            m_view->selectionMode() == QAbstractItemView::SingleSelection;
+}
+
+bool ListInput::refusesRelease() const
+{
+    return m_pressedGround && m_view->selectionMode() == QAbstractItemView::SingleSelection;
 }
 
 void ListInput::endRelease(QMouseEvent *event)

@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QPointer>
 
 namespace Zel {
 
@@ -13,16 +14,21 @@ QMessageBox::StandardButton show(QWidget *owner, QMessageBox::Icon icon, const Q
                                  const QString &title, QMessageBox::StandardButtons buttons,
                                  QMessageBox::StandardButton defaultButton)
 {
-    QMessageBox box(owner ? owner->window() : nullptr);
-    box.setObjectName(QStringLiteral("messageBox"));
-    box.setIcon(icon);
-    box.setTextFormat(Qt::PlainText);
-    box.setText(text);
-    box.setWindowTitle(title.isEmpty() ? QGuiApplication::applicationDisplayName() : title);
-    box.setStandardButtons(buttons);
-    box.setDefaultButton(defaultButton);
-    box.setEscapeButton(defaultButton);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
+    // Not on the stack: the box is deleted with the owner's window, also while it is open.
+    const QPointer<QMessageBox> box(new QMessageBox(owner ? owner->window() : nullptr));
+    box->setObjectName(QStringLiteral("messageBox"));
+    box->setIcon(icon);
+    box->setTextFormat(Qt::PlainText);
+    box->setText(text);
+    box->setWindowTitle(title.isEmpty() ? QGuiApplication::applicationDisplayName() : title);
+    box->setStandardButtons(buttons);
+    box->setDefaultButton(defaultButton);
+    box->setEscapeButton(defaultButton);
+    const int answer = box->exec();
+    if (!box)
+        return defaultButton;
+    delete box;
+    return static_cast<QMessageBox::StandardButton>(answer);
 }
 
 } // namespace

@@ -15,7 +15,7 @@ namespace Zel {
 ZEL_EXPORT void informUser(QWidget *owner, const QString &text, const QString &title = QString());
 
 /// Asks Yes or No and returns whether the answer was Yes. No is the default button; Esc and closing
-/// the box mean No.
+/// the box mean No, and so does a box that goes with its owner's window.
 ZEL_EXPORT bool askUser(QWidget *owner, const QString &text, const QString &title = QString());
 
 } // namespace Zel

@@ -14,6 +14,8 @@ namespace {
 
 constexpr double ReadableContrast = 4.5;
 
+constexpr std::size_t DisabledText = 17;
+
 /// System colour indexes 0 to 24 in their fixed order.
 constexpr std::array systemRoles{
     QPalette::Window,          // scroll bar
@@ -33,7 +35,7 @@ constexpr std::array systemRoles{
     QPalette::HighlightedText, // highlight text
     QPalette::Window,          // button face
     QPalette::Dark,            // button shadow
-    QPalette::PlaceholderText, // disabled text
+    QPalette::WindowText,      // disabled text, of the disabled group
     QPalette::ButtonText,      // button text
     QPalette::WindowText,      // inactive caption text
     QPalette::Light,           // button highlight
@@ -43,10 +45,23 @@ constexpr std::array systemRoles{
     QPalette::ToolTipBase,     // tool tip background
 };
 
-QPalette::ColorRole roleOf(ColorValue value)
+std::size_t indexOf(ColorValue value)
 {
     const std::size_t index = value & 0x7FFFFFFFu;
-    return index < systemRoles.size() ? systemRoles[index] : QPalette::Window;
+    return index < systemRoles.size() ? index : ButtonFace & 0x7FFFFFFFu;
+}
+
+QColor systemColor(ColorValue value, const QPalette &palette)
+{
+    const std::size_t index = indexOf(value);
+    const auto group = index == DisabledText ? QPalette::Disabled : QPalette::Active;
+    return palette.color(group, systemRoles[index]);
+}
+
+/// Whether a value is the colour that a widget has of its own.
+bool isWindowColor(ColorValue value)
+{
+    return isSystemColor(value) && systemRoles[indexOf(value)] == QPalette::Window;
 }
 
 double linear(double channel)
@@ -60,11 +75,21 @@ double luminance(const QColor &color)
            0.0722 * linear(color.blueF());
 }
 
-QPalette readablePalette(const QPalette &base, const QColor &background)
+/// What the surroundings of a widget hand down to it.
+QPalette inheritedPalette(const QWidget *widget)
 {
-    QPalette palette = base;
+    const QWidget *parent = widget->isWindow() ? nullptr : widget->parentWidget();
+    return parent ? parent->palette() : QApplication::palette(widget);
+}
+
+/// A palette of nothing but the background and, where the inherited one cannot be read on it, the
+/// text colour, so that everything else keeps following the surroundings.
+QPalette backgroundPalette(const QColor &background, const QPalette &inherited)
+{
+    QPalette palette;
     palette.setColor(QPalette::Window, background);
-    if (contrastRatio(background, base.color(QPalette::WindowText)) < ReadableContrast) {
+    const QColor text = inherited.color(QPalette::Active, QPalette::WindowText);
+    if (contrastRatio(background, text) < ReadableContrast) {
         const bool black =
             contrastRatio(background, Qt::black) >= contrastRatio(background, Qt::white);
         palette.setColor(QPalette::WindowText, black ? Qt::black : Qt::white);
@@ -77,7 +102,7 @@ QPalette readablePalette(const QPalette &base, const QColor &background)
 QColor colorFromValue(ColorValue value, const QPalette &palette)
 {
     if (isSystemColor(value))
-        return palette.color(roleOf(value));
+        return systemColor(value, palette);
     return QColor(static_cast<int>(value & 0xFF), static_cast<int>(value >> 8 & 0xFF),
                   static_cast<int>(value >> 16 & 0xFF));
 }
@@ -90,16 +115,12 @@ ColorValue valueFromColor(const QColor &color)
 
 void applyBackground(QWidget *widget, ColorValue value)
 {
-    // Start from what the surroundings give, or a colour set earlier would count as theirs.
-    const QPalette inherited =
-        widget->parentWidget() ? widget->parentWidget()->palette() : QApplication::palette(widget);
-    const QColor background = colorFromValue(value, inherited);
-    const QPalette wanted = isSystemColor(value) && roleOf(value) == QPalette::Window
-                                ? QPalette()
-                                : readablePalette(inherited, background);
+    // Against what the surroundings give, or a text colour set here earlier would count as theirs.
+    const QPalette inherited = inheritedPalette(widget);
     widget->setAutoFillBackground(true);
-    if (widget->palette() != wanted || wanted.resolveMask() == 0)
-        widget->setPalette(wanted);
+    widget->setPalette(isWindowColor(value)
+                           ? QPalette()
+                           : backgroundPalette(colorFromValue(value, inherited), inherited));
 }
 
 double contrastRatio(const QColor &a, const QColor &b)

@@ -23,16 +23,17 @@ constexpr bool isSystemColor(ColorValue value)
     return (value & 0x80000000u) != 0;
 }
 
-/// The colour a value stands for in a palette. Index 15, the button face, is the palette's window
-/// colour, so that a control blends into the form around it. Unknown indexes count as button face.
+/// The colour a value stands for in a palette, of its active group. Index 15, the button face, is
+/// the palette's window colour, so that a control blends into the form around it. Unknown indexes
+/// count as button face.
 ZEL_EXPORT QColor colorFromValue(ColorValue value, const QPalette &palette);
 
 /// The plain value of a colour; its alpha is dropped.
 ZEL_EXPORT ColorValue valueFromColor(const QColor &color);
 
-/// Paints the background of `widget` in a colour. A plain colour that the palette's own text colour
-/// could not be read on (contrast below 4.5 : 1, WCAG 2.1, 1.4.3) takes black or white text along.
-/// Call again after a palette change.
+/// Paints the background of `widget` in a colour. One that the inherited text colour could not be
+/// read on (contrast below 4.5 : 1, WCAG 2.1, 1.4.3) takes black or white text along. Call again
+/// after a palette change, for plain colours too: the text colour may have changed.
 ZEL_EXPORT void applyBackground(QWidget *widget, ColorValue value);
 
 /// The contrast of two colours, 1 to 21 (WCAG 2.1, relative luminance).

@@ -19,14 +19,17 @@ struct TwipsRect
     bool operator==(const TwipsRect &) const = default;
 };
 
-/// The exact twips a widget was placed at; derived from its pixels when something else, a Qt layout
-/// for instance, placed it last.
+/// The exact twips a widget was placed at. A figure whose pixels are no longer the ones drawn from
+/// it follows the pixels: a Qt layout placed the widget, or its minimum size did not let it be what
+/// was asked for.
 ZEL_EXPORT TwipsRect twipsGeometry(const QWidget *widget);
 
 /// Places a widget. Each edge is rounded to pixels once, by the widget's logical DPI, so that
 /// neighbours neither gap nor overlap at fractional scales; the twips are kept beside the pixels.
+/// A widget that gets another size has its resize event before this returns, hidden or not.
 ZEL_EXPORT void setTwipsGeometry(QWidget *widget, const TwipsRect &rect);
 
+/// Moves a widget vertically; its size stays.
 ZEL_EXPORT void setTwipsTop(QWidget *widget, double top);
 
 } // namespace Zel

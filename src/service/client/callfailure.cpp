@@ -122,18 +122,23 @@ ServiceError givenUp(const Request &request, const Reply &reply, const NetworkPo
                         QString(), detailsOf(request, reply));
 }
 
-bool isProxyError(QNetworkReply::NetworkError code)
+/// Qt reports a proxy that refuses as an unknown network failure, so what the call was allowed to
+/// take counts as well.
+bool mayBeTheProxy(const Request &request, const Reply &reply, const NetworkPolicy &policy)
 {
+    const auto code = reply.networkError;
+    if (code == QNetworkReply::UnknownNetworkError)
+        return policy.useSystemProxy && !request.server.isLoopback();
     return code >= QNetworkReply::ProxyConnectionRefusedError &&
            code <= QNetworkReply::UnknownProxyError;
 }
 
-ServiceError networkFailure(const Request &request, const Reply &reply)
+ServiceError networkFailure(const Request &request, const Reply &reply, const NetworkPolicy &policy)
 {
-    if (isProxyError(reply.networkError))
+    if (mayBeTheProxy(request, reply, policy))
         return error(Kind::Unreachable,
-                     tr("The proxy did not reach the service at %1. Check the system's proxy "
-                        "settings, or work without a proxy."),
+                     tr("The service at %1 cannot be reached through the proxy. Check the "
+                        "connection and the system's proxy settings, and try again."),
                      request, reply);
     switch (reply.networkError) {
     case QNetworkReply::ConnectionRefusedError:
@@ -155,8 +160,8 @@ ServiceError networkFailure(const Request &request, const Reply &reply)
     case QNetworkReply::RemoteHostClosedError:
     case QNetworkReply::ContentReSendError:
         return error(Kind::ConnectionLost,
-                     tr("The connection to the service at %1 ended before the answer was there. "
-                        "Try again."),
+                     tr("The connection to the service at %1 ended before a whole answer was "
+                        "there. Try again; if it happens again, check the server address."),
                      request, reply);
     case QNetworkReply::ProtocolUnknownError:
     case QNetworkReply::ProtocolInvalidOperationError:
@@ -304,7 +309,7 @@ ServiceError failureOf(const Request &request, const Reply &reply, const Network
     case Reply::Ending::Overdue:
         return givenUp(request, reply, policy);
     case Reply::Ending::Failed:
-        return networkFailure(request, reply);
+        return networkFailure(request, reply, policy);
     case Reply::Ending::TooLong:
         return badAnswer(request, reply,
                          QStringLiteral("it is longer than %1")

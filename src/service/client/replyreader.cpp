@@ -22,6 +22,14 @@ bool isWholeAnswer(int status, QNetworkReply::NetworkError error)
            error != QNetworkReply::ContentReSendError && error != QNetworkReply::ProtocolFailure;
 }
 
+/// Qt now and then takes a body that a reset connection cut short for a whole one.
+bool isCutShort(const QNetworkReply &reply, qsizetype bodySize)
+{
+    if (reply.hasRawHeader("Content-Encoding"))
+        return false; // the length is that of the compressed body
+    return bodySize < reply.rawHeader("Content-Length").toLongLong();
+}
+
 QString withoutAddress(QString text, const QUrl &url)
 {
     const QString bare = url.toString(QUrl::RemoveQuery);
@@ -77,7 +85,7 @@ void ReplyReader::readBody()
     m_exchange->touch();
     const qint64 limit = m_exchange->policy().answerLimit;
     // In pieces, because a small compressed answer may unpack to any size.
-    while (m_reply->bytesAvailable() > 0) {
+    while (m_reply->isOpen() && m_reply->bytesAvailable() > 0) {
         const QByteArray piece = m_reply->read(pieceSize);
         if (piece.isEmpty())
             return;
@@ -108,12 +116,14 @@ void ReplyReader::finish()
     result.requestId = m_reply->rawHeader("X-Request-Id");
     result.retryAfter = m_reply->rawHeader("Retry-After");
     result.location = m_reply->rawHeader("Location");
-    if (isWholeAnswer(result.status, result.networkError)) {
+    readBody();
+    if (isWholeAnswer(result.status, result.networkError) && !isCutShort(*m_reply, m_body.size())) {
         result.ending = Reply::Ending::Answered;
-        readBody();
         result.body = std::move(m_body);
     } else {
         result.ending = Reply::Ending::Failed;
+        if (result.networkError == QNetworkReply::NoError)
+            result.networkError = QNetworkReply::RemoteHostClosedError;
         const QString text = m_tlsText.isEmpty() ? m_reply->errorString() : m_tlsText;
         result.networkText = withoutAddress(text, m_reply->url());
     }

@@ -20,13 +20,6 @@ QJsonObject jsonOf(const QByteArray &body)
     return QJsonDocument::fromJson(body).object();
 }
 
-QByteArray projectsAnswer(const QByteArray &rows)
-{
-    return http(200, R"({"projects":{"columns":["guid","name","description","created","modified",)"
-                     R"("createdBy","eventDate","published"],"rows":)" +
-                         rows + "}}");
-}
-
 QByteArray createdAnswer(int status)
 {
     return http(status,

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/widgets/listheader.h"
+
+#include "platform/widgets/listlooks.h"
+
+#include <QPainter>
+#include <QStyleOptionHeader>
+
+namespace Zel {
+
+ListHeader::ListHeader(QWidget *parent)
+    : QHeaderView(Qt::Horizontal, parent)
+{
+    setSectionsMovable(false);
+    setSectionsClickable(true);
+    setStretchLastSection(false);
+    setHighlightSections(false);
+    setMinimumSectionSize(8);
+}
+
+bool ListHeader::showsArrow(int column) const
+{
+    return isSortIndicatorShown() && sortIndicatorSection() == column;
+}
+
+void ListHeader::paintEvent(QPaintEvent *event)
+{
+    QHeaderView::paintEvent(event);
+    const int end = length() - offset();
+    if (end >= viewport()->width())
+        return;
+    QPainter painter(viewport());
+    QStyleOptionHeader option;
+    initStyleOption(&option);
+    option.section = -1;
+    option.rect = viewport()->rect();
+    option.rect.setLeft(end);
+    option.position = QStyleOptionHeader::End;
+    style()->drawControl(QStyle::CE_HeaderSection, &option, &painter, this);
+}
+
+void ListHeader::paintSection(QPainter *painter, const QRect &rect, int column) const
+{
+    QStyleOptionHeaderV2 option;
+    initStyleOption(&option);
+    option.rect = rect;
+    initStyleOptionForIndex(&option, column);
+    painter->save();
+    painter->setClipRect(rect);
+    style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);
+
+    QStyleOptionHeaderV2 arrow = option;
+    arrow.rect = style()->subElementRect(QStyle::SE_HeaderArrow, &option, this);
+    const int arrowRoom = showsArrow(column) ? rect.right() - arrow.rect.left() : 0;
+    if (arrowRoom > 0)
+        style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &arrow, painter, this);
+
+    const int margin = ListLooks::textMargin(this);
+    const QRect label = rect.adjusted(margin, 0, -std::max(margin, arrowRoom), 0);
+    painter->setPen(option.palette.color(QPalette::ButtonText));
+    painter->drawText(
+        label, static_cast<int>(option.textAlignment | Qt::AlignVCenter) | Qt::TextSingleLine,
+        fontMetrics().elidedText(option.text, Qt::ElideRight, label.width()));
+    painter->restore();
+}
+
+QSize ListHeader::sectionSizeFromContents(int column) const
+{
+    const QSize size = QHeaderView::sectionSizeFromContents(column);
+    return {size.width() + 2 * ListLooks::textMargin(this), size.height() + 4};
+}
+
+} // namespace Zel
