@@ -128,6 +128,7 @@ void Login::build()
     for (QWidget *widget : std::initializer_list<QWidget *>{m_url, m_userName, m_password, m_login,
                                                             m_accounts, m_selectAccount})
         widget->installEventFilter(this);
+    Zel::setTabChain({m_url, m_userName, m_password, m_login, m_accounts, m_selectAccount});
     updateFocusProxy();
     arrange();
 }
@@ -140,9 +141,11 @@ void Login::updateFocusProxy()
         first = m_showLoginURL ? m_url : m_userName;
     else if (!m_accountFrame->isHidden())
         first = m_accounts;
+    // A host's tab order takes part only when this control says that it takes the focus, but a
+    // control with a proxy would hand its own policy on to that.
+    setFocusProxy(nullptr);
+    setFocusPolicy(first ? Qt::StrongFocus : Qt::NoFocus);
     setFocusProxy(first);
-    // Another proxy moves to the front of the chain.
-    Zel::setTabChain({m_url, m_userName, m_password, m_login, m_accounts, m_selectAccount});
 }
 
 bool Login::eventFilter(QObject *watched, QEvent *event)

@@ -9,7 +9,7 @@
 
 using ZelWebServiceControls::Login;
 
-/// Where the children are. Runs at 96 dots per inch and, as a second test, at QT_FONT_DPI=144.
+/// Where the children are. Runs at 96 dots per inch and, as a test of its own, at 144.
 class tst_LoginLayout : public ZelTest::TestCase
 {
     Q_OBJECT
@@ -42,8 +42,8 @@ private:
 
     static int dpi()
     {
-        return qEnvironmentVariableIsSet("QT_FONT_DPI")
-                   ? qEnvironmentVariableIntValue("QT_FONT_DPI")
+        return qEnvironmentVariableIsSet("EXPECTED_DPI")
+                   ? qEnvironmentVariableIntValue("EXPECTED_DPI")
                    : 96;
     }
 };
