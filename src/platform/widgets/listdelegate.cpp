@@ -36,10 +36,14 @@ QIcon faded(const QIcon &icon, const QSize &size, const QWidget *widget)
 {
     if (icon.isNull())
         return icon;
-    QPixmap picture = icon.pixmap(size, widget ? widget->devicePixelRatioF() : 1.0);
+    const QPixmap whole = icon.pixmap(size, widget ? widget->devicePixelRatioF() : 1.0);
+    QPixmap picture(whole.size());
+    picture.setDevicePixelRatio(whole.devicePixelRatio());
+    picture.fill(Qt::transparent);
     QPainter painter(&picture);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.fillRect(picture.rect(), QColor(0, 0, 0, 120));
+    painter.setOpacity(0.5);
+    painter.drawPixmap(0, 0, whole);
+    painter.end();
     return QIcon(picture);
 }
 

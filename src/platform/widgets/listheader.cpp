@@ -13,7 +13,6 @@ ListHeader::ListHeader(QWidget *parent)
     : QHeaderView(Qt::Horizontal, parent)
 {
     setSectionsMovable(false);
-    setSectionsClickable(true);
     setStretchLastSection(false);
     setHighlightSections(false);
     setMinimumSectionSize(8);

@@ -45,6 +45,7 @@ ListReportView::ListReportView(ListModel *model, QWidget *parent)
     , m_delegate(new ListDelegate(model, this))
 {
     setHeader(new ListHeader(this));
+    header()->setSectionsClickable(true);
     setUp(this, model, m_delegate);
     setRootIsDecorated(false);
     setItemsExpandable(false);
