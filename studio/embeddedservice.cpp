@@ -135,6 +135,14 @@ void EmbeddedService::ensureRunning()
                                  QString::fromUtf8(m_log));
 }
 
+bool EmbeddedService::hasEnded()
+{
+    constexpr int Moment = 50; // milliseconds for the news of an end to arrive
+    if (m_phase == Phase::Running)
+        m_process.waitForFinished(Moment);
+    return m_phase == Phase::Idle && m_port != 0;
+}
+
 Problem EmbeddedService::failure(const QString &what, int exitCode) const
 {
     Problem problem;

@@ -38,6 +38,13 @@ public:
 
     bool isRunning() const { return !m_address.isEmpty(); }
 
+    /// Whether the service was started and is gone; looks at the process itself, so that it is true
+    /// also before `ended`.
+    bool hasEnded();
+
+    /// The end of what the service logged, to tell why it ended.
+    QString logTail() const { return QString::fromUtf8(m_log).trimmed(); }
+
     qint64 processId() const { return m_process.processId(); }
 
 signals:

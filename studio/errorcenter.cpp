@@ -17,7 +17,10 @@ bool ErrorCenter::attempt(const Action &action)
 
 void ErrorCenter::report(const Zel::RuntimeError &error, const Action &retry)
 {
-    report(describeError(error), retry);
+    Problem problem = describeError(error);
+    if (m_refine)
+        m_refine(problem);
+    report(problem, retry);
 }
 
 void ErrorCenter::report(const Problem &problem, const Action &retry)

@@ -40,6 +40,9 @@ public:
     /// Runs before every retry, for instance to bring a stopped service back.
     void setBeforeRetry(const Action &prepare) { m_beforeRetry = prepare; }
 
+    /// Looks at every problem made from an error before it is shown and may word it better.
+    void setRefine(const std::function<void(Problem &)> &refine) { m_refine = refine; }
+
     const Problem &problem() const { return m_problem; }
 
     bool canRetry() const { return static_cast<bool>(m_retry) && m_problem.canRetry; }
@@ -52,6 +55,7 @@ private:
     Problem m_problem;
     Action m_retry;
     Action m_beforeRetry;
+    std::function<void(Problem &)> m_refine;
 };
 
 } // namespace Studio

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -16,10 +17,25 @@ QString tr(const char *text)
     return QCoreApplication::translate("main", text);
 }
 
+/// A tour, --help and --version need no screen; everything else says so when there is none.
+void doWithoutScreen(int argc, char **argv)
+{
+    const bool hasScreen =
+        qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    const bool isTalk = std::any_of(argv + 1, argv + argc, [](const char *argument) {
+        const QByteArrayView option(argument);
+        return option.startsWith("--tour") || option == "--help" || option == "-h"
+            || option == "--version" || option == "-v";
+    });
+    if (isTalk && !hasScreen && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    doWithoutScreen(argc, argv);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("zel-studio"));
     QApplication::setApplicationDisplayName(QStringLiteral("Studio"));
@@ -41,6 +57,10 @@ int main(int argc, char **argv)
     const QCommandLineOption program(
         QStringLiteral("service-program"),
         tr("The zel-service to start; default: the one beside Studio."), tr("path"));
+    const QCommandLineOption timeLimit(
+        QStringLiteral("time-limit"),
+        tr("How long a call of the service may stay without any answer; default: 30."),
+        tr("seconds"), QStringLiteral("30"));
     const QCommandLineOption reset(QStringLiteral("reset"),
                                    tr("Forget window, columns, server and user name first."));
     const QCommandLineOption tour(QStringLiteral("tour"),
@@ -51,7 +71,7 @@ int main(int argc, char **argv)
                                       tr("folder"));
     QCommandLineOption hidden = tourPart;
     hidden.setFlags(QCommandLineOption::HiddenFromHelp);
-    parser.addOptions({server, workspace, program, reset, tour, hidden});
+    parser.addOptions({server, workspace, program, timeLimit, reset, tour, hidden});
     parser.process(app);
 
     Studio::Options options;
@@ -60,6 +80,12 @@ int main(int argc, char **argv)
     options.serviceProgram = parser.isSet(program) ? parser.value(program)
                                                    : QCoreApplication::applicationDirPath() +
                                                          QStringLiteral("/zel-service");
+    options.timeLimit = std::chrono::seconds(parser.value(timeLimit).toInt());
+    if (options.timeLimit <= std::chrono::seconds::zero()) {
+        std::fprintf(stderr, "%s\n",
+                     qPrintable(tr("--time-limit takes a number of seconds above 0.")));
+        return 2;
+    }
     if (parser.isSet(tour))
         return Studio::runTour(parser.value(tour), options.serviceProgram);
     if (parser.isSet(hidden))

@@ -18,6 +18,12 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+/// Studio's pictures lie in a static library, which does not announce them by itself.
+static void loadPictures()
+{
+    Q_INIT_RESOURCE(studio); // works outside namespaces only
+}
+
 namespace Studio {
 
 MainWindow::MainWindow(QXSC::ServiceClient &client, QXSC::StudioService &service,
@@ -27,11 +33,12 @@ MainWindow::MainWindow(QXSC::ServiceClient &client, QXSC::StudioService &service
     , m_errors(errors)
     , m_settings(settings)
 {
+    loadPictures();
     setObjectName(QStringLiteral("studioWindow"));
     setWindowTitle(tr("Studio"));
     setWindowIcon(QIcon(QStringLiteral(":/studio/icons/studio.svg")));
     build();
-    resize(1240, 760);
+    resize(1400, 840);
     restoreGeometry(m_settings.windowGeometry());
     connect(m_signIn, &SignInPage::signedIn, this, &MainWindow::openPages);
 }
@@ -101,7 +108,7 @@ QMenu *MainWindow::makeAccountMenu()
 
 void MainWindow::openPages()
 {
-    m_rail->accountButton()->setText(m_signIn->accountName());
+    m_rail->setAccountName(m_signIn->accountName());
     m_rail->accountButton()->setToolTip(
         tr("%1, signed in as %2").arg(m_signIn->accountName(), m_signIn->userName()));
     setWindowTitle(tr("%1 – Studio").arg(m_signIn->accountName()));
@@ -136,6 +143,8 @@ void MainWindow::signOut()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     m_settings.setWindowGeometry(saveGeometry());
+    for (int i = 0; i < m_pages->count(); ++i)
+        static_cast<Page *>(m_pages->widget(i))->remember();
     QMainWindow::closeEvent(event);
 }
 

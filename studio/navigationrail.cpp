@@ -67,6 +67,18 @@ void NavigationRail::addPage(const QString &title, const QString &icon)
     m_pages->addWidget(button);
 }
 
+void NavigationRail::setAccountName(const QString &name)
+{
+    // Two lines at the most: the first word, and what of the rest fits.
+    const int room = RailWidth - 18;
+    QStringList lines{name.section(QLatin1Char(' '), 0, 0), name.section(QLatin1Char(' '), 1)};
+    lines.removeAll(QString());
+    for (QString &line : lines)
+        line = m_account->fontMetrics().elidedText(line, Qt::ElideRight, room);
+    m_account->setText(lines.join(QLatin1Char('\n')));
+    m_account->setAccessibleName(tr("Account %1").arg(name));
+}
+
 void NavigationRail::setCurrent(int page)
 {
     if (auto *button = m_group->button(page))

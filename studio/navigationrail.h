@@ -22,6 +22,8 @@ public:
     void addPage(const QString &title, const QString &icon);
     void setCurrent(int page);
 
+    void setAccountName(const QString &name);
+
     /// The button at the foot, for the menu of the person and the account.
     QToolButton *accountButton() const { return m_account; }
 

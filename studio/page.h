@@ -20,6 +20,9 @@ public:
     virtual QString icon() const = 0;
     /// Loads the page for the account just signed in to. Errors propagate.
     virtual void open() = 0;
+
+    /// Keeps what a person arranged for the next start; called before the window goes.
+    virtual void remember() {}
 };
 
 } // namespace Studio

@@ -49,9 +49,13 @@ QString adviceFor(ServiceError::Kind kind)
 Problem describeServiceError(const ServiceError &error)
 {
     Problem problem;
-    problem.what = error.description();
-    problem.advice = adviceFor(error.kind());
+    // A service error says what happened in its first sentence and what to do in the others.
+    const qsizetype end = error.description().indexOf(QLatin1String(". "));
+    problem.what = end < 0 ? error.description() : error.description().left(end + 1);
+    problem.advice = end < 0 ? adviceFor(error.kind()) : error.description().mid(end + 2);
     problem.canRetry = error.isTransient();
+    problem.isConnection = error.kind() == ServiceError::Kind::Unreachable ||
+                           error.kind() == ServiceError::Kind::ConnectionLost;
     problem.needsSignIn = error.kind() == ServiceError::Kind::SignedOut;
     QStringList details{QStringLiteral("Error %1 (%2)").arg(error.number()).arg(error.source())};
     if (!error.code().isEmpty())

@@ -17,6 +17,8 @@ struct Problem
     QString details;
     /// Whether doing the same again may succeed.
     bool canRetry = false;
+    /// Whether the service could not be reached or went away.
+    bool isConnection = false;
     /// Whether signing in again is what helps.
     bool needsSignIn = false;
 

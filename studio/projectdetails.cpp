@@ -44,7 +44,7 @@ QString dateOr(bool has, const QDateTime &date)
 } // namespace
 
 ProjectDetails::ProjectDetails(QWidget *parent)
-    : QFrame(parent)
+    : Card(parent)
 {
     setObjectName(QStringLiteral("projectDetails"));
     setAccessibleName(tr("Project details"));
@@ -83,7 +83,7 @@ void ProjectDetails::build()
     m_check->setObjectName(QStringLiteral("checkPublished"));
     m_check->setToolTip(tr("Ask the service whether the project is published now"));
     auto *column = new QVBoxLayout(m_content);
-    column->setContentsMargins(18, 16, 18, 16);
+    column->setContentsMargins(14, 12, 14, 12);
     column->setSpacing(12);
     column->addWidget(m_name);
     column->addWidget(m_description);
@@ -91,17 +91,16 @@ void ProjectDetails::build()
     column->addWidget(m_check, 0, Qt::AlignLeft);
     column->addStretch(1);
 
-    auto *scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setWidget(m_content);
-    scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll = new QScrollArea(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setWidget(m_content);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
     auto *outer = new QVBoxLayout(this);
-    outer->setContentsMargins(1, 1, 1, 1);
+    outer->setContentsMargins(4, 4, 4, 4); // clear of the card's round corners
     outer->addWidget(m_hint, 1);
-    outer->addWidget(scroll, 1);
-    m_content->parentWidget()->parentWidget()->setVisible(false);
+    outer->addWidget(m_scroll, 1);
 }
 
 QLabel *ProjectDetails::addRow(QFormLayout *form, const QString &caption, const char *name)
@@ -116,9 +115,8 @@ QLabel *ProjectDetails::addRow(QFormLayout *form, const QString &caption, const 
 
 void ProjectDetails::show(const QXSC::ProjectRecordPtr &project)
 {
-    QWidget *scroll = m_content->parentWidget()->parentWidget();
     m_hint->setVisible(!project);
-    scroll->setVisible(project != nullptr);
+    m_scroll->setVisible(project != nullptr);
     if (!project)
         return;
     m_name->setText(shortened(project->name));
@@ -139,24 +137,20 @@ void ProjectDetails::showPublished(bool published)
 void ProjectDetails::applyColors()
 {
     const QPalette base = parentWidget() ? parentWidget()->palette() : palette();
-    const QColor edge = mixed(base.color(QPalette::Window), base.color(QPalette::WindowText), 0.14);
-    setStyleSheet(QStringLiteral("#projectDetails { background: %1; border: 1px solid %2; "
-                                 "border-radius: 6px; }")
-                      .arg(base.color(QPalette::Base).name(), edge.name()));
     QPalette muted = base;
     muted.setColor(QPalette::WindowText, mutedText(base));
     m_hint->setPalette(muted);
     for (QLabel *caption : std::as_const(m_captions))
         caption->setPalette(muted);
     QPalette ground = base;
-    ground.setColor(QPalette::Window, base.color(QPalette::Base));
-    m_content->setPalette(ground);
-    m_content->setAutoFillBackground(true);
+    ground.setColor(QPalette::Window, Card::ground(base));
+    m_scroll->setPalette(ground);
+    m_scroll->viewport()->setAutoFillBackground(true);
 }
 
 void ProjectDetails::changeEvent(QEvent *event)
 {
-    QFrame::changeEvent(event);
+    QWidget::changeEvent(event);
     if (event->type() == QEvent::ApplicationPaletteChange)
         applyColors();
 }

@@ -3,17 +3,17 @@
 #pragma once
 
 #include "common/contract/projectrecord.h"
-
-#include <QFrame>
+#include "studio/card.h"
 
 class QFormLayout;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 
 namespace Studio {
 
 /// Everything about one project, beside the list.
-class ProjectDetails : public QFrame
+class ProjectDetails : public Card
 {
     Q_OBJECT
 
@@ -39,6 +39,7 @@ private:
 
     QLabel *m_hint;
     QWidget *m_content;
+    QScrollArea *m_scroll;
     QLabel *m_name;
     QLabel *m_description;
     QLabel *m_created;

@@ -7,6 +7,7 @@
 #include "platform/widgets/taborder.h"
 #include "projects/projectlist.h"
 #include "studio/appearance.h"
+#include "studio/columnwidths.h"
 #include "studio/errorcenter.h"
 #include "studio/projectdetails.h"
 #include "studio/settings.h"
@@ -196,15 +197,31 @@ QMenu *ProjectsPage::makeColumnMenu()
     }
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
         for (QAction *action : menu->actions())
-            action->setChecked(m_projects->property(action->objectName().toLatin1().constData()).toBool());
+            action->setChecked(
+                m_projects->property(action->objectName().toLatin1().constData()).toBool());
     });
     return menu;
 }
 
 void ProjectsPage::open()
 {
+    fit();
     loadTypes();
     loadProjects();
+}
+
+void ProjectsPage::fit()
+{
+    // The room for the columns is known once the page is on screen.
+    layout()->activate();
+    fitColumns(*m_list, m_settings.projectColumnWidths());
+    m_isFitted = true;
+}
+
+void ProjectsPage::remember()
+{
+    if (m_isFitted)
+        m_settings.setProjectColumnWidths(columnWidths(*m_list, m_settings.projectColumnWidths()));
 }
 
 void ProjectsPage::loadTypes()
@@ -219,17 +236,22 @@ void ProjectsPage::loadTypes()
 
 void ProjectsPage::loadProjects()
 {
+    m_list->setEmptyText(tr("The projects could not be loaded"));
     m_projects->Init(&m_client, m_type->currentData().toString());
-    m_list->setEmptyText(tr("No projects of this type yet"));
-    showCount();
     m_details->show(nullptr);
+    filter(m_filter->text());
 }
 
 void ProjectsPage::refresh()
 {
+    // Loading anew rather than emptying first: when the service fails, what is on screen stays.
+    // What a person had arranged comes back after it.
     const QXSC::ProjectRecordPtr selected = m_projects->GetSelectedProject();
-    m_projects->Refresh();
-    showCount();
+    const bool sorted = m_list->isSorted();
+    m_projects->Init(&m_client, m_type->currentData().toString());
+    if (sorted)
+        m_list->sortBy(m_list->sortKey(), m_list->sortOrder());
+    filter(m_filter->text());
     m_details->show(nullptr);
     if (selected)
         m_projects->SelectProject(selected->guid);
@@ -245,6 +267,8 @@ void ProjectsPage::switchColumn(const QString &property, bool on)
     bag.write(property, on, entry->onByDefault);
     m_projects->readPropertyBag(bag);
     m_settings.setProjectListBag(bag.toText());
+    // Reading the bag gave every column its own width again.
+    fit();
     // The marker is put on lines when they are loaded.
     if (property == QLatin1String("ShowPublished"))
         m_errors.attempt([this] { refresh(); });
@@ -274,8 +298,10 @@ void ProjectsPage::showCount()
 {
     const int all = static_cast<int>(m_list->count());
     const int shown = static_cast<int>(m_list->filteredCount());
-    m_count->setText(shown == all ? tr("%n project(s)", nullptr, all)
-                                  : tr("%1 of %n project(s)", nullptr, all).arg(shown));
+    if (shown != all)
+        m_count->setText(tr("%1 of %2 projects").arg(shown).arg(all));
+    else
+        m_count->setText(all == 1 ? tr("1 project") : tr("%1 projects").arg(all));
     QPalette muted = window()->palette();
     muted.setColor(QPalette::WindowText, mutedText(muted));
     m_count->setPalette(muted);

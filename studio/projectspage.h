@@ -39,6 +39,7 @@ public:
     QString title() const override;
     QString icon() const override;
     void open() override;
+    void remember() override;
 
 private:
     void build();
@@ -52,6 +53,7 @@ private:
     void showCount();
     void showProject(const QXSC::ProjectRecordPtr &project);
     void updatePublished();
+    void fit();
 
     QXSC::ServiceClient &m_client;
     QXSC::StudioService &m_service;
@@ -64,6 +66,7 @@ private:
     Zel::ListView *m_list;
     ProjectDetails *m_details;
     QLabel *m_count;
+    bool m_isFitted = false;
 };
 
 } // namespace Studio

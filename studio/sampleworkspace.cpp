@@ -17,8 +17,9 @@ QString accountsNote(qsizetype accounts)
 {
     if (accounts == 0)
         return QCoreApplication::translate("Studio::SamplePerson", "no account yet");
-    return QCoreApplication::translate("Studio::SamplePerson", "%n account(s)", nullptr,
-                                       static_cast<int>(accounts));
+    if (accounts == 1)
+        return QCoreApplication::translate("Studio::SamplePerson", "1 account");
+    return QCoreApplication::translate("Studio::SamplePerson", "%1 accounts").arg(accounts);
 }
 
 } // namespace
@@ -47,7 +48,7 @@ QList<SamplePerson> samplePeople(const QString &folder)
     for (const QJsonValue &value : entries) {
         const QJsonObject person = value.toObject();
         people << SamplePerson{
-            person.value(QStringLiteral("userName")).toString(),
+            person.value(QStringLiteral("user")).toString(),
             person.value(QStringLiteral("displayName")).toString(),
             person.value(QStringLiteral("password")).toString(),
             accountsNote(person.value(QStringLiteral("accounts")).toArray().size())};

@@ -54,6 +54,23 @@ void Settings::setProjectListBag(const QString &text)
     m_store.setValue(QStringLiteral("projects/listBag"), text);
 }
 
+QList<double> Settings::projectColumnWidths() const
+{
+    QList<double> twips;
+    const QVariantList values = m_store.value(QStringLiteral("projects/columnWidths")).toList();
+    for (const QVariant &value : values)
+        twips << value.toDouble();
+    return twips;
+}
+
+void Settings::setProjectColumnWidths(const QList<double> &twips)
+{
+    QVariantList values;
+    for (const double width : twips)
+        values << width;
+    m_store.setValue(QStringLiteral("projects/columnWidths"), values);
+}
+
 QString Settings::projectType() const
 {
     return m_store.value(QStringLiteral("projects/type")).toString();

@@ -5,6 +5,7 @@
 #include "studio/appearance.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QSettings>
 
 namespace Studio {
@@ -24,6 +25,9 @@ public:
     /// The property bag of the project list, as text.
     QString projectListBag() const;
     void setProjectListBag(const QString &text);
+    /// The widths of the project list's columns in twips, as a person dragged them; empty before.
+    QList<double> projectColumnWidths() const;
+    void setProjectColumnWidths(const QList<double> &twips);
     QString projectType() const;
     void setProjectType(const QString &typeID);
 

@@ -4,6 +4,7 @@
 
 #include "login/login.h"
 #include "studio/appearance.h"
+#include "studio/card.h"
 #include "studio/errorcenter.h"
 #include "studio/settings.h"
 #include "studio/tintedicon.h"
@@ -42,6 +43,7 @@ SignInPage::SignInPage(ErrorCenter &errors, Settings &settings, QWidget *parent)
 {
     setObjectName(QStringLiteral("signInPage"));
     build();
+    returnToCredentials();
     m_login->setLoginURL(m_settings.server());
     m_login->setUserName(m_settings.userName());
     connect(m_login, &Login::Success, this, [this] {
@@ -69,26 +71,33 @@ void SignInPage::build()
     m_people = new QWidget(this);
     m_people->setObjectName(QStringLiteral("samplePeople"));
     m_people->hide();
-    auto *column = new QVBoxLayout(this);
+    // Not aligned items: those ignore that a wrapped message needs height for its width.
+    auto *column = new QVBoxLayout;
     column->addStretch(2);
-    column->addWidget(m_card, 0, Qt::AlignHCenter);
+    column->addWidget(m_card);
     column->addSpacing(16);
-    column->addWidget(m_people, 0, Qt::AlignHCenter);
+    column->addWidget(m_people);
     column->addStretch(3);
+    auto *row = new QHBoxLayout(this);
+    row->addStretch(1);
+    row->addLayout(column);
+    row->addStretch(1);
     applyColors();
 }
 
 QWidget *SignInPage::makeCard()
 {
-    auto *card = new QFrame(this);
+    auto *card = new Card(this);
     card->setObjectName(QStringLiteral("signInCard"));
     card->setFixedWidth(CardWidth);
     auto *logo = new QLabel(card);
     logo->setPixmap(QIcon(QStringLiteral(":/studio/icons/studio.svg"))
                         .pixmap(QSize(LogoSize, LogoSize), devicePixelRatioF()));
-    auto *title = new QLabel(tr("Sign in to Studio"), card);
-    title->setFont(scaled(font(), 1.6, QFont::DemiBold));
-    m_subtitle = new QLabel(tr("Your events, projects and audiences."), card);
+    m_title = new QLabel(card);
+    m_title->setObjectName(QStringLiteral("signInTitle"));
+    m_title->setFont(scaled(font(), 1.6, QFont::DemiBold));
+    m_subtitle = new QLabel(card);
+    m_subtitle->setTextFormat(Qt::PlainText);
     m_subtitle->setObjectName(QStringLiteral("signInSubtitle"));
     m_login = new Login(card);
     m_login->setObjectName(QStringLiteral("signIn"));
@@ -104,11 +113,15 @@ QWidget *SignInPage::makeCard()
     m_back->setFlat(true);
     m_back->hide();
 
+    // The sign-in control insets its rows by as much.
+    constexpr int Inset = 8;
     auto *heading = new QHBoxLayout;
+    heading->setContentsMargins(Inset, 0, Inset, 0);
     heading->setSpacing(14);
+    m_message->setContentsMargins(Inset, 0, Inset, 0);
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
-    texts->addWidget(title);
+    texts->addWidget(m_title);
     texts->addWidget(m_subtitle);
     heading->addWidget(logo);
     heading->addLayout(texts, 1);
@@ -192,6 +205,7 @@ void SignInPage::open(QXSC::ServiceClient *client, bool ownService)
 void SignInPage::returnToCredentials()
 {
     m_login->Reset();
+    setHeading(tr("Sign in to Studio"), tr("Your events, projects and audiences."));
     m_back->hide();
     say(QString(), false);
 }
@@ -218,13 +232,19 @@ void SignInPage::accountsShown()
 {
     m_back->show();
     const auto *accounts = m_login->findChild<QComboBox *>(QStringLiteral("accountsList"));
+    setHeading(tr("Choose an account"), tr("Signed in as %1.").arg(m_login->UserName()));
     if (accounts->count() == 0)
         say(tr("This user has no account yet. Ask the owner of an account for an invitation, or "
-               "sign "
-               "in as somebody else."),
+               "sign in as somebody else."),
             true);
     else
-        say(tr("Choose the account to work in."), false);
+        say(QString(), false);
+}
+
+void SignInPage::setHeading(const QString &title, const QString &subtitle)
+{
+    m_title->setText(title);
+    m_subtitle->setText(subtitle);
 }
 
 void SignInPage::remember()
@@ -255,12 +275,7 @@ void SignInPage::applyColors()
             QPalette::WindowText,
             mixed(QColor(AlarmColor), base.color(QPalette::WindowText), isDark(base) ? 0.45 : 0.1));
     m_message->setPalette(message);
-    const QColor ground = base.color(QPalette::Base);
-    const QColor edge = mixed(base.color(QPalette::Window), base.color(QPalette::WindowText), 0.14);
-    m_card->setStyleSheet(QStringLiteral("#signInCard { background: %1; border: 1px solid %2; "
-                                         "border-radius: 12px; }")
-                              .arg(ground.name(), edge.name()));
-    m_login->setBackColor(Zel::valueFromColor(ground));
+    m_login->setBackColor(Zel::valueFromColor(Card::ground(base)));
 }
 
 void SignInPage::changeEvent(QEvent *event)

@@ -53,6 +53,7 @@ private:
     void fillIn(const SamplePerson &person);
     void say(const QString &text, bool isProblem);
     void accountsShown();
+    void setHeading(const QString &title, const QString &subtitle);
     void remember();
     void applyColors();
 
@@ -61,6 +62,7 @@ private:
     ZelWebServiceControls::Login *m_login;
     QWidget *m_card;
     QLabel *m_message;
+    QLabel *m_title;
     QLabel *m_subtitle;
     QPushButton *m_back;
     QWidget *m_people;

@@ -21,6 +21,9 @@ StudioApp::StudioApp(const Options &options)
 {
     applyAppearance(m_settings.appearance());
     m_window = std::make_unique<MainWindow>(m_client, m_client, m_errors, m_settings);
+    QXSC::NetworkPolicy policy;
+    policy.inactivityLimit = m_options.timeLimit;
+    m_client.setNetworkPolicy(policy);
     m_waitNotice.emplace(m_window.get());
     m_client.setWaitObserver(&*m_waitNotice);
 }
@@ -55,10 +58,27 @@ void StudioApp::startOwnService()
     connect(m_service.get(), &EmbeddedService::failed, this, [this](const Problem &problem) {
         m_errors.report(problem, [this] { m_service->start(); });
     });
-    // The next call finds out; Retry brings the service back first.
+    connect(m_service.get(), &EmbeddedService::ended, this,
+            [this] { m_errors.report(stoppedProblem(QString()), [] {}); });
+    m_errors.setRefine([this](Problem &problem) {
+        if (problem.isConnection && m_service->hasEnded())
+            problem = stoppedProblem(problem.details);
+    });
     m_errors.setBeforeRetry([this] { m_service->ensureRunning(); });
     m_window->signInPage()->showStarting();
     m_service->start();
+}
+
+Problem StudioApp::stoppedProblem(const QString &details) const
+{
+    Problem problem;
+    problem.what = tr("The service on this computer has stopped.");
+    problem.advice = tr("Nothing on screen is lost. Retry starts it again.");
+    problem.details = m_service->logTail();
+    if (!details.isEmpty())
+        problem.details.prepend(details + QLatin1Char('\n'));
+    problem.canRetry = true;
+    return problem;
 }
 
 void StudioApp::ownServiceReady()

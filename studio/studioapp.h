@@ -8,6 +8,7 @@
 #include "studio/settings.h"
 #include "studio/waitnotice.h"
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -24,6 +25,8 @@ struct Options
     QString workspace;
     /// The path of zel-service.
     QString serviceProgram;
+    /// How long a call may stay without any answer.
+    std::chrono::seconds timeLimit{30};
 };
 
 /// Puts Studio together: the client, the service on this computer when no other is named, the
@@ -50,6 +53,7 @@ public:
 private:
     void startOwnService();
     void ownServiceReady();
+    Problem stoppedProblem(const QString &details) const;
 
     Options m_options;
     Settings m_settings;

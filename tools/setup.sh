@@ -45,5 +45,5 @@ build() {
   shift
   export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR=1
   cmake --preset "$preset" "$@" >/dev/null
-  cmake --build --preset "$preset"
+  cmake --build --preset "$preset" ${BUILD_TARGETS:+--target $BUILD_TARGETS}
 }

@@ -11,7 +11,20 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace ZelWebServiceControls {
+
+namespace {
+
+/// Error 91 unless the service answered a collection that holds nothing but accounts.
+void requireAccounts(const QXSC::AccountCollection *accounts)
+{
+    if (!accounts || std::count(accounts->begin(), accounts->end(), nullptr) > 0)
+        throw Zel::RuntimeError(Zel::RuntimeError::ObjectNotSet);
+}
+
+} // namespace
 
 Login::Login(QWidget *parent)
     : Control(parent)
@@ -19,13 +32,6 @@ Login::Login(QWidget *parent)
     build();
     onUser(m_login, &QPushButton::clicked, &Login::signIn);
     onUser(m_selectAccount, &QPushButton::clicked, &Login::confirmAccount);
-    // Enter anywhere in the credentials signs in, as soon as signing in is possible.
-    for (QLineEdit *box : {m_url, m_userName, m_password}) {
-        connect(box, &QLineEdit::returnPressed, m_login, [this] {
-            if (!m_login->isHidden())
-                m_login->click();
-        });
-    }
     applyBackColor();
 }
 
@@ -117,8 +123,18 @@ void Login::Init(QXSC::ServiceClient *m_qxs, const QString &appName)
 
 void Login::Reset()
 {
-    m_accountFrame->setVisible(false);
-    m_loginFrame->setVisible(true);
+    swapFrames(m_accountFrame, m_loginFrame, m_password);
+}
+
+void Login::swapFrames(QFrame *former, QFrame *next, QWidget *focus)
+{
+    // Handed on before the frame is hidden, or Qt would send the focus out of the control.
+    const bool hadFocus = former->isAncestorOf(window()->focusWidget());
+    next->setVisible(true);
+    if (hadFocus)
+        focus->setFocus(Qt::OtherFocusReason);
+    former->setVisible(false);
+    updateFocusProxy();
 }
 
 QXSC::ServiceClient &Login::client() const
@@ -140,8 +156,7 @@ void Login::signIn()
     }
     QXSC::AccountCollectionPtr accounts;
     client().getAccounts(accounts);
-    if (!accounts)
-        throw Zel::RuntimeError(Zel::RuntimeError::ObjectNotSet);
+    requireAccounts(accounts.get());
     showAccounts(*accounts);
     if (accounts->count() == 1)
         confirmAccount();
@@ -153,11 +168,7 @@ void Login::showAccounts(const QXSC::AccountCollection &accounts)
     for (const QXSC::AccountRecordPtr &account : accounts)
         m_accounts->addItem(account->accountName, account->accountID);
     m_accounts->setCurrentIndex(m_accounts->count() > 0 ? 0 : -1);
-    const bool hadFocus = m_loginFrame->isAncestorOf(focusWidget());
-    m_loginFrame->setVisible(false);
-    m_accountFrame->setVisible(true);
-    if (hadFocus)
-        m_accounts->setFocus(Qt::OtherFocusReason);
+    swapFrames(m_loginFrame, m_accountFrame, m_accounts);
 }
 
 void Login::confirmAccount()
@@ -168,6 +179,7 @@ void Login::confirmAccount()
     if (!success)
         return;
     m_accountFrame->setVisible(false);
+    updateFocusProxy();
     emit Success();
 }
 

@@ -92,14 +92,17 @@ protected:
     void writeProperties(Zel::PropertyBag &bag) const override;
     void resized() override;
     void appearanceChanged() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void build();
     void arrange();
+    void updateFocusProxy();
     void applyBackColor();
     void signIn();
     void confirmAccount();
     void showAccounts(const QXSC::AccountCollection &accounts);
+    void swapFrames(QFrame *former, QFrame *next, QWidget *focus);
     QXSC::ServiceClient &client() const;
 
     QPointer<QXSC::ServiceClient> m_client;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The look of the sign-in control: its children and where they are.
+// The look of the sign-in control: its children, where they are and what the Enter key does.
 
 #include "login/login.h"
 #include "platform/widgets/taborder.h"
@@ -9,6 +9,7 @@
 
 #include <QComboBox>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -54,6 +55,12 @@ QLineEdit *makeBox(QWidget *parent, const char *name, const QString &accessibleN
     // What a host puts in comes back whole, however long it is.
     box->setMaxLength(std::numeric_limits<int>::max());
     return box;
+}
+
+bool isEnter(const QKeyEvent &event)
+{
+    return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) &&
+           !(event.modifiers() & ~Qt::KeypadModifier);
 }
 
 double heightInTwips(const QWidget *widget)
@@ -118,8 +125,42 @@ void Login::build()
     m_selectAccount->setToolTip(tr("Work in the chosen account"));
     m_accountFrame->setVisible(false);
 
+    for (QWidget *widget : std::initializer_list<QWidget *>{m_url, m_userName, m_password, m_login,
+                                                            m_accounts, m_selectAccount})
+        widget->installEventFilter(this);
     Zel::setTabChain({m_url, m_userName, m_password, m_login, m_accounts, m_selectAccount});
-    setFocusProxy(m_url);
+    updateFocusProxy();
+    arrange();
+}
+
+void Login::updateFocusProxy()
+{
+    // The Tab key stops at a control for the sake of its proxy, and would at a hidden one.
+    QWidget *first = nullptr;
+    if (!m_loginFrame->isHidden())
+        first = m_showLoginURL ? m_url : m_userName;
+    else if (!m_accountFrame->isHidden())
+        first = m_accounts;
+    // A host's tab order takes part only when this control says that it takes the focus, but a
+    // control with a proxy would hand its own policy on to that.
+    setFocusProxy(nullptr);
+    setFocusPolicy(first ? Qt::StrongFocus : Qt::NoFocus);
+    setFocusProxy(first);
+}
+
+bool Login::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress || !isEnter(*static_cast<QKeyEvent *>(event)))
+        return Control::eventFilter(watched, event);
+    const bool inCredentials = m_loginFrame->isAncestorOf(static_cast<QWidget *>(watched));
+    QPushButton *button = inCredentials ? m_login : m_selectAccount;
+    if (button->isHidden())
+        return Control::eventFilter(watched, event);
+    // The key ends here: the box would pass it on, and the default button of a dialog around this
+    // control would sign in a second time. A slot of the host may delete the control in the click.
+    if (!static_cast<QKeyEvent *>(event)->isAutoRepeat())
+        button->click();
+    return true;
 }
 
 QSize Login::sizeHint() const
@@ -176,7 +217,7 @@ void Login::SetControlShowLoginURL(bool new_val)
     m_showLoginURL = new_val;
     m_urlLabel->setVisible(new_val);
     m_url->setVisible(new_val);
-    setFocusProxy(new_val ? m_url : m_userName);
+    updateFocusProxy();
     arrange();
 }
 
@@ -190,8 +231,8 @@ void Login::applyBackColor()
 
 void Login::appearanceChanged()
 {
-    if (Zel::isSystemColor(m_backColor))
-        applyBackColor();
+    // Also for a plain colour: the text on it has to stay readable on another palette.
+    applyBackColor();
     arrange();
 }
 

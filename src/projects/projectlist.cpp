@@ -40,6 +40,8 @@ ProjectList::ProjectList(QWidget *parent)
     : Control(parent)
     , m_list(makeList(this))
 {
+    // A host's tab order takes part only when this control says that it takes the focus.
+    setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_list);
     onUser(m_list, &Zel::ListView::lineClicked, &ProjectList::raiseClick);
     onUser(m_list, &Zel::ListView::lineDoubleClicked, &ProjectList::raiseDoubleClick);
@@ -106,7 +108,8 @@ QXSC::ProjectRecordPtr ProjectList::recordAt(qsizetype row) const
 void ProjectList::SelectProject(const QString &projectGuid)
 {
     for (qsizetype row = 0; row < m_list->count(); ++row) {
-        if (recordAt(row)->guid != projectGuid)
+        // A line that the host's row filter hides is not there to be selected.
+        if (m_list->positionOf(row) < 0 || recordAt(row)->guid != projectGuid)
             continue;
         m_list->selectRow(row);
         m_list->ensureVisible(row);

@@ -78,7 +78,7 @@ void switchColumns(TourActor &actor, Zel::ListView &list)
                   [&] { actor.shoot(QStringLiteral("The column menu")); });
     actor.expect(list.columnWidth(3) == 0, QStringLiteral("the column Modified to be hidden"));
     actor.useMenu(QStringLiteral("columnsButton"), QStringLiteral("ShowModiffied"), [] {});
-    actor.expect(list.columnWidth(3) == 1900, QStringLiteral("the column Modified to be back"));
+    actor.expect(list.columnWidth(3) > 0, QStringLiteral("the column Modified to be back"));
 }
 
 void surviveTheService(TourActor &actor, Zel::ListView &list, StudioApp &studio)

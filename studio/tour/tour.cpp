@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
@@ -19,6 +20,17 @@ namespace {
 
 constexpr std::array scales{"1", "1.5"};
 constexpr int PartLimit = 240000; // milliseconds
+
+/// The platform without a screen, with room for the window and its menus.
+QString offscreenPlatform(const QString &home)
+{
+    const QString path = home + QStringLiteral("/screens.json");
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(R"({"screens": [{"name": "tour", "x": 0, "y": 0, "width": 3840, "height": 2400,
+            "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+    return QStringLiteral("offscreen:configfile=") + path;
+}
 
 /// A home of its own, a fixed zone and a plain language, so that pictures differ only when Studio
 /// does.
@@ -34,8 +46,9 @@ QProcessEnvironment environmentFor(const QString &home, const char *scale)
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QLatin1String(scale));
     const bool hasDisplay = environment.contains(QStringLiteral("DISPLAY")) ||
                             environment.contains(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
     if (!hasDisplay)
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), offscreenPlatform(home));
     return environment;
 }
 

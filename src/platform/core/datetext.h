@@ -29,8 +29,9 @@ ZEL_EXPORT QString generalDateText(const QDateTime &moment, const QLocale &local
 ///
 /// Where a locale writes times like dates ("09.01.07"), what it would write as a time is one.
 /// The result is a local date-time with exactly the date and time read. One that the clocks skip in
-/// spring keeps them too, although QDateTime calls it invalid; one that comes twice in autumn is
-/// the first. Nothing when the text is no date. Years run from 1 to 9999.
+/// spring keeps them too, although QDateTime calls it invalid; for one that comes twice in autumn
+/// the text does not say, and the system chooses, which of the two it is. Nothing when the text is
+/// no date. Years run from 1 to 9999.
 ZEL_EXPORT std::optional<QDateTime> dateFromText(QStringView text,
                                                  const QLocale &locale = QLocale());
 

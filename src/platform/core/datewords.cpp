@@ -47,8 +47,12 @@ DateWords::DateWords(const DateNames &names)
 {
     for (const QStringList &form :
          QList<QStringList>{names.shortMonths, names.longMonths} + names.otherMonths) {
-        for (qsizetype i = 0; i < form.size(); ++i)
+        for (qsizetype i = 0; i < form.size(); ++i) {
             add(m_months, form.at(i), int(i) + 1);
+            // Few people type the point of an abbreviated month.
+            if (form.at(i).endsWith(u'.'))
+                add(m_months, form.at(i).chopped(1), int(i) + 1);
+        }
     }
     using Half = DateParts::Half;
     if (names.tellsHalvesApart()) {
@@ -108,7 +112,9 @@ bool takePiece(QStringView plain, qsizetype &at, QStringView piece)
 {
     qsizetype next = at;
     for (const QChar c : piece) {
-        skipBlanks(plain, next);
+        // "1 2" is never the 12 of a month that is named by its number.
+        if (next == at || !isAsciiDigit(c) || !isAsciiDigit(plain[next - 1]))
+            skipBlanks(plain, next);
         if (next >= plain.size() || plain[next] != c)
             return false;
         ++next;

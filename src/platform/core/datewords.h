@@ -60,7 +60,8 @@ private:
 /// Moves `at` behind the next run of blanks.
 void skipBlanks(QStringView plain, qsizetype &at);
 
-/// Moves `at` behind `piece`, passing over blanks before and inside it. `piece` holds no blanks.
+/// Moves `at` behind `piece`, passing over blanks before it and inside it, but not inside
+/// a number. `piece` holds no blanks.
 /// False, with `at` unchanged, when it does not stand there.
 bool takePiece(QStringView plain, qsizetype &at, QStringView piece);
 

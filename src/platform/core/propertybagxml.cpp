@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/core/propertybag.h"
 #include "platform/core/propertybagentry.h"
+#include "platform/core/propertyescape.h"
 #include "platform/core/propertyvalue.h"
 
 #include <QXmlStreamReader>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/core/propertyvalue.h"
+#include "platform/core/propertyescape.h"
 
 namespace Zel::PropertyValue {
 

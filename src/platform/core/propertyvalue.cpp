@@ -3,6 +3,7 @@
 #include "platform/core/propertyvalue.h"
 
 #include "platform/core/booleans.h"
+#include "platform/core/propertyescape.h"
 #include "platform/core/runtimeerror.h"
 #include "platform/core/variantconversion.h"
 

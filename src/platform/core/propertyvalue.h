@@ -35,12 +35,4 @@ std::optional<QVariant> fromJson(QStringView typeName, const QJsonValue &value);
 /// Whether there is a type of this name.
 bool isTypeName(QStringView typeName);
 
-/// Whether XML cannot hold the text as it is: it has control characters, lone halves of surrogate
-/// pairs or non-characters.
-bool needsEscape(QStringView text);
-/// "\uXXXX" for what XML cannot hold, "\\" for "\".
-QString escaped(QStringView text);
-/// Nothing when a "\" begins neither of the two.
-std::optional<QString> unescaped(QStringView text);
-
 } // namespace Zel::PropertyValue

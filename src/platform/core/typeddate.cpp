@@ -35,7 +35,7 @@ public:
     std::optional<DateFields> read()
     {
         QStringView date = m_text;
-        const qsizetype colon = m_text.indexOf(u':');
+        const qsizetype colon = colonOfTime();
         if (colon >= 0 && !takeTime(colon, date))
             return std::nullopt;
         DateFields fields{dayZero(), m_parts.time()};
@@ -58,6 +58,15 @@ private:
             value = value * 10 + (text[at].unicode() - u'0');
         digits = at - start;
         return value;
+    }
+
+    /// The first colon behind a digit; names of months may hold one too. -1 when there is none.
+    qsizetype colonOfTime() const
+    {
+        qsizetype colon = m_text.indexOf(u':');
+        while (colon == 0 || (colon > 0 && !isAsciiDigit(m_text[colon - 1])))
+            colon = m_text.indexOf(u':', colon + 1);
+        return colon;
     }
 
     /// Takes the time around a colon out of the text; what is left is the date.

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/widgets/listdelegate.h"
 
+#include "platform/widgets/listlooks.h"
 #include "platform/widgets/listmodel.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QHelpEvent>
 #include <QPainter>
+#include <QTextLayout>
 #include <QToolTip>
 
 namespace Zel {
@@ -17,27 +19,61 @@ namespace {
 constexpr qsizetype mostShown = 300;
 constexpr qsizetype mostInToolTip = 2000;
 
-QColor blend(const QColor &over, const QColor &under, double share)
-{
-    const auto mix = [share](int a, int b) { return qRound(a * share + b * (1 - share)); };
-    return QColor(mix(over.red(), under.red()), mix(over.green(), under.green()),
-                  mix(over.blue(), under.blue()));
-}
-
-/// Muted, and still at least 4.5 : 1 against the ground in light and dark palettes.
-QColor ghostText(const QPalette &palette)
-{
-    return blend(palette.color(QPalette::Text), palette.color(QPalette::Base), 0.58);
-}
-
-const QWidget *widgetOf(const QStyleOptionViewItem &option)
-{
-    return option.widget;
-}
-
 const QStyle *styleOf(const QStyleOptionViewItem &option)
 {
     return option.widget ? option.widget->style() : QApplication::style();
+}
+
+/// What the contents of a cell keep from its edge beside the style's own focus margin and a pixel.
+int insetOf(const QStyleOptionViewItem &option)
+{
+    const int own =
+        styleOf(option)->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget);
+    return ListLooks::textMargin(option.widget) - own - 1;
+}
+
+QIcon faded(const QIcon &icon, const QSize &size, const QWidget *widget)
+{
+    if (icon.isNull())
+        return icon;
+    const QPixmap whole = icon.pixmap(size, widget ? widget->devicePixelRatioF() : 1.0);
+    QPixmap picture(whole.size());
+    picture.setDevicePixelRatio(whole.devicePixelRatio());
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setOpacity(0.5);
+    painter.drawPixmap(0, 0, whole);
+    painter.end();
+    return QIcon(picture);
+}
+
+void paintCheckBox(QPainter *painter, const QStyleOptionViewItem &cell)
+{
+    const QStyle *style = styleOf(cell);
+    QStyleOptionViewItem box = cell;
+    box.rect = style->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, cell.widget);
+    box.state |= cell.checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+    style->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, painter, cell.widget);
+}
+
+/// The text on at most two lines of the width, the second shortened, with a line separator between.
+QString onTwoLines(const QString &text, const QFont &font, int width)
+{
+    QTextLayout layout(text, font);
+    QTextOption wrap(Qt::AlignHCenter);
+    wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(wrap);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    if (line.isValid())
+        line.setLineWidth(width);
+    layout.endLayout();
+    const int end = line.isValid() ? line.textLength() : 0;
+    if (end >= text.size())
+        return text;
+    const QString rest = text.sliced(end).trimmed();
+    return text.first(end).trimmed() + QChar(QChar::LineSeparator) +
+           QFontMetrics(font).elidedText(rest, Qt::ElideRight, width);
 }
 
 } // namespace
@@ -69,14 +105,20 @@ QSize ListDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelInd
 {
     const int icon = m_model->hasSmallImages() ? option.decorationSize.height() : 0;
     const int box = m_model->checkBoxes() ? styleOf(option)->pixelMetric(QStyle::PM_IndicatorHeight,
-                                                                         &option, widgetOf(option))
+                                                                         &option, option.widget)
                                           : 0;
-    return {0, std::max({option.fontMetrics.height() + 8, icon + 6, box + 6})};
+    return {0, ListLooks::lineHeight(option, icon, box)};
 }
 
 int ListDelegate::fittingWidth(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    return QStyledItemDelegate::sizeHint(option, index).width() + 4;
+    return QStyledItemDelegate::sizeHint(option, index).width() + 2 * insetOf(option);
+}
+
+QRect ListDelegate::contents(const QStyleOptionViewItem &option) const
+{
+    const int inset = insetOf(option);
+    return option.rect.adjusted(inset, 0, -inset, 0);
 }
 
 void ListDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
@@ -91,18 +133,57 @@ void ListDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInd
     }
     const qsizetype row = m_model->rowOf(index);
     if (index.data(GhostedRole).toBool() && !m_model->colour(row, index.column()).isValid())
-        option->palette.setColor(QPalette::Text, ghostText(option->palette));
+        option->palette.setColor(QPalette::Text, ListLooks::ghostText(option->palette));
 }
 
 void ListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                          const QModelIndex &index) const
 {
-    QStyledItemDelegate::paint(painter, option, index);
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QStyle *style = styleOf(option);
+    const bool selected = cell.state & QStyle::State_Selected;
+    if ((cell.state & QStyle::State_MouseOver) && !selected) {
+        QColor hover = cell.palette.color(QPalette::Highlight);
+        hover.setAlpha(28);
+        painter->fillRect(cell.rect, hover);
+    }
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, option.widget);
+
+    // The contents lie on the ground painted just now. To the style they are not selected: it would
+    // paint the ground again, and tint the icons, which for thumbnails is wrong.
+    ListLooks::outlineCheckBoxes(cell.palette);
+    const QPalette unselected = cell.palette;
+    if (selected) {
+        const bool active = cell.state & QStyle::State_Active;
+        const auto group = active ? QPalette::Active : QPalette::Inactive;
+        const QColor text = cell.palette.color(group, QPalette::HighlightedText);
+        cell.palette.setColor(QPalette::Text, text);
+    }
+    if (index.data(GhostedRole).toBool())
+        cell.icon = faded(cell.icon, cell.decorationSize, cell.widget);
+    cell.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
+    cell.backgroundBrush = Qt::NoBrush;
+    cell.rect = contents(option);
+    style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, option.widget);
+    if (selected && (cell.features & QStyleOptionViewItem::HasCheckIndicator)) {
+        // The mark in the box is drawn in the colour of the text, which was that of a selected one.
+        cell.palette = unselected;
+        paintCheckBox(painter, cell);
+    }
+}
+
+bool ListDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
+                               const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    QStyleOptionViewItem inner = option;
+    inner.rect = contents(option);
+    return QStyledItemDelegate::editorEvent(event, model, inner, index);
 }
 
 bool ListDelegate::isShortened(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    return fittingWidth(option, index) - 4 > option.rect.width();
+    return fittingWidth(option, index) > option.rect.width();
 }
 
 bool ListDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
@@ -129,8 +210,13 @@ QSize ListIconDelegate::sizeHint(const QStyleOptionViewItem &option, const QMode
 {
     const int line = option.fontMetrics.height();
     const int width =
-        std::max(option.decorationSize.width() + 24, option.fontMetrics.averageCharWidth() * 16);
+        std::max(option.decorationSize.width() + 24, option.fontMetrics.averageCharWidth() * 18);
     return {width, option.decorationSize.height() + 2 * line + 16};
+}
+
+QRect ListIconDelegate::contents(const QStyleOptionViewItem &option) const
+{
+    return option.rect.adjusted(4, 4, -4, -2);
 }
 
 void ListIconDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
@@ -143,15 +229,30 @@ void ListIconDelegate::initStyleOption(QStyleOptionViewItem *option, const QMode
     option->decorationPosition = QStyleOptionViewItem::Top;
     option->decorationAlignment = Qt::AlignCenter;
     option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
+    option->text = onTwoLines(option->text, option->font, textWidth(*option));
+}
+
+int ListIconDelegate::textWidth(const QStyleOptionViewItem &option) const
+{
+    const int margin =
+        styleOf(option)->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
+    return contents(option).width() - 2 * margin;
+}
+
+void ListIconDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) const
+{
+    ListDelegate::paint(painter, option, index);
+    if (option.state & QStyle::State_HasFocus)
+        ListLooks::paintFocusFrame(painter, option.rect, option);
 }
 
 bool ListIconDelegate::isShortened(const QStyleOptionViewItem &option,
                                    const QModelIndex &index) const
 {
     const QString text = shownOnOneLine(index.data().toString());
-    const QRect room(0, 0, option.rect.width() - 8, 10000);
-    const QRect needed = option.fontMetrics.boundingRect(room, Qt::TextWordWrap, text);
-    return needed.height() > 2 * option.fontMetrics.height() + 2 || needed.width() > room.width();
+    const QString shown = onTwoLines(text, option.font, textWidth(option));
+    return shown.endsWith(QChar(0x2026)) && !text.endsWith(QChar(0x2026));
 }
 
 } // namespace Zel

@@ -22,6 +22,8 @@ public:
 
     QString displayText(const QVariant &value, const QLocale &locale) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override;
     /// Shows the whole text of a cell that is painted shortened.
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
@@ -35,6 +37,9 @@ protected:
     virtual bool isShortened(const QStyleOptionViewItem &option, const QModelIndex &index) const;
 
     const ListModel *model() const { return m_model; }
+
+    /// Where in the cell its contents lie.
+    virtual QRect contents(const QStyleOptionViewItem &option) const;
 
 private:
     const ListModel *m_model;
@@ -52,7 +57,13 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QRect contents(const QStyleOptionViewItem &option) const override;
     bool isShortened(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+private:
+    int textWidth(const QStyleOptionViewItem &option) const;
 };
 
 } // namespace Zel

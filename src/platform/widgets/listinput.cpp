@@ -45,8 +45,9 @@ ListInput::ListInput(QAbstractItemView *view)
 QModelIndex ListInput::lineAt(const QPoint &position) const
 {
     const QModelIndex index = m_view->indexAt(position);
-    // A tree answers its node also for the ground left of it, where the expand mark is.
-    if (!index.isValid() || position.x() < m_view->visualRect(index).left())
+    // A tree answers its node also for the ground before it, where the expand mark is.
+    const QRect rect = m_view->visualRect(index);
+    if (!index.isValid() || position.x() < rect.left() || position.x() > rect.right())
         return {};
     return index.siblingAtColumn(0);
 }
@@ -70,6 +71,7 @@ void ListInput::selectInPlace()
 void ListInput::beginPress(QMouseEvent *event)
 {
     m_pressed = lineAt(event->position().toPoint());
+    m_pressedGround = !m_view->indexAt(event->position().toPoint()).isValid();
     m_armed = false;
 }
 
@@ -79,8 +81,7 @@ void ListInput::endPress(QMouseEvent *event)
         return;
     if (!m_pressed.isValid()) {
         const bool extending = event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier);
-        const bool onGround = !m_view->indexAt(event->position().toPoint()).isValid();
-        if (m_clearsOnGround && onGround && !extending)
+        if (m_clearsOnGround && m_pressedGround && !extending)
             m_view->selectionModel()->clearSelection();
         return;
     }
@@ -93,6 +94,11 @@ bool ListInput::refusesDrag(const QMouseEvent *event) const
 {
     return event->buttons() != Qt::NoButton &&
            m_view->selectionMode() == QAbstractItemView::SingleSelection;
+}
+
+bool ListInput::refusesRelease() const
+{
+    return m_pressedGround && m_view->selectionMode() == QAbstractItemView::SingleSelection;
 }
 
 void ListInput::endRelease(QMouseEvent *event)

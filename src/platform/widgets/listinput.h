@@ -52,6 +52,9 @@ public:
     void endPress(QMouseEvent *event);
     /// Whether the move would drag the selection of a list of which one line is selected at most.
     bool refusesDrag(const QMouseEvent *event) const;
+    /// Whether the button went down on empty ground, so that where it is let go must select
+    /// nothing.
+    bool refusesRelease() const;
     void endRelease(QMouseEvent *event);
     void beginDoubleClick(QMouseEvent *event);
     void endDoubleClick(QMouseEvent *event);
@@ -77,6 +80,7 @@ private:
     QPersistentModelIndex m_currentBeforeKey;
     bool m_clearsOnGround = true;
     bool m_armed = false;
+    bool m_pressedGround = false;
     bool m_doubleClicking = false;
     bool m_selectedInPlace = false;
 };

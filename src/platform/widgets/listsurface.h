@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/widgets/listinput.h"
+#include "platform/widgets/listlooks.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -44,6 +45,8 @@ protected:
 
     void mouseReleaseEvent(QMouseEvent *event) override
     {
+        if (m_input->refusesRelease())
+            return;
         View::mouseReleaseEvent(event);
         m_input->endRelease(event);
     }
@@ -72,6 +75,7 @@ protected:
         View::initViewItemOption(option);
         if (!this->hasFocus())
             option->state &= ~QStyle::State_Active;
+        ListLooks::muteInactiveSelection(option->palette);
     }
 
 private:

@@ -26,6 +26,8 @@ ListView::ListView(QWidget *parent)
     adopt(m_report, m_report->input());
     connect(m_report, &ListReportView::typed, this, &ListView::typeAhead);
     connect(m_report->header(), &QHeaderView::sectionClicked, this, &ListView::headerClicked);
+    // To a person in a hurry the second click of a double click is a click.
+    connect(m_report->header(), &QHeaderView::sectionDoubleClicked, this, &ListView::headerClicked);
     connect(m_report->header(), &QHeaderView::sectionResized, this,
             [this](int column, int, int pixels) { headerResized(column, pixels); });
     connect(m_selection, &QItemSelectionModel::selectionChanged, this, [this] {
@@ -228,10 +230,13 @@ void ListView::headerResized(int column, int pixels)
 {
     if (m_settingWidths || !m_model->hasColumn(column))
         return;
-    const QScopedValueRollback setting(m_settingWidths, true);
-    ListColumn changed = m_model->column(column);
-    changed.widthTwips = twipsFromPixels(pixels, logicalDpi(this));
-    m_model->setColumn(column, changed);
+    {
+        const QScopedValueRollback setting(m_settingWidths, true);
+        ListColumn changed = m_model->column(column);
+        changed.widthTwips = twipsFromPixels(pixels, logicalDpi(this));
+        m_model->setColumn(column, changed);
+    }
+    emit columnResized(column);
 }
 
 void ListView::headerClicked(int column)

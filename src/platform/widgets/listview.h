@@ -195,6 +195,8 @@ signals:
     void lineClicked(qsizetype row);
     void lineDoubleClicked(qsizetype row);
     void columnClicked(int column);
+    /// A person has changed the column's width.
+    void columnResized(int column);
     /// A person has checked or unchecked the line.
     void lineCheckChanged(qsizetype row, bool checked);
     /// By a person or by code.
@@ -221,7 +223,12 @@ private:
     void nameViews();
     void sort();
     ListOrder::Rows sortedRows() const;
+    bool haveSortValues(std::span<qint64> values) const;
     void applyFilter();
+    /// Does what makes the views forget the selection, and selects the same lines again as far as
+    /// they are shown.
+    void keepSelection(const std::function<void()> &change);
+    QItemSelection linesSelection(const QList<qsizetype> &rows) const;
 
     ListModel *m_model;
     QItemSelectionModel *m_selection;

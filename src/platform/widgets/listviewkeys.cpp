@@ -14,10 +14,25 @@
 
 namespace Zel {
 
+namespace {
+
+/// Keys that carry a character, which type-ahead would swallow, but mean something to the window.
+bool isForOthers(const QKeyEvent *event)
+{
+    return event->key() == Qt::Key_Escape || event->key() == Qt::Key_Delete ||
+           event->key() == Qt::Key_Backspace;
+}
+
+} // namespace
+
 bool ListView::handleKey(QKeyEvent *event)
 {
     if (event->matches(QKeySequence::Copy)) {
         copySelection();
+        return true;
+    }
+    if (isForOthers(event)) {
+        event->ignore();
         return true;
     }
     if (event->key() != Qt::Key_Space || event->modifiers() != Qt::NoModifier)
@@ -74,6 +89,7 @@ QString ListView::selectionAsText() const
             if (header->isSectionHidden(column))
                 continue;
             QString cell = m_model->text(row, column);
+            cell.replace(QLatin1String("\r\n"), QLatin1String(" "));
             for (QChar &c : cell) {
                 if (c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r') ||
                     c == QChar::LineSeparator || c == QChar::ParagraphSeparator)

@@ -30,13 +30,13 @@ void ListView::rowsAppended()
         m_model->appendRows();
         return;
     }
-    m_model->setSorted({});
-    m_model->setFilter({});
-    m_model->appendRows();
-    if (m_sorted)
-        sort();
-    if (m_filter)
-        applyFilter();
+    keepSelection([this] {
+        m_model->setSorted({});
+        m_model->setFilter({});
+        m_model->appendRows();
+        m_model->setSorted(sortedRows());
+        m_model->setFilter(m_filter);
+    });
 }
 
 void ListView::updateRow(qsizetype row)

@@ -6,6 +6,8 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 // Sorting and filtering of a ListView.
 
 namespace Zel {
@@ -82,15 +84,28 @@ void ListView::setSortKeyMaker(const QString &columnTag, const ListSortKeyMaker 
         sort();
 }
 
+bool ListView::haveSortValues(std::span<qint64> values) const
+{
+    // The provider knows nothing of texts that code has set over its own. One that has got records
+    // it has not told of would write them past the end.
+    if (m_model->hasSetTexts(m_sortKey) || rows()->rowCount() != count())
+        return false;
+    try {
+        return rows()->sortValues(m_sortKey, values);
+    } catch (const std::exception &) {
+        return false;
+    }
+}
+
 ListOrder::Rows ListView::sortedRows() const
 {
     if (!m_sorted || !m_model->hasColumn(m_sortKey) || count() == 0)
         return {};
     const auto size = static_cast<size_t>(count());
     const ListSortKeyMaker maker = m_sortKeyMakers.value(columnTag(m_sortKey));
-    if ((maker || m_sortsByValue) && !m_model->hasSetTexts(m_sortKey)) {
+    if (maker || m_sortsByValue) {
         std::vector<qint64> values(size);
-        if (rows()->sortValues(m_sortKey, values))
+        if (haveSortValues(values))
             return ListSorting::byValue(values, m_sortOrder);
     }
     std::vector<QString> texts(size);
@@ -127,20 +142,49 @@ void ListView::setRowFilter(const std::function<bool(qsizetype)> &filter)
 
 void ListView::applyFilter()
 {
+    keepSelection([this] { m_model->setFilter(m_filter); });
+}
+
+QItemSelection ListView::linesSelection(const QList<qsizetype> &rows) const
+{
+    std::vector<int> positions;
+    for (qsizetype row : rows) {
+        const qsizetype position = positionOf(row);
+        if (position >= 0)
+            positions.push_back(static_cast<int>(position));
+    }
+    std::sort(positions.begin(), positions.end());
+    // Neighbours make one range: views ask every range for every line they paint.
+    QItemSelection selection;
+    for (size_t first = 0; first < positions.size();) {
+        size_t last = first;
+        while (last + 1 < positions.size() && positions[last + 1] == positions[last] + 1)
+            ++last;
+        selection.append(QItemSelectionRange(m_model->index(positions[first], 0),
+                                             m_model->index(positions[last], columnCount() - 1)));
+        first = last + 1;
+    }
+    return selection;
+}
+
+void ListView::keepSelection(const std::function<void()> &change)
+{
     const QList<qsizetype> selected = selectedRows();
     const QModelIndex current = m_selection->currentIndex();
     const qsizetype currentRow = current.isValid() ? m_model->rowOf(current) : -1;
+    const auto restore = [&] {
+        m_selection->select(linesSelection(selected), QItemSelectionModel::ClearAndSelect);
+        m_selection->setCurrentIndex(m_model->indexOf(currentRow), QItemSelectionModel::NoUpdate);
+    };
     {
         const QScopedValueRollback moving(m_movingSelection, true);
-        m_model->setFilter(m_filter);
-        QItemSelection survivors;
-        for (qsizetype row : selected) {
-            const QModelIndex line = m_model->indexOf(row);
-            if (line.isValid())
-                survivors.select(line, line.siblingAtColumn(columnCount() - 1));
+        try {
+            change();
+        } catch (...) {
+            restore();
+            throw;
         }
-        m_selection->select(survivors, QItemSelectionModel::ClearAndSelect);
-        m_selection->setCurrentIndex(m_model->indexOf(currentRow), QItemSelectionModel::NoUpdate);
+        restore();
     }
     if (selectedCount() != selected.size())
         emit selectionChanged();

@@ -3,6 +3,8 @@
 #include "platform/widgets/listviews.h"
 
 #include "platform/widgets/listdelegate.h"
+#include "platform/widgets/listheader.h"
+#include "platform/widgets/listlooks.h"
 #include "platform/widgets/listmodel.h"
 
 #include <QHeaderView>
@@ -22,6 +24,7 @@ void setUp(QAbstractItemView *view, QAbstractItemModel *model, QAbstractItemDele
     view->setSelectionMode(QAbstractItemView::SingleSelection);
     view->setTextElideMode(Qt::ElideRight);
     view->setTabKeyNavigation(false);
+    view->viewport()->setAttribute(Qt::WA_Hover);
 }
 
 void paintEmptyText(QAbstractItemView *view, const QString &text)
@@ -41,17 +44,13 @@ ListReportView::ListReportView(ListModel *model, QWidget *parent)
     , m_model(model)
     , m_delegate(new ListDelegate(model, this))
 {
+    setHeader(new ListHeader(this));
+    header()->setSectionsClickable(true);
     setUp(this, model, m_delegate);
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setExpandsOnDoubleClick(false);
     setUniformRowHeights(true);
-    setAllColumnsShowFocus(true);
-    header()->setSectionsMovable(false);
-    header()->setSectionsClickable(true);
-    header()->setStretchLastSection(false);
-    header()->setHighlightSections(false);
-    header()->setMinimumSectionSize(8);
 }
 
 void ListReportView::setEmptyText(const QString &text)
@@ -77,6 +76,34 @@ int ListReportView::sizeHintForColumn(int column) const
          index = index.siblingAtRow(index.row() + 1))
         width = std::max(width, m_delegate->fittingWidth(option, index));
     return width;
+}
+
+void ListReportView::drawRow(QPainter *painter, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) const
+{
+    QTreeView::drawRow(painter, option, index);
+    if (!hasFocus() || index.row() != currentIndex().row())
+        return;
+    QStyleOptionViewItem line = option;
+    line.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(index));
+    // A single selected line needs no frame to be found.
+    if ((line.state & QStyle::State_Selected) && selectionMode() == SingleSelection)
+        return;
+    const int width = std::min(header()->length() - header()->offset(), viewport()->width());
+    const int left = isRightToLeft() ? viewport()->width() - width : 0;
+    line.rect = QRect(left, option.rect.top(), width, option.rect.height());
+    ListLooks::paintFocusFrame(painter, line.rect, line);
+}
+
+void ListReportView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTreeView::currentChanged(current, previous);
+    // The focus frame runs through all columns.
+    for (const QModelIndex &index : {current, previous}) {
+        const QRect cell = visualRect(index);
+        if (cell.isValid())
+            viewport()->update(0, cell.top(), viewport()->width(), cell.height());
+    }
 }
 
 void ListReportView::doItemsLayout()

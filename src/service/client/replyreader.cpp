@@ -8,7 +8,7 @@ namespace QXSC {
 
 namespace {
 
-constexpr qint64 pieceSize = 64 * 1024;
+constexpr qint64 pieceSize = 65536;
 
 /// Qt reports every status of 400 and above as an error of its own; such an answer is whole unless
 /// the error is one of the connection.
@@ -20,6 +20,14 @@ bool isWholeAnswer(int status, QNetworkReply::NetworkError error)
         return true;
     return status >= 400 && error > QNetworkReply::UnknownProxyError &&
            error != QNetworkReply::ContentReSendError && error != QNetworkReply::ProtocolFailure;
+}
+
+/// Qt now and then takes a body that a reset connection cut short for a whole one.
+bool isCutShort(const QNetworkReply &reply, qsizetype bodySize)
+{
+    if (reply.hasRawHeader("Content-Encoding"))
+        return false; // the length is that of the compressed body
+    return bodySize < reply.rawHeader("Content-Length").toLongLong();
 }
 
 QString withoutAddress(QString text, const QUrl &url)
@@ -40,8 +48,14 @@ ReplyReader::ReplyReader(QNetworkReply *reply, const std::shared_ptr<Exchange> &
     const auto touch = [this] { m_exchange->touch(); };
     connect(reply, &QNetworkReply::socketStartedConnecting, this, touch);
     connect(reply, &QNetworkReply::encrypted, this, touch);
-    connect(reply, &QNetworkReply::requestSent, this, touch);
-    connect(reply, &QNetworkReply::uploadProgress, this, touch);
+    connect(reply, &QNetworkReply::requestSent, this, [this, touch] {
+        m_isConnected = true;
+        touch();
+    });
+    connect(reply, &QNetworkReply::uploadProgress, this, [this, touch](qint64 sent) {
+        m_isConnected |= sent > 0;
+        touch();
+    });
     connect(reply, &QNetworkReply::metaDataChanged, this, &ReplyReader::readHead);
     connect(reply, &QNetworkReply::readyRead, this, &ReplyReader::readBody);
     connect(reply, &QNetworkReply::finished, this, &ReplyReader::finish);
@@ -77,7 +91,7 @@ void ReplyReader::readBody()
     m_exchange->touch();
     const qint64 limit = m_exchange->policy().answerLimit;
     // In pieces, because a small compressed answer may unpack to any size.
-    while (m_reply->bytesAvailable() > 0) {
+    while (m_reply->isOpen() && m_reply->bytesAvailable() > 0) {
         const QByteArray piece = m_reply->read(pieceSize);
         if (piece.isEmpty())
             return;
@@ -108,12 +122,16 @@ void ReplyReader::finish()
     result.requestId = m_reply->rawHeader("X-Request-Id");
     result.retryAfter = m_reply->rawHeader("Retry-After");
     result.location = m_reply->rawHeader("Location");
-    if (isWholeAnswer(result.status, result.networkError)) {
+    readBody();
+    if (isWholeAnswer(result.status, result.networkError) && !isCutShort(*m_reply, m_body.size())) {
         result.ending = Reply::Ending::Answered;
-        readBody();
         result.body = std::move(m_body);
     } else {
         result.ending = Reply::Ending::Failed;
+        // Qt has no name for a connection that breaks while the request is being sent.
+        if (result.networkError == QNetworkReply::NoError ||
+            (result.networkError == QNetworkReply::UnknownNetworkError && m_isConnected))
+            result.networkError = QNetworkReply::RemoteHostClosedError;
         const QString text = m_tlsText.isEmpty() ? m_reply->errorString() : m_tlsText;
         result.networkText = withoutAddress(text, m_reply->url());
     }

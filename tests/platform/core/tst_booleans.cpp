@@ -16,6 +16,7 @@ class TestBooleans : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void areMinusOneAndZero()
     {
         static_assert(booleanNumber(true) == -1);

@@ -16,6 +16,7 @@ class TestCollection : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void countsFromOne()
     {
         const Collection<int> numbers{10, 20, 30};

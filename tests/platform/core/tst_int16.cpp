@@ -22,6 +22,7 @@ class TestInt16 : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void holdsTheWholeRangeAndNothingBeyond()
     {
         QCOMPARE(Int16::from(32767).value(), qint16(32767));

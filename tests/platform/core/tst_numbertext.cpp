@@ -18,6 +18,7 @@ class TestNumberText : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void writesAtMostFifteenDigits_data()
     {
         QTest::addColumn<double>("value");
@@ -118,13 +119,25 @@ private slots:
     void takesNothingElseForANumber_data()
     {
         QTest::addColumn<QString>("text");
-        for (const char *text :
-             {"", " ", "-", ".", "E5", "1E", "1E+", "abc", "1 2", "1a", "--5", "-5-", "(-5)", "(5)-",
-              "(5", "5)", "()", ",5", "1.2.3", "1.2,3", "0x10", "1E400", "-1E400", "INF", "NAN",
-              "1E999999999999999999999", "10:30", "1/2", "True"})
+        for (const char *text : {"",       " ",
+                                 "-",      ".",
+                                 "E5",     "1E",
+                                 "1E+",    "abc",
+                                 "1 2",    "1a",
+                                 "--5",    "-5-",
+                                 "(-5)",   "(5)-",
+                                 "(5",     "5)",
+                                 "()",     ",5",
+                                 "1.2.3",  "1.2,3",
+                                 "0x10",   "1E400",
+                                 "-1E400", "INF",
+                                 "NAN",    "1E999999999999999999999",
+                                 "10:30",  "1/2",
+                                 "True"})
             QTest::newRow(text) << QString::fromLatin1(text);
         QTest::newRow("400 digits") << QString(400, u'9');
-        QTest::newRow("400 digits with a small exponent") << QString(400, u'9') + QStringLiteral("E-5");
+        QTest::newRow("400 digits with a small exponent")
+            << QString(400, u'9') + QStringLiteral("E-5");
         QTest::newRow("longer than any number") << QString(10000, u'1');
     }
 
@@ -151,10 +164,10 @@ private slots:
 
     void everyLocaleReadsBackWhatItWrites()
     {
-        const double values[] = {0,        -1,      0.5,   -0.5,       1234567.25, 1e15,
-                                 -1.5e-05, 1.0 / 3, 1e-300, 123456789012345.0};
-        const auto locales = QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript,
-                                                      QLocale::AnyCountry);
+        const double values[] = {0,    -1,       0.5,     -0.5,   1234567.25,
+                                 1e15, -1.5e-05, 1.0 / 3, 1e-300, 123456789012345.0};
+        const auto locales =
+            QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
         QVERIFY(locales.size() > 500);
         for (const QLocale &locale : locales) {
             for (const double value : values) {

@@ -18,6 +18,7 @@ class TestRounding : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void halvesGoToTheEvenNeighbour_data()
     {
         QTest::addColumn<double>("value");

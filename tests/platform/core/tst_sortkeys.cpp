@@ -27,6 +27,7 @@ class TestSortKeys : public ZelTest::TestCase
     Q_OBJECT
 
 private slots:
+
     void aNumberHasThirtyDigitsOnEitherSide()
     {
         QCOMPARE(key("3"), QString(29, u'0') + QStringLiteral("3.") + QString(30, u'0'));
@@ -39,7 +40,8 @@ private slots:
     {
         QCOMPARE(key("-2"), u'&' + QString(29, u'9') + QStringLiteral("7.") + QString(30, u'9'));
         QCOMPARE(key("-10"), u'&' + QString(28, u'9') + QStringLiteral("89.") + QString(30, u'9'));
-        QCOMPARE(key("-0.0123456789"), u'&' + QString(30, u'9') + QStringLiteral(".9876543210") + QString(20, u'9'));
+        QCOMPARE(key("-0.0123456789"),
+                 u'&' + QString(30, u'9') + QStringLiteral(".9876543210") + QString(20, u'9'));
     }
 
     void whatIsNoNumberHasTheEmptyKey()

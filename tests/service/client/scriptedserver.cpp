@@ -39,13 +39,15 @@ Wire::Wire(QSslSocket &socket, const std::atomic_bool &stopping)
 
 bool Wire::write(const QByteArray &bytes)
 {
+    if (m_stopping || !isOpen(m_socket))
+        return false;
     m_socket.write(bytes);
     while (m_socket.bytesToWrite() > 0 || m_socket.encryptedBytesToWrite() > 0) {
         if (m_stopping || !isOpen(m_socket))
             return false;
         m_socket.waitForBytesWritten(poll);
     }
-    return true;
+    return isOpen(m_socket);
 }
 
 void Wire::close()
@@ -186,7 +188,7 @@ bool ScriptedServer::readHead(QSslSocket &socket, SeenRequest &request) const
 bool ScriptedServer::readBody(QSslSocket &socket, SeenRequest &request) const
 {
     const qsizetype length = request.header("content-length").toLongLong();
-    while (request.body.size() < length) {
+    while (request.body.size() < length && socket.isOpen()) {
         request.body += socket.read(length - request.body.size());
         if (request.body.size() == length)
             break;
@@ -194,7 +196,7 @@ bool ScriptedServer::readBody(QSslSocket &socket, SeenRequest &request) const
             return false;
         socket.waitForReadyRead(poll);
     }
-    return true;
+    return request.body.size() >= length;
 }
 
 QByteArray http(int status, const QByteArray &body, const QByteArray &contentType,
@@ -212,6 +214,13 @@ QByteArray problem(int status, const QByteArray &code, const QByteArray &detail,
                 "{\"code\":\"" + code + "\",\"detail\":\"" + detail +
                     "\",\"requestId\":\"req-42\"}",
                 "application/problem+json", moreHeaders);
+}
+
+QByteArray projectsAnswer(const QByteArray &rows)
+{
+    return http(200, R"({"projects":{"columns":["guid","name","description","created","modified",)"
+                     R"("createdBy","eventDate","published"],"rows":)" +
+                         rows + "}}");
 }
 
 ScriptedServer::Script respond(const QByteArray &bytes)

@@ -106,6 +106,10 @@ QByteArray http(int status, const QByteArray &body,
 QByteArray problem(int status, const QByteArray &code, const QByteArray &detail = "A detail.",
                    const QByteArray &moreHeaders = QByteArray());
 
+/// The answer to a project list; `rows` is the JSON list of rows, in the service's order of
+/// columns.
+QByteArray projectsAnswer(const QByteArray &rows);
+
 ScriptedServer::Script respond(const QByteArray &bytes);
 
 /// A server that lets anybody sign in and treats every other call by the script, and a client that

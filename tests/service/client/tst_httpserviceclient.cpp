@@ -20,13 +20,6 @@ QJsonObject jsonOf(const QByteArray &body)
     return QJsonDocument::fromJson(body).object();
 }
 
-QByteArray projectsAnswer(const QByteArray &rows)
-{
-    return http(200, R"({"projects":{"columns":["guid","name","description","created","modified",)"
-                     R"("createdBy","eventDate","published"],"rows":)" +
-                         rows + "}}");
-}
-
 QByteArray createdAnswer(int status)
 {
     return http(status,
@@ -369,6 +362,22 @@ private slots:
         QCOMPARE(there.lastRequest().target, "/v1/projects?type=a%26b%3Dc%2Bd%20%252B%23%C3%BC%3F");
         there.client.getProjectList(QString(), projects);
         QCOMPARE(there.lastRequest().target, "/v1/projects?type=");
+    }
+
+    void aLongListComesWholeAndInOrder()
+    {
+        constexpr int count = 100000;
+        QByteArray rows;
+        for (int i = 0; i < count; ++i)
+            rows += (i == 0 ? "[[\"" : ",[\"") + QByteArray::number(i) +
+                    "\",\"n\",\"d\",1168371904005,null,\"Ada\",null,false]";
+        const ProjectCollectionPtr projects = projectsOf(projectsAnswer(rows + "]"));
+        QVERIFY(projects);
+        QCOMPARE(projects->count(), count);
+        for (int i = 0; i < count; ++i) {
+            if (projects->item(i + 1)->guid.toInt() != i)
+                QFAIL(qPrintable(projects->item(i + 1)->guid));
+        }
     }
 
     void columnsAreTakenByName()

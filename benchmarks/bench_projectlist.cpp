@@ -1,0 +1,223 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// bench_projectlist [lines]
+// How the list of projects fills, paints, sorts and uses memory, beside what Qt has for the same
+// job.
+#include "bench_projectlist.h"
+
+#include "platform/widgets/listsort.h"
+#include "platform/widgets/listview.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QSortFilterProxyModel>
+#include <QTreeView>
+#include <QTreeWidget>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+
+using namespace ProjectListBench;
+
+namespace {
+
+constexpr int runs = 5;
+constexpr int createdColumn = 2;
+
+/// What one contender took: milliseconds, and bytes a line.
+struct Figures
+{
+    double fill = 0;
+    double sortCreated = 0;
+    double sortName = 0;
+    double memory = 0;
+};
+
+/// One contender's list, empty, on the screen.
+struct Contender
+{
+    virtual ~Contender() = default;
+    virtual QWidget *widget() = 0;
+    virtual QWidget *viewport() = 0;
+    virtual void fill(const Records &records) = 0;
+    virtual void sort(int column) = 0;
+};
+
+/// The project list's own view, with a provider in place of the control.
+struct OurList : Contender
+{
+    OurList()
+    {
+        for (int column = 0; column < columnCount; ++column)
+            list.addColumn(captions[column], widths[column],
+                           isDate(column) ? QStringLiteral("DATE") : QString());
+        list.setSortKeyMaker(QStringLiteral("DATE"), [](const QString &text) { return text; });
+    }
+
+    QWidget *widget() override { return &list; }
+
+    QWidget *viewport() override { return list.viewport(); }
+
+    void fill(const Records &records) override
+    {
+        list.setRows(std::make_shared<ProjectRows>(records));
+    }
+
+    void sort(int column) override { Zel::sortByHeaderClick(list, column); }
+
+    Zel::ListView list;
+};
+
+struct TreeWidget : Contender
+{
+    TreeWidget()
+    {
+        tree.setColumnCount(columnCount);
+        tree.setRootIsDecorated(false);
+        tree.setUniformRowHeights(true);
+    }
+
+    QWidget *widget() override { return &tree; }
+
+    QWidget *viewport() override { return tree.viewport(); }
+
+    void fill(const Records &records) override
+    {
+        QList<QTreeWidgetItem *> items;
+        items.reserve(static_cast<qsizetype>(records->size()));
+        for (const QXSC::ProjectRecordPtr &record : *records) {
+            auto *item = new QTreeWidgetItem;
+            for (int column = 0; column < columnCount; ++column)
+                item->setData(column, Qt::DisplayRole, value(*record, column));
+            items.append(item);
+        }
+        tree.addTopLevelItems(items);
+    }
+
+    void sort(int column) override { tree.sortItems(column, Qt::DescendingOrder); }
+
+    QTreeWidget tree;
+};
+
+struct SortFilterProxy : Contender
+{
+    SortFilterProxy()
+    {
+        proxy.setSortLocaleAware(true);
+        proxy.setSortCaseSensitivity(Qt::CaseInsensitive);
+        tree.setRootIsDecorated(false);
+        tree.setUniformRowHeights(true);
+        tree.setModel(&proxy);
+    }
+
+    QWidget *widget() override { return &tree; }
+
+    QWidget *viewport() override { return tree.viewport(); }
+
+    void fill(const Records &records) override
+    {
+        model.setRecords(records);
+        proxy.setSourceModel(&model);
+    }
+
+    void sort(int column) override { proxy.sort(column, Qt::DescendingOrder); }
+
+    ProjectModel model;
+    QSortFilterProxyModel proxy;
+    QTreeView tree;
+};
+
+Figures measureOnce(Contender &contender, const Records &records)
+{
+    contender.widget()->resize(1000, 600);
+    contender.widget()->show();
+    QApplication::processEvents();
+    const auto shown = [&contender](const std::function<void()> &work) {
+        return milliseconds([&] {
+            work();
+            contender.viewport()->repaint();
+        });
+    };
+    Figures figures;
+    const double before = bytesInUse();
+    figures.fill = shown([&] { contender.fill(records); });
+    figures.memory = (bytesInUse() - before) / static_cast<double>(records->size());
+    figures.sortCreated = shown([&] { contender.sort(createdColumn); });
+    figures.sortName = shown([&] { contender.sort(0); });
+    return figures;
+}
+
+template <typename Kind>
+Figures measure(const Records &records)
+{
+    std::vector<Figures> all;
+    for (int run = 0; run < runs; ++run) {
+        Kind contender;
+        all.push_back(measureOnce(contender, records));
+    }
+    const auto median = [&all](double Figures::*field) {
+        std::vector<double> values;
+        for (const Figures &figures : all)
+            values.push_back(figures.*field);
+        return medianOf(values);
+    };
+    return {median(&Figures::fill), median(&Figures::sortCreated), median(&Figures::sortName),
+            median(&Figures::memory)};
+}
+
+/// What no list can beat: std::sort over 64-bit keys that are there already.
+double sortLimit(const Records &records)
+{
+    std::vector<double> times;
+    for (int run = 0; run < runs; ++run) {
+        std::vector<qint64> keys(records->size());
+        ProjectRows(records).sortValues(createdColumn, keys);
+        times.push_back(milliseconds([&keys] { std::sort(keys.begin(), keys.end()); }));
+    }
+    return medianOf(times);
+}
+
+void printRow(const char *name, const Figures &figures)
+{
+    std::printf("%-32s %12.2f %16.2f %13.2f %14.1f\n", name, figures.fill, figures.sortCreated,
+                figures.sortName, figures.memory);
+}
+
+void printGoal(const char *name, double ours, double theirs, double goal)
+{
+    const double ratio = ours / theirs;
+    std::printf("%-32s %12.4f of QTreeWidget's, goal %.2f: %s\n", name, ratio, goal,
+                ratio <= goal ? "goal met" : "goal missed");
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    const int lines = argc > 1 ? std::max(1, std::atoi(argv[1])) : 100'000;
+    const Records records = makeRecords(lines);
+
+    const Figures ours = measure<OurList>(records);
+    const Figures widget = measure<TreeWidget>(records);
+    const Figures proxy = measure<SortFilterProxy>(records);
+
+    std::printf("%d projects, median of %d runs, milliseconds (memory: bytes a line)\n\n", lines,
+                runs);
+    std::printf("%-32s %12s %16s %13s %14s\n", "", "fill, paint", "sort \"Created\"",
+                "sort \"Name\"", "memory");
+    printRow("project list", ours);
+    printRow("QTreeWidget", widget);
+    printRow("QTreeView, sort and filter proxy", proxy);
+    std::printf("%-32s %12s %16.2f\n\n", "std::sort over 64-bit keys", "", sortLimit(records));
+    printGoal("fill and first paint", ours.fill, widget.fill, 0.10);
+    printGoal("sort by \"Created\"", ours.sortCreated, widget.sortCreated, 0.05);
+    printGoal("memory a line", ours.memory, widget.memory, 0.25);
+    std::printf("%-32s %12.4f of QTreeWidget's (which sorts by code units, this by locale)\n",
+                "sort by \"Name\"", ours.sortName / widget.sortName);
+    return 0;
+}

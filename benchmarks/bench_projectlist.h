@@ -1,0 +1,183 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "common/contract/projectrecord.h"
+#include "platform/widgets/listrowprovider.h"
+
+#include <QAbstractTableModel>
+#include <QElapsedTimer>
+#include <QLocale>
+
+#include <algorithm>
+#include <malloc.h>
+#include <memory>
+#include <random>
+#include <vector>
+
+/// What the contenders of bench_projectlist share: the records, and how they are shown.
+namespace ProjectListBench {
+
+using Records = std::shared_ptr<const std::vector<QXSC::ProjectRecordPtr>>;
+
+constexpr int columnCount = 6;
+constexpr const char *captions[columnCount] = {"Name",     "Description", "Created",
+                                               "Modified", "Created By",  "Event Date"};
+constexpr int widths[columnCount] = {4145, 3351, 1900, 1900, 1450, 1900};
+
+constexpr bool isDate(int column)
+{
+    return column == 2 || column == 3 || column == 5;
+}
+
+/// Names that share beginnings, dates over twenty years in no order, every tenth project without.
+inline Records makeRecords(int count)
+{
+    static const char *const subjects[] = {"Quarterly results",    "product launch",
+                                           "Öffentliche Anhörung", "Safety training",
+                                           "annual meeting",       "Éducation continue"};
+    std::mt19937 random(20060914);
+    const QDateTime first(QDate(2001, 1, 1), QTime(8, 0));
+    const auto date = [&] { return first.addSecs(static_cast<qint64>(random() % 630'000'000U)); };
+    auto records = std::make_shared<std::vector<QXSC::ProjectRecordPtr>>();
+    for (int i = 0; i < count; ++i) {
+        QXSC::ProjectRecord record;
+        record.guid = QStringLiteral("{%1}").arg(i, 8, 16, QLatin1Char('0'));
+        record.name = QStringLiteral("%1 %2")
+                          .arg(QString::fromUtf8(subjects[random() % 6]))
+                          .arg(random() % 50'000);
+        record.description =
+            QStringLiteral("Recorded session with slides, part %1").arg(i % 12 + 1);
+        record.createdBy = QStringLiteral("author%1").arg(random() % 40);
+        record.hasCreated = i % 10 != 0;
+        record.created = date();
+        record.hasModified = true;
+        record.modified = date();
+        record.hasEventDate = i % 2 == 0;
+        record.eventDate = date();
+        records->push_back(std::make_shared<const QXSC::ProjectRecord>(record));
+    }
+    return records;
+}
+
+/// The cell as data; an invalid value where the record has no date.
+inline QVariant value(const QXSC::ProjectRecord &record, int column)
+{
+    switch (column) {
+    case 0:
+        return record.name;
+    case 1:
+        return record.description;
+    case 2:
+        return record.hasCreated ? QVariant(record.created) : QVariant();
+    case 3:
+        return record.hasModified ? QVariant(record.modified) : QVariant();
+    case 4:
+        return record.createdBy;
+    default:
+        return record.hasEventDate ? QVariant(record.eventDate) : QVariant();
+    }
+}
+
+class ProjectRows : public Zel::ListRowProvider
+{
+public:
+    explicit ProjectRows(Records records)
+        : m_records(std::move(records))
+    {
+    }
+
+    qsizetype rowCount() const override { return static_cast<qsizetype>(m_records->size()); }
+
+    QString text(qsizetype row, int column) const override
+    {
+        const QVariant cell = value(*(*m_records)[static_cast<size_t>(row)], column);
+        return isDate(column) && cell.isValid()
+                   ? QLocale().toString(cell.toDateTime(), QLocale::ShortFormat)
+                   : cell.toString();
+    }
+
+    QVariant tag(qsizetype row) const override
+    {
+        return QVariant::fromValue((*m_records)[static_cast<size_t>(row)]);
+    }
+
+    /// Seconds of local wall time, which is what a date's text says.
+    bool sortValues(int column, std::span<qint64> out) const override
+    {
+        if (!isDate(column))
+            return false;
+        const auto seconds = [column](const QXSC::ProjectRecordPtr &record) {
+            const bool has = column == 2   ? record->hasCreated
+                             : column == 3 ? record->hasModified
+                                           : record->hasEventDate;
+            const QDateTime &when = column == 2   ? record->created
+                                    : column == 3 ? record->modified
+                                                  : record->eventDate;
+            return has ? when.date().toJulianDay() * 86'400 +
+                             when.time().msecsSinceStartOfDay() / 1000
+                       : NoSortValue;
+        };
+        std::transform(m_records->begin(), m_records->end(), out.begin(), seconds);
+        return true;
+    }
+
+private:
+    Records m_records;
+};
+
+/// The plain table model that a sort and filter proxy stands on.
+class ProjectModel : public QAbstractTableModel
+{
+public:
+    void setRecords(const Records &records)
+    {
+        beginResetModel();
+        m_records = records;
+        endResetModel();
+    }
+
+    int rowCount(const QModelIndex &parent = {}) const override
+    {
+        return parent.isValid() || !m_records ? 0 : static_cast<int>(m_records->size());
+    }
+
+    int columnCount(const QModelIndex &parent = {}) const override
+    {
+        return parent.isValid() ? 0 : ProjectListBench::columnCount;
+    }
+
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        if (role != Qt::DisplayRole)
+            return {};
+        return value(*(*m_records)[static_cast<size_t>(index.row())], index.column());
+    }
+
+private:
+    Records m_records;
+};
+
+template <typename Work>
+double milliseconds(const Work &work)
+{
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+/// Bytes the program holds on its heap.
+inline double bytesInUse()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
+}
+
+inline double medianOf(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+} // namespace ProjectListBench

@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/api.h"
+
+#include "service/daemon/handlers.h"
+#include "service/daemon/hostguard.h"
+#include "service/daemon/logline.h"
+#include "service/daemon/problem.h"
+#include "service/store/databaseerror.h"
+
+#include <new>
+
+namespace Zel::Service {
+
+namespace {
+
+Problem unavailable()
+{
+    return Problem(503, QByteArrayLiteral("unavailable"),
+                   QStringLiteral("The service cannot get at its data now. Try again shortly."),
+                   {{QByteArrayLiteral("Retry-After"), QByteArrayLiteral("1")}});
+}
+
+Problem internal()
+{
+    return Problem(500, QByteArrayLiteral("internal"),
+                   QStringLiteral("The service failed. The log names the cause under this id."));
+}
+
+Problem ofDatabase(const DatabaseError &error)
+{
+    switch (error.kind()) {
+    case DatabaseError::Kind::Busy:
+    case DatabaseError::Kind::Conflict:
+    case DatabaseError::Kind::Full:
+    case DatabaseError::Kind::Lost:
+        return unavailable();
+    default:
+        return internal();
+    }
+}
+
+/// The one place where a failure becomes an answer. What went wrong inside goes to the log only.
+HttpResponse responseOfCurrentException(const QByteArray &requestId)
+{
+    const auto report = [&requestId](const char *what) {
+        logLine("error",
+                {{"id", QString::fromLatin1(requestId)}, {"cause", QString::fromUtf8(what)}});
+    };
+    try {
+        throw;
+    } catch (const Problem &problem) {
+        return problem.response(requestId);
+    } catch (const DatabaseError &error) {
+        report(error.what());
+        return ofDatabase(error).response(requestId);
+    } catch (const std::bad_alloc &error) {
+        report(error.what());
+        return unavailable().response(requestId);
+    } catch (const std::exception &error) {
+        report(error.what());
+        return internal().response(requestId);
+    }
+}
+
+template <class Function>
+HttpResponse guarded(const HttpRequest &request, Function function)
+{
+    try {
+        return function();
+    } catch (...) {
+        return responseOfCurrentException(request.requestId);
+    }
+}
+
+/// A plan that answers with a problem, after the body has been read.
+HttpPlan refusal(const Problem &problem)
+{
+    HttpPlan plan;
+    plan.route = QByteArrayLiteral("-");
+    plan.bodyLimit = jsonBodyLimit;
+    plan.handler = [problem](const HttpRequest &request) {
+        return problem.response(request.requestId);
+    };
+    return plan;
+}
+
+QByteArray pathOf(const QByteArray &target)
+{
+    const qsizetype mark = target.indexOf('?');
+    return mark < 0 ? target : target.left(mark);
+}
+
+Problem methodNotAllowed(const QByteArrayList &allowed)
+{
+    return Problem(405, QByteArrayLiteral("method-not-allowed"),
+                   QStringLiteral("This address does not take that method."),
+                   {{QByteArrayLiteral("Allow"), allowed.join(", ")}});
+}
+
+} // namespace
+
+const QList<Route> &Api::routes()
+{
+    using enum Access;
+    static const QList<Route> table{
+        {"GET", "/healthz", Public, Lane::Immediate, health},
+        {"POST", "/v1/sessions", Public, Lane::SignIn, createSession},
+        {"DELETE", "/v1/sessions/current", Session, Lane::Worker, endSession},
+        {"PUT", "/v1/sessions/current/account", Session, Lane::Worker, chooseAccount},
+        {"GET", "/v1/accounts", Session, Lane::Worker, listAccounts},
+        {"GET", "/v1/project-types", Account, Lane::Worker, listProjectTypes},
+        {"GET", "/v1/projects", Account, Lane::Worker, listProjects},
+        {"POST", "/v1/projects", Account, Lane::Worker, createProject},
+        {"GET", "/v1/projects/{guid}/published", Account, Lane::Worker, projectPublished},
+    };
+    return table;
+}
+
+Api::Api(Store &store)
+    : m_store(store)
+{
+}
+
+HttpPlan Api::plan(const HttpRequest &head) const
+{
+    try {
+        refuseForeignPages(head);
+        const QByteArray path = pathOf(head.target);
+        const QByteArray method = head.method == "HEAD" ? QByteArrayLiteral("GET") : head.method;
+        QByteArrayList allowed;
+        for (const Route &route : routes()) {
+            const auto parameters = matchPath(route.pattern, path);
+            if (!parameters)
+                continue;
+            if (route.method == method)
+                return {route.pattern, route.bodyLimit, route.lane,
+                        [this, &route, values = *parameters](const HttpRequest &request) {
+                            return run(route, values, request);
+                        }};
+            allowed << route.method;
+        }
+        if (!allowed.isEmpty())
+            return refusal(methodNotAllowed(allowed));
+        return refusal(Problem(404, QByteArrayLiteral("no-route"),
+                               QStringLiteral("There is nothing at this address.")));
+    } catch (const Problem &problem) {
+        return refusal(problem);
+    }
+}
+
+HttpResponse Api::run(const Route &route, const QStringList &parameters,
+                      const HttpRequest &request) const
+{
+    return guarded(request, [&] {
+        Call call{request, m_store, parameters, {}};
+        if (route.access != Access::Public)
+            call.session = sessionOf(request);
+        if (route.access == Access::Account && call.session.accountId == 0)
+            throw Problem(403, QByteArrayLiteral("no-account"),
+                          QStringLiteral("No account has been chosen."));
+        return route.handler(call);
+    });
+}
+
+Session Api::sessionOf(const HttpRequest &request) const
+{
+    static const QByteArray scheme = QByteArrayLiteral("Bearer ");
+    const QByteArray value = request.header("Authorization");
+    if (value.size() > scheme.size() &&
+        value.left(scheme.size()).compare(scheme, Qt::CaseInsensitive) == 0) {
+        const auto session =
+            m_store.sessions.find(QString::fromLatin1(value.mid(scheme.size()).trimmed()));
+        if (session)
+            return *session;
+    }
+    throw Problem(401, QByteArrayLiteral("signed-out"), QStringLiteral("Please sign in again."),
+                  {{QByteArrayLiteral("WWW-Authenticate"), QByteArrayLiteral("Bearer")}});
+}
+
+} // namespace Zel::Service

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+#include "service/daemon/route.h"
+
+#include <QList>
+
+namespace Zel::Service {
+
+/// The HTTP interface of the service: finds the route of a request, checks who calls, runs the
+/// handler and turns every failure into a problem answer.
+class ZEL_EXPORT Api
+{
+public:
+    explicit Api(Store &store);
+
+    /// What is to be done with a request; made from its head alone, never throws.
+    HttpPlan plan(const HttpRequest &head) const;
+
+    static const QList<Route> &routes();
+
+private:
+    HttpResponse run(const Route &route, const QStringList &parameters,
+                     const HttpRequest &request) const;
+    Session sessionOf(const HttpRequest &request) const;
+
+    Store &m_store;
+};
+
+} // namespace Zel::Service

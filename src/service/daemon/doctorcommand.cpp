@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/exitcodes.h"
+#include "service/daemon/program.h"
+#include "service/store/databaseerror.h"
+#include "service/store/migrations.h"
+#include "service/store/store.h"
+
+#include <array>
+
+namespace Zel::Service {
+
+namespace {
+
+struct Counted
+{
+    const char *what;
+    const char *query;
+};
+
+constexpr std::array counted{
+    Counted{"people", "SELECT COUNT(*) FROM app_user"},
+    Counted{"accounts", "SELECT COUNT(*) FROM account"},
+    Counted{"memberships", "SELECT COUNT(*) FROM membership"},
+    Counted{"project types", "SELECT COUNT(*) FROM project_type"},
+    Counted{"projects", "SELECT COUNT(*) FROM project"},
+    Counted{"sessions", "SELECT COUNT(*) FROM session"},
+};
+
+void checkSqlite(Database &database)
+{
+    const QString result =
+        database.runNative(QStringLiteral("PRAGMA integrity_check(1)")).toString();
+    if (result != QLatin1String("ok"))
+        throw DatabaseError(DatabaseError::Kind::Corrupt,
+                            QStringLiteral("The file is damaged: %1.").arg(result));
+    print(QStringLiteral("The file is sound."));
+    const QString orphan =
+        database.runNative(QStringLiteral("SELECT \"table\" FROM pragma_foreign_key_check LIMIT 1"))
+            .toString();
+    if (!orphan.isEmpty())
+        throw DatabaseError(
+            DatabaseError::Kind::Corrupt,
+            QStringLiteral("The table %1 refers to rows that are not there.").arg(orphan));
+    print(QStringLiteral("All references lead somewhere."));
+}
+
+void checkPostgres(Database &database)
+{
+    print(QStringLiteral("The server is PostgreSQL %1.")
+              .arg(database.runNative(QStringLiteral("SHOW server_version")).toString()));
+    const QString encoding = database.runNative(QStringLiteral("SHOW server_encoding")).toString();
+    if (encoding != QLatin1String("UTF8"))
+        throw DatabaseError(
+            DatabaseError::Kind::Other,
+            QStringLiteral("The database is encoded in %1; it has to be UTF8.").arg(encoding));
+    print(QStringLiteral("It stores Unicode."));
+}
+
+} // namespace
+
+int doctorCommand(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parseCommand(parser, QStringLiteral("doctor"),
+                 QStringLiteral("Checks a database and says what it finds; changes nothing."),
+                 arguments);
+    if (!parser.positionalArguments().isEmpty())
+        throw UsageError(QStringLiteral("doctor takes no further arguments."));
+    Database database(databaseAddress(parser));
+    database.open();
+    print(QStringLiteral("%1 can be opened.").arg(database.address().display()));
+    if (database.address().engine == DatabaseAddress::Engine::Sqlite)
+        checkSqlite(database);
+    else
+        checkPostgres(database);
+    Migrations(database).requireCurrent();
+    print(QStringLiteral("Its tables are as this program needs them (step %1).")
+              .arg(Migrations::latestVersion()));
+    QStringList counts;
+    for (const Counted &one : counted)
+        counts << QStringLiteral("%1 %2").arg(
+            database.runNative(QString::fromLatin1(one.query)).toString(),
+            QString::fromLatin1(one.what));
+    print(QStringLiteral("It holds %1.").arg(counts.join(QLatin1String(", "))));
+    return ExitFine;
+}
+
+} // namespace Zel::Service

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "service/daemon/route.h"
+
+namespace Zel::Service {
+
+// The handlers of the route table. Each reads its call, asks the store and answers; a refusal is a
+// thrown `Problem`.
+
+HttpResponse health(const Call &call);
+
+HttpResponse createSession(const Call &call);
+HttpResponse endSession(const Call &call);
+HttpResponse chooseAccount(const Call &call);
+HttpResponse listAccounts(const Call &call);
+
+HttpResponse listProjectTypes(const Call &call);
+HttpResponse listProjects(const Call &call);
+HttpResponse createProject(const Call &call);
+HttpResponse projectPublished(const Call &call);
+
+} // namespace Zel::Service

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/httpmessage.h"
+
+#include <algorithm>
+
+namespace Zel::Service {
+
+namespace {
+
+const HttpHeader *find(const QList<HttpHeader> &headers, QByteArrayView name)
+{
+    const auto found = std::find_if(headers.begin(), headers.end(), [name](const HttpHeader &one) {
+        return one.name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == headers.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+QByteArray HttpRequest::header(QByteArrayView name) const
+{
+    const HttpHeader *found = find(headers, name);
+    return found ? found->value : QByteArray();
+}
+
+bool HttpRequest::hasHeader(QByteArrayView name) const
+{
+    return find(headers, name) != nullptr;
+}
+
+} // namespace Zel::Service

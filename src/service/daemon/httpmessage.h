@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+namespace Zel::Service {
+
+struct HttpHeader
+{
+    QByteArray name;
+    QByteArray value;
+};
+
+/// A request as it came in. While it is being planned its body is still empty.
+struct ZEL_EXPORT HttpRequest
+{
+    QByteArray method;
+    QByteArray target; ///< path and query as sent, percent-encoded
+    QList<HttpHeader> headers;
+    QByteArray body;
+    QByteArray requestId;
+    QString peerAddress;
+    quint16 localPort = 0;
+
+    /// The first header of that name whatever its case; empty when there is none.
+    QByteArray header(QByteArrayView name) const;
+    bool hasHeader(QByteArrayView name) const;
+};
+
+struct HttpResponse
+{
+    int status = 200;
+    QByteArray contentType; ///< left out when empty
+    QByteArray body;
+    QList<HttpHeader> headers;
+};
+
+/// Where a request is answered.
+enum class Lane
+{
+    Immediate, ///< on the socket's own thread: must not block
+    Worker,    ///< on the worker pool: may block on the database
+    SignIn     ///< on the few threads that hash passwords
+};
+
+/// What is to be done with a request, decided from its head before its body is read.
+struct HttpPlan
+{
+    QByteArray route; ///< the pattern that matched, for the log
+    qint64 bodyLimit = 0;
+    Lane lane = Lane::Immediate;
+    std::function<HttpResponse(const HttpRequest &)> handler;
+};
+
+/// One answered (or refused) request, for the log.
+struct HttpLogEntry
+{
+    QByteArray requestId;
+    QByteArray method;
+    QByteArray route; ///< "-" for a request without a route
+    QString peerAddress;
+    int status = 0;
+    qint64 milliseconds = 0;
+};
+
+} // namespace Zel::Service

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+#include "service/store/database.h"
+#include "service/store/passwordhasher.h"
+
+#include <QCommandLineParser>
+#include <QString>
+#include <QStringList>
+
+#include <exception>
+
+namespace Zel::Service {
+
+/// The command line is wrong: exit code 2.
+class UsageError : public std::exception
+{
+public:
+    explicit UsageError(const QString &sentence)
+        : m_text(sentence.toUtf8())
+    {
+    }
+
+    const char *what() const noexcept override { return m_text.constData(); }
+
+private:
+    QByteArray m_text;
+};
+
+/// `--help` was asked for and has been printed.
+struct HelpShown
+{
+};
+
+/// Runs `zel-service`; needs a QCoreApplication. `arguments` begin with the program's name. Returns
+/// the exit code.
+ZEL_EXPORT int runProgram(const QStringList &arguments);
+
+// What the commands share.
+
+/// Parses one command's arguments; throws `UsageError` or `HelpShown`. Adds --database and --help.
+void parseCommand(QCommandLineParser &parser, const QString &command, const QString &description,
+                  const QStringList &arguments);
+/// The database of --database or, so that a password need not stand in the process list, of the
+/// environment variable ZEL_DATABASE.
+DatabaseAddress databaseAddress(const QCommandLineParser &parser);
+/// Adds --sign-in-cost.
+void addCostOption(QCommandLineParser &parser);
+PasswordHasher::Cost costOf(const QCommandLineParser &parser);
+/// Makes the database ready: a SQLite file is migrated on the way, a PostgreSQL database, which
+/// other daemons may be using, has to have been.
+void makeReady(Database &database);
+void print(const QString &line);
+
+// The commands. Each returns an exit code and throws what went wrong.
+
+int serveCommand(const QStringList &arguments);
+int migrateCommand(const QStringList &arguments);
+int importCommand(const QStringList &arguments);
+int userCommand(const QStringList &arguments);
+int doctorCommand(const QStringList &arguments);
+
+} // namespace Zel::Service

@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/handlers.h"
+#include "service/daemon/jsonfields.h"
+#include "service/daemon/jsonwriter.h"
+#include "service/daemon/problem.h"
+
+#include <QUuid>
+
+#include <array>
+
+namespace Zel::Service {
+
+namespace {
+
+constexpr qsizetype longestTypeId = 256;
+constexpr qsizetype longestGuid = 36;
+
+constexpr std::array columns{"guid",     "name",      "description", "created",
+                             "modified", "createdBy", "eventDate",   "published"};
+
+/// The one form in which a project's guid is stored and compared: 36 characters, lower case,
+/// without braces. Empty for a text that is no guid.
+QString canonicalGuid(const QString &text)
+{
+    if (text.size() != longestGuid || QUuid::fromString(text).isNull())
+        return QString();
+    return text.toLower();
+}
+
+/// Writes a project's values in the order of `columns`, each after what `before` writes for it.
+template <class Before>
+void writeProject(JsonWriter &json, const Project &project, Before before)
+{
+    std::size_t column = 0;
+    const auto next = [&]() -> JsonWriter & {
+        before(columns.at(column++));
+        return json;
+    };
+    next().text(project.guid);
+    next().text(project.name);
+    next().text(project.description);
+    next().integer(project.createdAt);
+    next().integer(project.modifiedAt);
+    next().text(project.createdBy);
+    next().integer(project.eventAt);
+    next().boolean(project.published);
+}
+
+Project requestedProject(const Call &call)
+{
+    JsonFields fields(call.request.body);
+    Project project;
+    project.guid = canonicalGuid(fields.text(QStringLiteral("guid"), longestGuid));
+    project.name = fields.text(QStringLiteral("name"), Projects::longestName);
+    project.typeId = fields.text(QStringLiteral("typeID"), longestTypeId);
+    project.description = fields.text(QStringLiteral("description"), jsonBodyLimit);
+    project.eventAt = fields.timeOrNull(QStringLiteral("eventDate"));
+    project.createdById = call.session.userId;
+    fields.expectNoMore();
+    if (project.guid.isEmpty())
+        throw Problem::invalid(QStringLiteral("The field \"guid\" must be a UUID without braces."));
+    if (project.name.trimmed().isEmpty())
+        throw Problem::invalid(QStringLiteral("A project needs a name."));
+    return project;
+}
+
+HttpResponse projectResponse(const Project &project, int status)
+{
+    JsonWriter json;
+    json.beginObject().key("project").beginObject();
+    writeProject(json, project, [&json](const char *column) { json.key(column); });
+    json.endObject().endObject();
+    return jsonResponse(json.json(), status);
+}
+
+} // namespace
+
+HttpResponse listProjectTypes(const Call &call)
+{
+    JsonWriter json;
+    json.beginObject().key("types").beginArray();
+    const QList<ProjectKind> types = call.store.projects.types(call.session.accountId);
+    for (const ProjectKind &type : types) {
+        json.beginObject().key("typeID").text(type.typeId);
+        json.key("name").text(type.name).endObject();
+    }
+    json.endArray().endObject();
+    return jsonResponse(json.json());
+}
+
+HttpResponse listProjects(const Call &call)
+{
+    const QString type = call.queryText("type", longestTypeId);
+    const auto projects = call.store.projects.list(call.session.accountId, type);
+    if (!projects)
+        return jsonResponse(QByteArrayLiteral("{\"projects\":null}"));
+    JsonWriter json;
+    json.beginObject().key("projects").beginObject().key("columns").beginArray();
+    for (const char *column : columns)
+        json.text(QString::fromLatin1(column));
+    json.endArray().key("rows").beginArray();
+    for (const Project &project : *projects) {
+        json.beginArray();
+        writeProject(json, project, [](const char *) {});
+        json.endArray();
+    }
+    json.endArray().endObject().endObject();
+    return jsonResponse(json.json());
+}
+
+HttpResponse createProject(const Call &call)
+{
+    if (call.session.role == QLatin1String("viewer"))
+        throw Problem(403, QByteArrayLiteral("not-allowed"),
+                      QStringLiteral("You may look at this account but not change it."));
+    Project project = requestedProject(call);
+    switch (call.store.projects.create(call.session.accountId, project)) {
+    case Projects::Creation::Created:
+        return projectResponse(project, 201);
+    case Projects::Creation::Existing:
+        return projectResponse(project, 200);
+    case Projects::Creation::UnknownType:
+        throw Problem::invalid(
+            QStringLiteral("The account has no project type \"%1\".").arg(project.typeId));
+    case Projects::Creation::Conflict:
+        break;
+    }
+    throw Problem(409, QByteArrayLiteral("conflict"),
+                  QStringLiteral("Another project has this guid already."));
+}
+
+HttpResponse projectPublished(const Call &call)
+{
+    const QString guid = canonicalGuid(call.parameters.first());
+    const auto published = guid.isEmpty()
+                               ? std::nullopt
+                               : call.store.projects.isPublished(call.session.accountId, guid);
+    if (!published)
+        throw Problem(404, QByteArrayLiteral("not-found"),
+                      QStringLiteral("There is no such project."));
+    JsonWriter json;
+    json.beginObject().key("published").boolean(*published).endObject();
+    return jsonResponse(json.json());
+}
+
+} // namespace Zel::Service

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/route.h"
+
+#include "service/daemon/problem.h"
+#include "service/store/storabletext.h"
+
+#include <QStringDecoder>
+
+namespace Zel::Service {
+
+QString decodedPart(const QByteArray &part, const QString &name)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(QByteArray::fromPercentEncoding(part));
+    if (decoder.hasError() || !isStorableText(text))
+        throw Problem::invalidText(name);
+    return text;
+}
+
+std::optional<QStringList> matchPath(const QByteArray &pattern, const QByteArray &path)
+{
+    const QByteArrayList expected = pattern.split('/');
+    const QByteArrayList found = path.split('/');
+    if (expected.size() != found.size())
+        return std::nullopt;
+    QList<std::pair<QByteArray, QByteArray>> places;
+    for (qsizetype i = 0; i < expected.size(); ++i) {
+        if (expected.at(i).startsWith('{') && !found.at(i).isEmpty())
+            places.append({expected.at(i).mid(1, expected.at(i).size() - 2), found.at(i)});
+        else if (expected.at(i) != found.at(i))
+            return std::nullopt;
+    }
+    QStringList parameters;
+    for (const auto &[name, text] : places)
+        parameters << decodedPart(text, QString::fromLatin1(name));
+    return parameters;
+}
+
+QString Call::queryText(const QByteArray &name, qsizetype longest) const
+{
+    const QString shownName = QString::fromLatin1(name);
+    std::optional<QString> found;
+    const qsizetype mark = request.target.indexOf('?');
+    const QByteArrayList items =
+        mark < 0 ? QByteArrayList() : request.target.mid(mark + 1).split('&');
+    for (const QByteArray &item : items) {
+        const qsizetype equals = item.indexOf('=');
+        if ((equals < 0 ? item : item.left(equals)) != name)
+            continue;
+        if (found)
+            throw Problem::invalid(QStringLiteral("\"%1\" is given twice.").arg(shownName));
+        found = equals < 0 ? QString() : decodedPart(item.mid(equals + 1), shownName);
+    }
+    if (!found)
+        throw Problem::invalid(QStringLiteral("\"%1\" is missing.").arg(shownName));
+    if (found->size() > longest)
+        throw Problem::invalid(QStringLiteral("\"%1\" is too long.").arg(shownName));
+    return *found;
+}
+
+HttpResponse jsonResponse(const QByteArray &json, int status)
+{
+    HttpResponse response;
+    response.status = status;
+    response.contentType = QByteArrayLiteral("application/json");
+    response.body = json;
+    return response;
+}
+
+} // namespace Zel::Service

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+#include "service/daemon/httpmessage.h"
+#include "service/store/store.h"
+
+#include <QByteArrayList>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+namespace Zel::Service {
+
+/// Who may call a route.
+enum class Access
+{
+    Public,  ///< anyone
+    Session, ///< a signed-in user
+    Account  ///< a signed-in user who has chosen an account
+};
+
+/// One call of a route, with everything its handler needs.
+struct ZEL_EXPORT Call
+{
+    const HttpRequest &request;
+    Store &store;
+    QStringList parameters; ///< what stood in the pattern's {places}, in their order
+    Session session;        ///< empty on public routes
+
+    /// The value of a query parameter that must be there once. Throws `Problem`.
+    QString queryText(const QByteArray &name, qsizetype longest) const;
+};
+
+using Handler = HttpResponse (*)(const Call &);
+
+constexpr qint64 jsonBodyLimit = 1024 * 1024;
+
+/// A row of the route table.
+struct Route
+{
+    QByteArray method;
+    QByteArray pattern; ///< "/v1/projects/{guid}/published"
+    Access access = Access::Account;
+    Lane lane = Lane::Worker;
+    Handler handler = nullptr;
+    qint64 bodyLimit = jsonBodyLimit;
+};
+
+/// The texts at the {places} of a pattern, percent-decoded; nothing when the path does not match.
+/// Throws `Problem` for a text that cannot be stored.
+ZEL_EXPORT std::optional<QStringList> matchPath(const QByteArray &pattern, const QByteArray &path);
+
+/// Percent-decodes a part of an address. Throws `Problem` when the result is no storable text.
+ZEL_EXPORT QString decodedPart(const QByteArray &part, const QString &name);
+
+/// An answer with a JSON body.
+ZEL_EXPORT HttpResponse jsonResponse(const QByteArray &json, int status = 200);
+
+} // namespace Zel::Service

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+class QSocketNotifier;
+
+namespace Zel::Service {
+
+/// Ends the program's event loop when it is told to stop: by SIGTERM, SIGINT or SIGHUP, when the
+/// process that started it is gone, or when standard input ends.
+class ShutdownWatch : public QObject
+{
+public:
+    /// Takes the stop signals over. Must be called before any other thread is started, so that all
+    /// of them leave these signals alone.
+    explicit ShutdownWatch(QObject *parent = nullptr);
+    ~ShutdownWatch() override;
+
+    /// Stops when standard input ends: the parent holds the other end, so this works however it
+    /// dies.
+    void watchStandardInput();
+    /// Stops when that process ends; throws `UsageError` when there is none.
+    void watchProcess(qint64 pid);
+    /// From now on a further signal ends the program at once.
+    void restoreSignals();
+
+private:
+    void watch(int descriptor, bool untilEnd);
+
+    int m_signals = -1;
+    int m_process = -1;
+};
+
+} // namespace Zel::Service

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+
+#include <QString>
+
+namespace Zel {
+
+/// Argon2id password hashes in libsodium's text form, which carries its own salt and cost.
+class ZEL_EXPORT PasswordHasher
+{
+public:
+    enum class Cost
+    {
+        Interactive, ///< 64 MiB and about 60 ms a hash: what a service runs with
+        Minimal      ///< the least libsodium does: for tests only
+    };
+
+    explicit PasswordHasher(Cost cost = Cost::Interactive);
+
+    /// Throws `std::bad_alloc` when the memory for it is not to be had.
+    QString hash(const QString &password) const;
+    /// Compares in constant time. A hash that is none verifies nothing.
+    bool verify(const QString &hash, const QString &password) const;
+    /// Whether a hash is weaker than what `hash` makes now. A hasher at minimal cost never says so:
+    /// it would weaken what it touches.
+    bool isOutdated(const QString &hash) const;
+
+    /// A hash of a password nobody knows, at the cost of `hash`: verified in place of a user that
+    /// does not exist, so that the answer takes as long.
+    const QString &dummy() const { return m_dummy; }
+
+private:
+    unsigned long long m_operations;
+    size_t m_memory;
+    bool m_isStrong;
+    QString m_dummy;
+};
+
+} // namespace Zel

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+#include "service/store/clock.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace Zel {
+
+class Database;
+
+struct ProjectKind
+{
+    QString typeId;
+    QString name;
+    qint64 position = 0; ///< where it is offered among the others
+};
+
+/// A project as it is stored. Times are milliseconds UTC; empty means "not set".
+struct Project
+{
+    QString guid;
+    QString typeId;
+    QString name;
+    QString description;
+    std::optional<qint64> createdAt;
+    std::optional<qint64> modifiedAt;
+    QString createdById;
+    QString createdBy; ///< the display name of that user
+    std::optional<qint64> eventAt;
+    bool published = false;
+
+    bool operator==(const Project &) const = default;
+};
+
+/// Projects and their types, always within one account.
+class ZEL_EXPORT Projects
+{
+public:
+    static constexpr qsizetype longestName = 10000;
+
+    enum class Creation
+    {
+        Created,
+        Existing,   ///< the same project was made before by the same user: the call was repeated
+        Conflict,   ///< the guid belongs to another project of the account
+        UnknownType ///< the account has no such project type
+    };
+
+    Projects(Database &database, const Clock &clock);
+
+    QList<ProjectKind> types(qint64 accountId);
+    /// The projects of a type in order of name, then guid; nothing when there is no such type.
+    std::optional<QList<Project>> list(qint64 accountId, const QString &typeId);
+    std::optional<Project> find(qint64 accountId, const QString &guid);
+    /// Whether a project is published; nothing when the account has no such project.
+    std::optional<bool> isPublished(qint64 accountId, const QString &guid);
+    /// Makes a project that is created now by `createdById`; guid, type, name, description and
+    /// event are taken from `project`, which then shows what is stored.
+    Creation create(qint64 accountId, Project &project);
+
+    // The following change the database and are called inside a transaction only.
+    void storeType(qint64 accountId, const ProjectKind &type);
+    void add(qint64 accountId, const Project &project);
+    void change(qint64 accountId, const Project &project);
+
+private:
+    Database &m_database;
+    Clock m_clock;
+};
+
+} // namespace Zel

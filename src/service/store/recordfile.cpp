@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/recordfile.h"
+
+#include "service/store/storabletext.h"
+
+#include <QDateTime>
+#include <QUuid>
+
+namespace Zel {
+
+void FileRecord::refuse(const QString &sentence) const
+{
+    throw WorkspaceFileError(place, sentence);
+}
+
+QJsonValue FileRecord::take(const QString &name)
+{
+    const auto found = fields.constFind(name);
+    if (found == fields.constEnd())
+        refuse(QStringLiteral("\"%1\" is missing.").arg(name));
+    m_taken.insert(name);
+    return found.value();
+}
+
+QString FileRecord::textOrEmpty(const QString &name, qsizetype longest)
+{
+    const QJsonValue value = take(name);
+    if (!value.isString())
+        refuse(QStringLiteral("\"%1\" must be a text.").arg(name));
+    const QString text = value.toString();
+    if (text.size() > longest)
+        refuse(QStringLiteral("\"%1\" is longer than %2 characters.").arg(name).arg(longest));
+    if (!isStorableText(text))
+        refuse(QStringLiteral("\"%1\" has a character that cannot be stored.").arg(name));
+    return text;
+}
+
+QString FileRecord::text(const QString &name, qsizetype longest)
+{
+    const QString text = textOrEmpty(name, longest);
+    if (text.trimmed().isEmpty())
+        refuse(QStringLiteral("\"%1\" is empty.").arg(name));
+    return text;
+}
+
+qint64 FileRecord::integer(const QString &name, qint64 least, qint64 most)
+{
+    const QJsonValue value = take(name);
+    bool ok = value.isDouble();
+    qint64 number = value.toInteger(least - 1);
+    if (value.isString())
+        number = value.toString().toLongLong(&ok);
+    if (!ok || number < least || number > most)
+        refuse(QStringLiteral("\"%1\" must be a whole number from %2 to %3.")
+                   .arg(name)
+                   .arg(least)
+                   .arg(most));
+    return number;
+}
+
+bool FileRecord::boolean(const QString &name)
+{
+    const QJsonValue value = take(name);
+    const QString text = value.toString();
+    if (value.isBool())
+        return value.toBool();
+    if (text != QLatin1String("true") && text != QLatin1String("false"))
+        refuse(QStringLiteral("\"%1\" must be true or false.").arg(name));
+    return text == QLatin1String("true");
+}
+
+std::optional<qint64> FileRecord::timeOrEmpty(const QString &name)
+{
+    const QString text = take(name).toString();
+    if (text.isEmpty())
+        return std::nullopt;
+    const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
+    if (!time.isValid() || time.timeSpec() == Qt::LocalTime)
+        refuse(QStringLiteral("\"%1\" must be a time with its zone like 2026-03-04T15:00:00Z.")
+                   .arg(name));
+    return time.toMSecsSinceEpoch();
+}
+
+QJsonArray FileRecord::list(const QString &name)
+{
+    const QJsonValue value = take(name);
+    if (!value.isArray())
+        refuse(QStringLiteral("\"%1\" must be a list.").arg(name));
+    return value.toArray();
+}
+
+QString FileRecord::guid(const QString &name)
+{
+    constexpr qsizetype length = 36;
+    const QString text = textOrEmpty(name, length);
+    if (text.size() != length || QUuid::fromString(text).isNull())
+        refuse(QStringLiteral("\"%1\" must be a UUID without braces.").arg(name));
+    return text.toLower();
+}
+
+void FileRecord::expectNoMore() const
+{
+    for (auto it = fields.constBegin(); it != fields.constEnd(); ++it) {
+        if (!m_taken.contains(it.key()))
+            refuse(QStringLiteral("\"%1\" is not known.").arg(it.key()));
+    }
+}
+
+} // namespace Zel

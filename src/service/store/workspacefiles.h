@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+#include "service/store/accounts.h"
+#include "service/store/projects.h"
+#include "service/store/workspacefileerror.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace Zel {
+
+/// What a folder of readable files holds, read and checked on its own. References between the files
+/// are checked when it is stored, because they may point to what the database has already.
+class ZEL_EXPORT WorkspaceFiles
+{
+public:
+    struct Membership
+    {
+        qint64 accountId = 0;
+        QString role;
+    };
+
+    struct PersonEntry
+    {
+        FilePlace place;
+        QString login;
+        QString displayName;
+        QString password;
+        QList<Membership> memberships;
+    };
+
+    struct AccountEntry
+    {
+        FilePlace place;
+        Account account;
+    };
+
+    struct TypeEntry
+    {
+        FilePlace place;
+        ProjectKind type;
+        QList<qint64> accountIds;
+    };
+
+    struct ProjectEntry
+    {
+        FilePlace place;
+        qint64 accountId = 0;
+        QString createdByLogin;
+        Project project;
+    };
+
+    QList<AccountEntry> accounts;
+    QList<PersonEntry> people;
+    QList<TypeEntry> types;
+    QList<ProjectEntry> projects;
+
+    /// Reads folders and files. A file is known by its name: accounts.json, people.json,
+    /// project-types.json, projects.csv. In a folder, Markdown and hidden files are passed over;
+    /// any other name throws `WorkspaceFileError`, as every fault in a file does.
+    static WorkspaceFiles read(const QStringList &paths);
+
+private:
+    void readFile(const QString &path);
+    void readAccounts(const QString &path);
+    void readPeople(const QString &path);
+    void readTypes(const QString &path);
+    void readProjects(const QString &path);
+};
+
+} // namespace Zel

@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/workspaceimport.h"
+
+#include "service/store/store.h"
+
+#include <QHash>
+
+namespace Zel {
+
+namespace {
+
+/// The work of one import inside its transaction; made anew when the transaction is repeated.
+class Importer
+{
+public:
+    Importer(Store &store, const WorkspaceFiles &files, const QHash<QString, QString> &newHashes)
+        : m_store(store)
+        , m_files(files)
+        , m_newHashes(newHashes)
+    {
+    }
+
+    QList<ImportCount> run()
+    {
+        m_counts << count(QStringLiteral("accounts"), m_files.accounts, &Importer::takeAccount)
+                 << count(QStringLiteral("people"), m_files.people, &Importer::takePerson)
+                 << count(QStringLiteral("project types"), m_files.types, &Importer::takeType)
+                 << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject);
+        return m_counts;
+    }
+
+private:
+    enum class Outcome
+    {
+        Added,
+        Changed,
+        Unchanged
+    };
+
+    template <class Entry>
+    ImportCount count(const QString &kind, const QList<Entry> &entries,
+                      Outcome (Importer::*take)(const Entry &))
+    {
+        ImportCount result{kind};
+        for (const Entry &entry : entries) {
+            const Outcome outcome = (this->*take)(entry);
+            result.added += outcome == Outcome::Added;
+            result.changed += outcome == Outcome::Changed;
+            result.unchanged += outcome == Outcome::Unchanged;
+        }
+        return result;
+    }
+
+    void expectAccount(qint64 accountId, const FilePlace &place)
+    {
+        if (!m_store.accounts.find(accountId))
+            throw WorkspaceFileError(place,
+                                     QStringLiteral("there is no account %1.").arg(accountId));
+    }
+
+    Outcome takeAccount(const WorkspaceFiles::AccountEntry &entry)
+    {
+        const auto known = m_store.accounts.find(entry.account.accountId);
+        if (known && known->name == entry.account.name)
+            return Outcome::Unchanged;
+        if (known)
+            m_store.accounts.rename(entry.account);
+        else
+            m_store.accounts.add(entry.account);
+        return known ? Outcome::Changed : Outcome::Added;
+    }
+
+    Outcome takePerson(const WorkspaceFiles::PersonEntry &entry)
+    {
+        const auto known = m_store.users.find(entry.login);
+        const QString hash = m_newHashes.value(entry.login);
+        bool changed = false;
+        QString userId;
+        if (known) {
+            userId = known->userId;
+            if (known->displayName != entry.displayName) {
+                m_store.users.changeDisplayName(userId, entry.displayName);
+                changed = true;
+            }
+            if (!hash.isEmpty()) {
+                m_store.users.changePasswordHash(userId, hash);
+                changed = true;
+            }
+        } else {
+            userId = m_store.users.add(entry.login, entry.displayName, hash).userId;
+        }
+        for (const WorkspaceFiles::Membership &membership : entry.memberships) {
+            expectAccount(membership.accountId, entry.place);
+            if (m_store.accounts.role(membership.accountId, userId) == membership.role)
+                continue;
+            m_store.accounts.setRole(membership.accountId, userId, membership.role);
+            changed = true;
+        }
+        if (!known)
+            return Outcome::Added;
+        return changed ? Outcome::Changed : Outcome::Unchanged;
+    }
+
+    Outcome takeType(const WorkspaceFiles::TypeEntry &entry)
+    {
+        int added = 0;
+        int changed = 0;
+        for (const qint64 accountId : entry.accountIds) {
+            expectAccount(accountId, entry.place);
+            const auto known = findType(accountId, entry.type.typeId);
+            if (known && known->name == entry.type.name && known->position == entry.type.position)
+                continue;
+            m_store.projects.storeType(accountId, entry.type);
+            ++(known ? changed : added);
+        }
+        if (added > 0 && added == entry.accountIds.size())
+            return Outcome::Added;
+        return added + changed > 0 ? Outcome::Changed : Outcome::Unchanged;
+    }
+
+    std::optional<ProjectKind> findType(qint64 accountId, const QString &typeId)
+    {
+        const QList<ProjectKind> types = m_store.projects.types(accountId);
+        for (const ProjectKind &type : types) {
+            if (type.typeId == typeId)
+                return type;
+        }
+        return std::nullopt;
+    }
+
+    Outcome takeProject(const WorkspaceFiles::ProjectEntry &entry)
+    {
+        expectAccount(entry.accountId, entry.place);
+        if (!findType(entry.accountId, entry.project.typeId))
+            throw WorkspaceFileError(entry.place,
+                                     QStringLiteral("account %1 has no project type \"%2\".")
+                                         .arg(entry.accountId)
+                                         .arg(entry.project.typeId));
+        const auto creator = m_store.users.find(entry.createdByLogin);
+        if (!creator)
+            throw WorkspaceFileError(
+                entry.place, QStringLiteral("there is no user \"%1\".").arg(entry.createdByLogin));
+        Project project = entry.project;
+        project.createdById = creator->userId;
+        project.createdBy = creator->displayName;
+        const auto known = m_store.projects.find(entry.accountId, project.guid);
+        if (!known) {
+            m_store.projects.add(entry.accountId, project);
+            return Outcome::Added;
+        }
+        if (*known == project)
+            return Outcome::Unchanged;
+        m_store.projects.change(entry.accountId, project);
+        return Outcome::Changed;
+    }
+
+    Store &m_store;
+    const WorkspaceFiles &m_files;
+    const QHash<QString, QString> &m_newHashes;
+    QList<ImportCount> m_counts;
+};
+
+/// Hashes for the people whose password is not yet what the file says. Made before the transaction:
+/// hashing is slow on purpose, and nobody could write meanwhile.
+QHash<QString, QString> newHashes(Store &store, const WorkspaceFiles &files)
+{
+    QHash<QString, QString> result;
+    for (const WorkspaceFiles::PersonEntry &person : files.people) {
+        const auto known = store.users.passwordHash(person.login);
+        if (!known || !store.hasher.verify(*known, person.password))
+            result.insert(person.login, store.hasher.hash(person.password));
+    }
+    return result;
+}
+
+} // namespace
+
+QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files)
+{
+    const QHash<QString, QString> hashes = newHashes(store, files);
+    return store.database.tx([&] { return Importer(store, files, hashes).run(); });
+}
+
+} // namespace Zel

@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+
+namespace Zel {
+class ListView;
+}
+
+namespace Studio {
+
+/// Gives the shown columns of a list the widths a person left them with (twips, 0 for none);
+/// without any, date columns become wide enough for their texts and the first two share what is
+/// left.
+void fitColumns(Zel::ListView &list, const QList<double> &remembered);
+
+/// The present widths; a hidden column keeps what was remembered for it.
+QList<double> columnWidths(const Zel::ListView &list, const QList<double> &remembered);
+
+} // namespace Studio

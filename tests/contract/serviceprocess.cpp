@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/contract/serviceprocess.h"
+
+#include <QDeadlineTimer>
+
+#include <csignal>
+
+#include <sys/prctl.h>
+
+namespace ZelTest {
+
+namespace {
+
+constexpr int startTimeMs = 60'000;
+
+QString programPath()
+{
+    return QStringLiteral(ZEL_BIN_DIR "/zel-service");
+}
+
+} // namespace
+
+ServiceProcess::~ServiceProcess()
+{
+    if (isRunning() && stop() == -1)
+        kill();
+}
+
+QStringList ServiceProcess::sampleWorkspace()
+{
+    return {QStringLiteral(ZEL_SOURCE_DIR "/samples/workspace")};
+}
+
+bool ServiceProcess::fail(const QString &why)
+{
+    m_error = why;
+    return false;
+}
+
+bool ServiceProcess::start()
+{
+    return prepareDatabase() && startAgain();
+}
+
+bool ServiceProcess::prepareDatabase()
+{
+    if (!m_folder.isValid())
+        return fail(QStringLiteral("no temporary folder: ") + m_folder.errorString());
+    if (database.isEmpty())
+        database = m_folder.filePath(QStringLiteral("workspace.db"));
+    QByteArray output;
+    if (runCommand({QStringLiteral("migrate")}, &output) != 0)
+        return fail(QStringLiteral("migrate failed: ") + QString::fromUtf8(output));
+    const QStringList import =
+        QStringList{QStringLiteral("import"), QStringLiteral("--sign-in-cost"),
+                    QStringLiteral("minimal")} +
+        importPaths;
+    if (!importPaths.isEmpty() && runCommand(import, &output) != 0)
+        return fail(QStringLiteral("import failed: ") + QString::fromUtf8(output));
+    return true;
+}
+
+bool ServiceProcess::startAgain()
+{
+    m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    m_process.start(programPath(),
+                    QStringList{QStringLiteral("serve"), QStringLiteral("--database"), database,
+                                QStringLiteral("--listen"),
+                                QStringLiteral("127.0.0.1:%1").arg(m_port),
+                                QStringLiteral("--sign-in-cost"), QStringLiteral("minimal")} +
+                        arguments);
+    const QByteArray prefix = "listening on http://127.0.0.1:";
+    QByteArray line;
+    const QDeadlineTimer deadline(startTimeMs);
+    while (!line.endsWith('\n')) {
+        if (deadline.hasExpired() || (!isRunning() && m_process.bytesAvailable() == 0)) {
+            kill();
+            return fail(QStringLiteral("serve does not start: ") + QString::fromUtf8(line + log()));
+        }
+        m_process.waitForReadyRead(100);
+        line += m_process.readLine();
+    }
+    m_port = line.startsWith(prefix) ? line.mid(prefix.size()).trimmed().toUShort() : 0;
+    return m_port != 0 || fail(QStringLiteral("serve said: ") + QString::fromUtf8(line));
+}
+
+void ServiceProcess::terminate()
+{
+    if (isRunning())
+        ::kill(static_cast<pid_t>(m_process.processId()), SIGTERM);
+}
+
+int ServiceProcess::stop()
+{
+    terminate();
+    return waitForEnd();
+}
+
+int ServiceProcess::waitForEnd(int milliseconds)
+{
+    if (isRunning() && !m_process.waitForFinished(milliseconds))
+        return -1;
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+void ServiceProcess::kill()
+{
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+QByteArray ServiceProcess::log()
+{
+    if (isRunning())
+        m_process.waitForReadyRead(0);
+    m_log += m_process.readAllStandardError();
+    return m_log;
+}
+
+int ServiceProcess::runCommand(const QStringList &commandLine, QByteArray *output)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(programPath(), commandLine + QStringList{QStringLiteral("--database"), database});
+    process.closeWriteChannel();
+    const bool ended = process.waitForFinished(startTimeMs);
+    if (output)
+        *output = process.readAll();
+    return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+} // namespace ZelTest

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+namespace ZelTest {
+
+/// The real `zel-service`, run as a child process on a free loopback port over a fresh workspace,
+/// with the least hashing cost. It ends with this object, and with this process even when that
+/// crashes.
+class ServiceProcess
+{
+public:
+    ServiceProcess() = default;
+    ~ServiceProcess();
+    ServiceProcess(const ServiceProcess &) = delete;
+    ServiceProcess &operator=(const ServiceProcess &) = delete;
+
+    /// What is taken in before it serves: folders and files. The sample workspace unless changed.
+    QStringList importPaths = sampleWorkspace();
+    /// The database: empty for a SQLite file of its own, or a fresh one of `PostgresServer`.
+    QString database;
+    /// Further arguments of `serve`.
+    QStringList arguments;
+
+    /// The folder of the sample workspace that comes with the sources.
+    static QStringList sampleWorkspace();
+
+    /// Migrates, imports and serves; false when that fails: see `error`.
+    bool start();
+    /// Serves what is in the database already, on the same port when there was one.
+    bool startAgain();
+
+    QString error() const { return m_error; }
+
+    /// Where it answers: "http://127.0.0.1:PORT".
+    QString address() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
+
+    quint16 port() const { return m_port; }
+
+    qint64 processId() const { return m_process.processId(); }
+
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+
+    /// Asks it to stop (SIGTERM) and waits; returns its exit code, -1 when it did not end in order.
+    int stop();
+    /// Ends it at once (SIGKILL).
+    void kill();
+    /// Asks it to stop and does not wait.
+    void terminate();
+    /// Waits until it has ended; returns its exit code, -1 when it did not end in order.
+    int waitForEnd(int milliseconds = 30'000);
+
+    /// What it has written to standard error so far.
+    QByteArray log();
+
+    /// Runs one command of `zel-service` on this database to its end; returns the exit code. What
+    /// it wrote, both channels, is left in `output`.
+    int runCommand(const QStringList &commandLine, QByteArray *output = nullptr);
+
+private:
+    bool prepareDatabase();
+    bool fail(const QString &why);
+
+    QTemporaryDir m_folder;
+    QProcess m_process;
+    QByteArray m_log;
+    quint16 m_port = 0;
+    QString m_error;
+};
+
+} // namespace ZelTest
