@@ -134,6 +134,10 @@ void DatabaseTest::bringsEveryTypeBackAsItWent_data()
     QTest::newRow("astral and combining")
         << QString::fromUtf8("😀 Ä A\u0308 日本 \u2028") << qint64(999999999999) << true
         << QByteArray::fromHex("00ff5c27");
+    QTest::newRow("byte order marks")
+        << QStringLiteral("\ufeff\ufeffa\ufeff") << qint64(8) << true << QByteArray("\xef\xbb\xbf");
+    QTest::newRow("byte order mark alone")
+        << QStringLiteral("\ufeff") << qint64(9) << true << QByteArray("\xff\xfe");
     QTest::newRow("least 64-bit number")
         << "x" << std::numeric_limits<qint64>::min() << true << QByteArray("x");
 }
@@ -208,6 +212,8 @@ void DatabaseTest::refusesTextsThatCannotBeStored()
 {
     QVERIFY_THROWS_EXCEPTION(std::invalid_argument, SqlValue(QStringLiteral("a\0b")));
     QVERIFY_THROWS_EXCEPTION(std::invalid_argument, SqlValue(QString(QChar(0xd800))));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, SqlValue(QString(QChar(0xfffe))));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, SqlValue(QStringLiteral("a\uffff")));
 }
 
 void DatabaseTest::refusesTheWrongNumberOfValues()

@@ -36,11 +36,24 @@ QIcon faded(const QIcon &icon, const QSize &size, const QWidget *widget)
 {
     if (icon.isNull())
         return icon;
-    QPixmap picture = icon.pixmap(size, widget ? widget->devicePixelRatioF() : 1.0);
+    const QPixmap whole = icon.pixmap(size, widget ? widget->devicePixelRatioF() : 1.0);
+    QPixmap picture(whole.size());
+    picture.setDevicePixelRatio(whole.devicePixelRatio());
+    picture.fill(Qt::transparent);
     QPainter painter(&picture);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.fillRect(picture.rect(), QColor(0, 0, 0, 120));
+    painter.setOpacity(0.5);
+    painter.drawPixmap(0, 0, whole);
+    painter.end();
     return QIcon(picture);
+}
+
+void paintCheckBox(QPainter *painter, const QStyleOptionViewItem &cell)
+{
+    const QStyle *style = styleOf(cell);
+    QStyleOptionViewItem box = cell;
+    box.rect = style->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, cell.widget);
+    box.state |= cell.checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+    style->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, painter, cell.widget);
 }
 
 /// The text on at most two lines of the width, the second shortened, with a line separator between.
@@ -139,6 +152,8 @@ void ListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 
     // The contents lie on the ground painted just now. To the style they are not selected: it would
     // paint the ground again, and tint the icons, which for thumbnails is wrong.
+    ListLooks::outlineCheckBoxes(cell.palette);
+    const QPalette unselected = cell.palette;
     if (selected) {
         const bool active = cell.state & QStyle::State_Active;
         const auto group = active ? QPalette::Active : QPalette::Inactive;
@@ -149,9 +164,13 @@ void ListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         cell.icon = faded(cell.icon, cell.decorationSize, cell.widget);
     cell.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
     cell.backgroundBrush = Qt::NoBrush;
-    ListLooks::outlineCheckBoxes(cell.palette);
     cell.rect = contents(option);
     style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, option.widget);
+    if (selected && (cell.features & QStyleOptionViewItem::HasCheckIndicator)) {
+        // The mark in the box is drawn in the colour of the text, which was that of a selected one.
+        cell.palette = unselected;
+        paintCheckBox(painter, cell);
+    }
 }
 
 bool ListDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,

@@ -45,6 +45,7 @@ ListReportView::ListReportView(ListModel *model, QWidget *parent)
     , m_delegate(new ListDelegate(model, this))
 {
     setHeader(new ListHeader(this));
+    header()->setSectionsClickable(true);
     setUp(this, model, m_delegate);
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -88,7 +89,9 @@ void ListReportView::drawRow(QPainter *painter, const QStyleOptionViewItem &opti
     // A single selected line needs no frame to be found.
     if ((line.state & QStyle::State_Selected) && selectionMode() == SingleSelection)
         return;
-    line.rect.setWidth(std::min(header()->length() - header()->offset(), viewport()->width()));
+    const int width = std::min(header()->length() - header()->offset(), viewport()->width());
+    const int left = isRightToLeft() ? viewport()->width() - width : 0;
+    line.rect = QRect(left, option.rect.top(), width, option.rect.height());
     ListLooks::paintFocusFrame(painter, line.rect, line);
 }
 

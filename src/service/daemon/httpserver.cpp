@@ -54,8 +54,6 @@ constexpr std::size_t readBufferBytes = 64 * 1024;
 /// is not lost to a reset.
 constexpr std::chrono::milliseconds lingerTime{2000};
 constexpr std::size_t lingerBytes = 4 * 1024 * 1024;
-constexpr std::size_t longestWorkerQueue = 1024;
-constexpr std::size_t longestSignInQueue = 64;
 
 QByteArray bytes(boost::beast::string_view text)
 {
@@ -467,9 +465,9 @@ void HttpServer::Private::listen()
     const unsigned processors = std::max(1U, std::thread::hardware_concurrency());
     const auto count =
         options.workers > 0 ? static_cast<unsigned>(options.workers) : std::max(8U, 2 * processors);
-    workers = std::make_unique<WorkerPool>(count, longestWorkerQueue);
+    workers = std::make_unique<WorkerPool>(count, options.limits.workerQueue);
     signInWorkers = std::make_unique<WorkerPool>(static_cast<std::size_t>(options.signInWorkers),
-                                                 longestSignInQueue);
+                                                 options.limits.signInQueue);
     asio::co_spawn(m_acceptor.get_executor(), acceptAll(), asio::detached);
     for (int i = 0; i < options.ioThreads; ++i)
         m_threads.emplace_back([this] { context.run(); });

@@ -130,7 +130,7 @@ void SqlConnection::openPostgres(const DatabaseAddress &address)
     }
     run(QStringLiteral("SET statement_timeout = '30s'"));
     run(QStringLiteral("SET idle_in_transaction_session_timeout = '60s'"));
-    run(QStringLiteral("SET client_min_messages = warning"));
+    run(QStringLiteral("SET client_min_messages = error"));
     // A write outside of a transaction is refused: it could not be retried.
     run(QStringLiteral("SET default_transaction_read_only = on"));
 }

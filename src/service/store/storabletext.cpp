@@ -2,11 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/storabletext.h"
 
+#include <algorithm>
+
 namespace Zel {
 
 bool isStorableText(QStringView text)
 {
-    return !text.contains(QChar(u'\0')) && text.isValidUtf16();
+    const bool plain = std::none_of(text.begin(), text.end(), [](QChar c) {
+        return c == QChar(0) || c == QChar(0xfffe) || c == QChar(0xffff);
+    });
+    return plain && text.isValidUtf16();
 }
 
 QString foldedKey(const QString &text)

@@ -8,8 +8,8 @@
 
 namespace Zel {
 
-/// Whether a text comes back from both databases as it went in: U+0000 would cut it, and half a
-/// surrogate pair has no UTF-8 form.
+/// Whether a text comes back from both databases as it went in: U+0000 would cut it, half a surrogate
+/// pair has no UTF-8 form, and SQLite reads the two non-characters U+FFFE and U+FFFF back as U+FFFD.
 ZEL_EXPORT bool isStorableText(QStringView text);
 
 /// The key by which names are ordered and compared: compatibility forms unified (NFKC) and case
