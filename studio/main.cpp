@@ -24,8 +24,8 @@ void doWithoutScreen(int argc, char **argv)
         qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
     const bool isTalk = std::any_of(argv + 1, argv + argc, [](const char *argument) {
         const QByteArrayView option(argument);
-        return option.startsWith("--tour") || option == "--help" || option == "-h"
-            || option == "--version" || option == "-v";
+        return option.startsWith("--tour") || option == "--help" || option == "-h" ||
+               option == "--version" || option == "-v";
     });
     if (isTalk && !hasScreen && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");

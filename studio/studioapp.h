@@ -52,7 +52,11 @@ public:
 
 private:
     void startOwnService();
+    void watchOwnService();
+    void startInBackground();
     void ownServiceReady();
+    /// Whether people sign in here and not to a server they have named.
+    bool usesOwnService() const;
     Problem stoppedProblem(const QString &details) const;
 
     Options m_options;

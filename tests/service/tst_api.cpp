@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QUuid>
 
+#include <array>
+#include <atomic>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -78,15 +80,26 @@ private slots:
     {
         TestCase::init();
         QFETCH_GLOBAL(bool, postgres);
-        if (!m_api || m_dirty || m_onPostgres != postgres) {
-            m_api.reset();
-            m_api = std::make_unique<ApiFixture>(m_databases.fresh(postgres));
-        }
-        m_onPostgres = postgres;
+        std::unique_ptr<ApiFixture> &kept = m_kept[postgres ? 1 : 0];
+        if (!kept)
+            kept = std::make_unique<ApiFixture>(m_databases.fresh(postgres));
+        m_api = kept.get();
         m_dirty = false;
     }
 
-    void cleanupTestCase() { m_api.reset(); }
+    void cleanup()
+    {
+        QFETCH_GLOBAL(bool, postgres);
+        m_api = nullptr;
+        if (m_dirty)
+            m_kept[postgres ? 1 : 0].reset();
+    }
+
+    void cleanupTestCase()
+    {
+        for (auto &kept : m_kept)
+            kept.reset();
+    }
 
     void answersThatItIsWell();
     void givesEveryProblemTheSameForm();
@@ -136,9 +149,9 @@ private:
     void changesData() { m_dirty = true; }
 
     ZelTest::TestDatabases m_databases;
-    std::unique_ptr<ApiFixture> m_api;
+    std::array<std::unique_ptr<ApiFixture>, 2> m_kept; ///< for SQLite and for PostgreSQL
+    ApiFixture *m_api = nullptr;
     bool m_dirty = false;
-    bool m_onPostgres = false;
 };
 
 void ApiTest::answersThatItIsWell()
