@@ -104,7 +104,7 @@ QMenu *MainWindow::makeAccountMenu()
     connect(leave, &QAction::triggered, this, &MainWindow::signOut);
     QAction *quit = menu->addAction(tr("&Quit"));
     quit->setObjectName(QStringLiteral("quit"));
-    quit->setShortcut(QKeySequence::Quit);
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q)); // Qt's own has no key on some desktops
     addAction(quit); // the shortcut works while nobody is signed in, too
     connect(quit, &QAction::triggered, this, &QWidget::close);
     return menu;

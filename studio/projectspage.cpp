@@ -90,6 +90,7 @@ void ProjectsPage::build()
 {
     m_projects = new ProjectList(this);
     m_projects->setObjectName(QStringLiteral("projects"));
+    m_projects->setAccessibleName(title());
     m_list = m_projects->findChild<Zel::ListView *>(QStringLiteral("projectList"));
     m_details = new ProjectDetails(this);
     m_count = new QLabel(this);
@@ -108,7 +109,6 @@ void ProjectsPage::build()
     column->addWidget(makeHeader());
     column->addWidget(split, 1);
     column->addWidget(m_count);
-    setFocusProxy(m_list);
     Zel::setTabChain({m_type, m_filter, m_columns, m_refresh, m_projects, m_details});
 }
 
@@ -341,6 +341,12 @@ void ProjectsPage::checkPublished()
 void ProjectsPage::applyColors()
 {
     setOwnColor(m_count, QPalette::WindowText, mutedText(QApplication::palette()));
+}
+
+void ProjectsPage::focusInEvent(QFocusEvent *)
+{
+    // A focus proxy would make the page a stop of the Tab key as well.
+    m_list->setFocus(Qt::OtherFocusReason);
 }
 
 void ProjectsPage::changeEvent(QEvent *event)

@@ -95,6 +95,7 @@ QWidget *SignInPage::makeCard()
     card->setFixedWidth(CardWidth);
     m_login = new Login(card);
     m_login->setObjectName(QStringLiteral("signIn"));
+    m_login->setAccessibleName(tr("Sign in"));
     m_server = part<QLineEdit>("qxUrl");
     m_user = part<QLineEdit>("qxUserName");
     m_password = part<QLineEdit>("qxPassword");

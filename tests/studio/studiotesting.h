@@ -79,7 +79,7 @@ inline void chooseFromMenu(const QWidget &root, const char *button, const QStrin
                 break;
             QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
             isChosen = name == actions.constLast();
-            if (subMenu)
+            if (subMenu && QTest::qWaitFor([subMenu] { return subMenu->isVisible(); }))
                 menu = subMenu;
         }
         tool->menu()->close();
@@ -87,6 +87,9 @@ inline void chooseFromMenu(const QWidget &root, const char *button, const QStrin
     timer.start(0);
     QTest::mouseClick(tool, Qt::LeftButton);
     QVERIFY2(isChosen, button);
+    // The platform without a screen has no window manager to do so.
+    root.window()->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(root.window()));
 }
 
 } // namespace StudioTesting

@@ -124,8 +124,8 @@ private slots:
         click(f.page, "refreshButton");
         QCOMPARE(f.client.takeCalls(), QStringList{QStringLiteral("getProjectList(\"webcast\")")});
         f.list->setFocus();
-        press(Qt::Key_F5);
-        QCOMPARE(f.client.takeCalls(), QStringList{QStringLiteral("getProjectList(\"webcast\")")});
+        press(Qt::Key_F5); // the button looks pressed for a moment first
+        QTRY_COMPARE(f.client.calls(), QStringList{QStringLiteral("getProjectList(\"webcast\")")});
     }
 
     void refreshKeepsSelectionAndSorting()
