@@ -43,6 +43,17 @@ public:
     /// Published state by guid; a guid that is not in it is not published.
     QHash<QString, bool> published;
     QList<QXSC::ProjectType> types;
+    QXSC::AssetFolderCollectionPtr assetFolders = std::make_shared<QXSC::AssetFolderCollection>();
+    /// Assets by folder; a folder that is not in it answers an empty collection.
+    QHash<qint16, QXSC::AssetCollectionPtr> folderAssets;
+    /// What `CreateAsset` returns.
+    QString createdAsset = QStringLiteral("new-asset");
+    /// What `CreateAssetFolder` returns.
+    qint16 createdFolder = 0;
+    QHash<qint16, QString> folderPermissions;
+    QHash<QString, QString> assetValues;
+    /// Percentages reported for each file of `CreateAsset`, in order.
+    QList<qint32> uploadProgress{0, 50, 100};
 
     /// Called with the text of each call.
     std::function<void(const QString &call)> atCall;
@@ -65,6 +76,19 @@ public:
     void getProjectList(const QString &projectType, QXSC::ProjectCollectionPtr &result) override;
     void isProjectPublished(const QString &guid, const QString &reserved, bool &result) override;
 
+    QXSC::AssetFolderCollectionPtr GetAssetFolders(qint16 parentId) override;
+    void GetFolderAssets(qint16 folderId, const QString &nameFilter, const QString &formats,
+                         qint32 first, qint32 count, QXSC::AssetCollectionPtr &assets) override;
+    QString CreateAsset(const QString &name, const QString &description, qint16 folderId,
+                        const QXSC::AssetFileCollectionPtr &files, const QString &keywords,
+                        const QString &reserved,
+                        const QXSC::AssetFileCollectionPtr &dependencies) override;
+    qint16 CreateAssetFolder(qint16 parentId, const QString &name) override;
+    QString GetFolderPermissions(qint16 folderId) override;
+    void DeleteAssetFolder(qint16 folderId) override;
+    void DeleteAsset(const QString &guid) override;
+    QString GetAssetValue(const QString &guid) override;
+
     QList<QXSC::ProjectType> projectTypes() override;
     QXSC::ProjectRecordPtr createProject(const QXSC::NewProject &project) override;
     void signOut() override;
@@ -80,6 +104,13 @@ private:
 
 /// A collection of accounts.
 ZEL_EXPORT QXSC::AccountCollectionPtr accountList(const QList<QXSC::AccountRecord> &accounts);
+
+/// A collection of folders.
+ZEL_EXPORT QXSC::AssetFolderCollectionPtr
+assetFolderList(const QList<QXSC::AssetFolderRecord> &folders);
+
+/// A collection of assets.
+ZEL_EXPORT QXSC::AssetCollectionPtr assetList(const QList<QXSC::AssetRecord> &assets);
 
 /// A collection of projects.
 ZEL_EXPORT QXSC::ProjectCollectionPtr projectList(const QList<QXSC::ProjectRecord> &projects);

@@ -8,6 +8,7 @@ namespace QXSC {
 
 SessionOperations::~SessionOperations() = default;
 ProjectOperations::~ProjectOperations() = default;
+AssetOperations::~AssetOperations() = default;
 StudioService::~StudioService() = default;
 
 ServiceClient::ServiceClient(QObject *parent)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "common/contract/assetoperations.h"
 #include "common/contract/projectoperations.h"
 #include "common/contract/serviceerror.h"
 #include "common/contract/sessionoperations.h"
@@ -15,13 +16,22 @@ namespace QXSC {
 ///
 /// Every operation is synchronous: it returns with the answer or throws `ServiceError`. No user
 /// input is handled and no timer fires on the calling thread meanwhile.
-class ZEL_EXPORT ServiceClient : public QObject, public SessionOperations, public ProjectOperations
+class ZEL_EXPORT ServiceClient : public QObject,
+                                 public SessionOperations,
+                                 public ProjectOperations,
+                                 public AssetOperations
 {
     Q_OBJECT
 
 public:
     explicit ServiceClient(QObject *parent = nullptr);
     ~ServiceClient() override;
+
+signals:
+    /// How far the upload of a file is, 0 to 100; raised on the calling thread during
+    /// `CreateAsset`, never going back, 100 once at the end of each file. `filename` is its local
+    /// path.
+    void CreateAssetFileProgress(qint32 percentComplete, const QString &filename);
 };
 
 } // namespace QXSC
