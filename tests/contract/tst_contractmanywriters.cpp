@@ -69,7 +69,7 @@ void TestContractManyWriters::everyProjectIsMadeOnce()
             made.insert(project->guid);
         }
     });
-    QCOMPARE(failures, QStringList());
+    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char(10))));
     QCOMPARE(made.size(), writers * each);
     const auto projects = projectsOf(*reader, session);
     QCOMPARE(projects->count(), before + writers * each);
@@ -91,7 +91,7 @@ void TestContractManyWriters::theSameProjectIsMadeOnce()
             const QMutexLocker lock(&mutex);
             answers.insert(textOf(*answer));
         });
-        QCOMPARE(failures, QStringList());
+        QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char(10))));
         QCOMPARE(answers.size(), 1); // to the millisecond of its making
         QCOMPARE(projectsOf(*reader, session)->count(), before + 1);
     }
@@ -114,7 +114,7 @@ void TestContractManyWriters::oneOfSeveralOfTheSameGuidIsMade()
             winners << project.name;
         conflicts += failure == QLatin1String("Conflict/conflict");
     });
-    QCOMPARE(failures, QStringList());
+    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char(10))));
     QCOMPARE(winners.size(), 1);
     QCOMPARE(conflicts, writers - 1);
     const auto found = withGuid(projectsOf(*reader, session), guid);
@@ -135,7 +135,7 @@ void TestContractManyWriters::sessionsOfOnePersonDoNotGetInEachOthersWay()
                 throw std::runtime_error("the session goes on");
         }
     });
-    QCOMPARE(failures, QStringList());
+    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char(10))));
 }
 
 ZEL_TEST_MAIN(TestContractManyWriters)
