@@ -71,7 +71,7 @@ void StudioApp::watchOwnService()
 {
     connect(m_service.get(), &EmbeddedService::ready, this, &StudioApp::ownServiceReady);
     connect(m_service.get(), &EmbeddedService::failed, this, [this](const Problem &problem) {
-        m_window->signInPage()->setStarting(false);
+        letPeopleIn(); // a server elsewhere can still be named
         m_errors.report(problem, [this] { startInBackground(); });
     });
     connect(m_service.get(), &EmbeddedService::ended, this, [this] {
@@ -106,9 +106,15 @@ Problem StudioApp::stoppedProblem(const QString &details) const
 void StudioApp::ownServiceReady()
 {
     m_client.setDefaultServer(m_service->address());
+    letPeopleIn();
+}
+
+void StudioApp::letPeopleIn()
+{
+    if (m_client.isSignedIn())
+        return;
     m_window->signInPage()->setStarting(false);
-    if (!m_client.isSignedIn())
-        m_window->signInPage()->open(&m_client);
+    m_window->signInPage()->open(&m_client);
 }
 
 } // namespace Studio

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/contract/recordtext.h"
+
+#include <QStringList>
+
+namespace ZelTest {
+
+namespace {
+
+QString textOf(bool has, const QDateTime &date)
+{
+    // Made from the milliseconds, so that it does not depend on the local zone.
+    return has ? QDateTime::fromMSecsSinceEpoch(date.toMSecsSinceEpoch(), Qt::UTC)
+                     .toString(Qt::ISODateWithMs)
+               : QStringLiteral("-");
+}
+
+} // namespace
+
+QString oneLine(const QString &text)
+{
+    QString line = text;
+    line.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    line.replace(QLatin1Char('\n'), QLatin1String("\\n"));
+    line.replace(QLatin1Char('\r'), QLatin1String("\\r"));
+    line.replace(QLatin1Char('|'), QLatin1String("\\b"));
+    return line;
+}
+
+QString textOf(const QXSC::ProjectRecord &project)
+{
+    return QStringList{project.guid,
+                       oneLine(project.name),
+                       oneLine(project.description),
+                       textOf(project.hasCreated, project.created),
+                       textOf(project.hasModified, project.modified),
+                       oneLine(project.createdBy),
+                       textOf(project.hasEventDate, project.eventDate),
+                       project.published ? QStringLiteral("published")
+                                         : QStringLiteral("not published")}
+        .join(QLatin1String(" | "));
+}
+
+} // namespace ZelTest
