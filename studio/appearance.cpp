@@ -5,9 +5,9 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
-#include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QWidget>
 
 #include <array>
 
@@ -27,6 +27,7 @@ constexpr Scheme darkScheme{0xff1f2228, 0xff17191d, 0xff1c1f24, 0xffe6e8eb, 0xff
 
 constexpr double MutedShare = 0.38;
 constexpr double DisabledShare = 0.55;
+constexpr QRgb AlarmColor = 0xffc8372d;
 
 QPalette paletteOf(const Scheme &scheme)
 {
@@ -126,6 +127,23 @@ QColor mixed(const QColor &first, const QColor &second, double share)
 QColor mutedText(const QPalette &palette)
 {
     return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), MutedShare);
+}
+
+void setOwnColor(QWidget *widget, QPalette::ColorRole role, const QColor &color)
+{
+    QPalette own;
+    own.setColor(role, color);
+    widget->setPalette(own);
+}
+
+QColor alarmColor()
+{
+    return QColor(AlarmColor);
+}
+
+QColor alarmText(const QPalette &palette)
+{
+    return mixed(alarmColor(), palette.color(QPalette::WindowText), isDark(palette) ? 0.45 : 0.1);
 }
 
 } // namespace Studio

@@ -8,9 +8,7 @@
 #include <functional>
 #include <stdexcept>
 
-class QAction;
 class QMenu;
-class QToolButton;
 
 namespace Studio {
 
@@ -47,6 +45,12 @@ public:
         return *found;
     }
 
+    bool isShown(const QString &name) const
+    {
+        const auto *widget = m_window.findChild<QWidget *>(name);
+        return widget && widget->isVisible();
+    }
+
     void click(const QString &name);
     void clickAt(QWidget &widget, const QPoint &position);
     /// Replaces the text of an input box by typing.
@@ -58,12 +62,14 @@ public:
 
     /// Lets events be handled until the condition holds; a failure after ten seconds.
     void waitFor(const QString &what, const std::function<bool()> &condition);
-    void expect(bool condition, const QString &what);
+    static void expect(bool condition, const QString &what);
 
     /// Takes a picture of the window and of a menu open over it.
     void shoot(const QString &caption);
 
 private:
+    static void chooseFrom(QMenu &menu, const QString &action, const std::function<void()> &atMenu);
+
     QWidget &m_window;
     QString m_folder;
     QString m_part;

@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QUuid>
 
+#include <array>
+#include <atomic>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -27,7 +29,7 @@ const QString tomas = QStringLiteral("tomas");
 const QString ines = QStringLiteral("ines");
 const QByteArray newGuid = "0f8fad5b-d9cb-469f-a165-70867728950e";
 const QByteArray knownGuid =
-    "2f2879d9-b497-5448-b567-8c3c7297dad4"; // of Nordlicht Media, published
+    "2f2879d9-b497-5448-b567-8c3c7297dad4"; // of Brightwater Media, published
 
 QJsonArray rowsOf(const HttpReply &reply)
 {
@@ -78,15 +80,26 @@ private slots:
     {
         TestCase::init();
         QFETCH_GLOBAL(bool, postgres);
-        if (!m_api || m_dirty || m_onPostgres != postgres) {
-            m_api.reset();
-            m_api = std::make_unique<ApiFixture>(m_databases.fresh(postgres));
-        }
-        m_onPostgres = postgres;
+        std::unique_ptr<ApiFixture> &kept = m_kept[postgres ? 1 : 0];
+        if (!kept)
+            kept = std::make_unique<ApiFixture>(m_databases.fresh(postgres));
+        m_api = kept.get();
         m_dirty = false;
     }
 
-    void cleanupTestCase() { m_api.reset(); }
+    void cleanup()
+    {
+        QFETCH_GLOBAL(bool, postgres);
+        m_api = nullptr;
+        if (m_dirty)
+            m_kept[postgres ? 1 : 0].reset();
+    }
+
+    void cleanupTestCase()
+    {
+        for (auto &kept : m_kept)
+            kept.reset();
+    }
 
     void answersThatItIsWell();
     void givesEveryProblemTheSameForm();
@@ -136,9 +149,9 @@ private:
     void changesData() { m_dirty = true; }
 
     ZelTest::TestDatabases m_databases;
-    std::unique_ptr<ApiFixture> m_api;
+    std::array<std::unique_ptr<ApiFixture>, 2> m_kept; ///< for SQLite and for PostgreSQL
+    ApiFixture *m_api = nullptr;
     bool m_dirty = false;
-    bool m_onPostgres = false;
 };
 
 void ApiTest::answersThatItIsWell()
@@ -322,10 +335,10 @@ void ApiTest::listsTheAccountsOfTheUser()
         return m_api->call("GET", "/v1/accounts", m_api->token(user)).body;
     };
     QCOMPARE(accounts(maja),
-             QByteArray(R"({"accounts":[{"accountID":1002,"accountName":"Harbour Learning"},)"
-                        R"({"accountID":1001,"accountName":"Nordlicht Media"}]})"));
+             QByteArray(R"({"accounts":[{"accountID":1001,"accountName":"Brightwater Media"},)"
+                        R"({"accountID":1002,"accountName":"Harbour Learning"}]})"));
     QCOMPARE(accounts(tomas),
-             QByteArray(R"({"accounts":[{"accountID":1001,"accountName":"Nordlicht Media"}]})"));
+             QByteArray(R"({"accounts":[{"accountID":1001,"accountName":"Brightwater Media"}]})"));
     QCOMPARE(accounts(ines), QByteArray(R"({"accounts":[]})"));
 }
 

@@ -42,6 +42,14 @@ double luminance(const QColor &colour)
            0.0722 * linear(colour.blueF());
 }
 
+/// The colour at a point in device-independent pixels, on screens of any scale.
+QColor colourAt(const QImage &image, const QPoint &at)
+{
+    const double scale = image.devicePixelRatio();
+    return image.pixelColor(static_cast<int>((at.x() + 0.5) * scale),
+                            static_cast<int>((at.y() + 0.5) * scale));
+}
+
 /// The contrast of two colours as the accessibility guidelines count it, 1 to 21.
 double contrast(const QColor &a, const QColor &b)
 {
@@ -61,7 +69,7 @@ class TestListLooks : public ZelTest::TestCase
 
     QImage picture() const { return m_list->viewport()->grab().toImage(); }
 
-    QColor pixel(const QPoint &at) const { return picture().pixelColor(at); }
+    QColor pixel(const QPoint &at) const { return colourAt(picture(), at); }
 
     /// Inside the text of a cell that begins with `solid`.
     QColor textColour(qsizetype row, int column = 0, int indent = 0) const
@@ -125,7 +133,7 @@ private slots:
         m_list->setEmptyText(solid);
         QCOMPARE(m_list->emptyText(), solid);
         const QColor middle = pixel(m_list->viewport()->rect().center());
-        QVERIFY(middle != blank.pixelColor(blank.rect().center()));
+        QVERIFY(middle != colourAt(blank, m_list->viewport()->rect().center()));
         QVERIFY(contrast(middle, Qt::white) > 1.5);
         QVERIFY(contrast(middle, Qt::white) < contrast(Qt::black, Qt::white));
         m_list->setRowFilter({});
@@ -281,7 +289,7 @@ private slots:
         const QRect cell = m_list->cellRect(0);
         double best = 1;
         for (int x = cell.left(); x < cell.left() + 22; ++x)
-            best = std::max(best, contrast(image.pixelColor(x, cell.center().y()),
+            best = std::max(best, contrast(colourAt(image, {x, cell.center().y()}),
                                            darkPalette().color(QPalette::Base)));
         QVERIFY2(best >= 3, qPrintable(QString::number(best)));
     }
@@ -298,7 +306,7 @@ private slots:
             double best = 1;
             for (int x = cell.left() + 9; x < cell.left() + 16; ++x) {
                 for (int y = cell.center().y() - 3; y <= cell.center().y() + 3; ++y)
-                    best = std::max(best, contrast(image.pixelColor(x, y), Qt::white));
+                    best = std::max(best, contrast(colourAt(image, {x, y}), Qt::white));
             }
             return best;
         };
@@ -318,9 +326,9 @@ private slots:
         click(*m_list, 2, 1);
         QCOMPARE(clicks.size(), 1);
         const QImage image = header(*m_list)->grab().toImage();
-        const int middle = image.height() / 2;
-        QCOMPARE(image.pixelColor(8, middle),
-                 image.pixelColor(header(*m_list)->sectionViewportPosition(1) + 8, middle));
+        const int middle = header(*m_list)->height() / 2;
+        QCOMPARE(colourAt(image, {8, middle}),
+                 colourAt(image, {header(*m_list)->sectionViewportPosition(1) + 8, middle}));
     }
 
     void theCurrentLineOfSeveralHasAFrame()
@@ -351,8 +359,8 @@ private slots:
         QVERIFY(head->length() < head->width() - 20);
         const QImage image = head->grab().toImage();
         const int middle = head->height() / 2;
-        QCOMPARE(image.pixelColor(head->width() - 8, middle),
-                 image.pixelColor(head->length() - 8, middle));
+        QCOMPARE(colourAt(image, {head->width() - 8, middle}),
+                 colourAt(image, {head->length() - 8, middle}));
     }
 };
 
