@@ -113,6 +113,12 @@ void drawFrame(const QStyleOption &option, QPainter *painter)
     painter->restore();
 }
 
+bool hasTextBesideIcon(const QStyleOption *option)
+{
+    const auto *tool = qstyleoption_cast<const QStyleOptionToolButton *>(option);
+    return tool && tool->toolButtonStyle == Qt::ToolButtonTextBesideIcon;
+}
+
 bool hasFrame(const QStyleOption *option)
 {
     const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
@@ -168,10 +174,9 @@ void StudioStyle::drawControl(ControlElement element, const QStyleOption *option
         QProxyStyle::drawControl(element, &label, painter, widget);
         return;
     }
-    const auto *tool = qstyleoption_cast<const QStyleOptionToolButton *>(option);
-    if (element == CE_ToolButtonLabel && tool &&
-        tool->toolButtonStyle == Qt::ToolButtonTextBesideIcon) {
-        QStyleOptionToolButton label = *tool; // which would begin at the edge
+    if (element == CE_ToolButtonLabel && hasTextBesideIcon(option)) {
+        // It would begin at the edge.
+        QStyleOptionToolButton label = *static_cast<const QStyleOptionToolButton *>(option);
         label.rect.adjust(MoreWidth / 2, 0, 0, 0);
         QProxyStyle::drawControl(element, &label, painter, widget);
         return;
@@ -184,9 +189,10 @@ QSize StudioStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
 {
     const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     switch (type) {
+    case CT_ToolButton:
+        return size + QSize(hasTextBesideIcon(option) ? MoreWidth : 0, MoreHeight);
     case CT_LineEdit:
     case CT_PushButton:
-    case CT_ToolButton:
     case CT_ComboBox:
         return size + QSize(MoreWidth, MoreHeight);
     case CT_MenuItem:
