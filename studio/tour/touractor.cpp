@@ -20,7 +20,7 @@ namespace Studio {
 
 namespace {
 
-constexpr int Patience = 10000; // milliseconds
+constexpr int Patience = 60000; // milliseconds: machines may be busy
 constexpr int MenuDelay = 150;
 
 QString fileName(int number, const QString &part, const QString &caption)
