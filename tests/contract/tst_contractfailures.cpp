@@ -10,6 +10,8 @@
 
 #include <csignal>
 
+#include <sys/wait.h>
+
 using namespace ZelTest;
 using namespace std::chrono_literals;
 
@@ -19,7 +21,7 @@ using Call = std::function<void(Client &)>;
 
 const QString session = QStringLiteral("session");
 
-/// Stops a process where it stands, until it is let go on or killed.
+/// Stops a child process where it stands, until it is let go on or killed.
 class Pause
 {
 public:
@@ -27,6 +29,8 @@ public:
         : m_id(static_cast<pid_t>(process.processId()))
     {
         ::kill(m_id, SIGSTOP);
+        siginfo_t state{};
+        ::waitid(P_PID, static_cast<id_t>(m_id), &state, WSTOPPED); // all its threads
     }
 
     ~Pause() { end(); }
