@@ -344,7 +344,8 @@ private slots:
     void closingEndsTheSession()
     {
         using ZelTest::http;
-        ZelTest::ScriptedServer server([](const ZelTest::SeenRequest &request, ZelTest::Wire &wire) {
+        ZelTest::ScriptedServer server([](const ZelTest::SeenRequest &request,
+                                          ZelTest::Wire &wire) {
             const QByteArray what = request.method + ' ' + request.target.split('?').constFirst();
             if (what == "POST /v1/sessions")
                 wire.write(http(201, R"({"token":"t","expiresAt":99999999999999})"));
