@@ -5,6 +5,7 @@
 # Fails when a file includes a header of a higher floor, or one of its own floor without the edge
 # being listed, and when a source file is longer than 800 lines.
 
+cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/LayerTable.cmake")
 set(problems "")
 

@@ -8,6 +8,7 @@
 
 #include "controls.h"
 #include "platform/widgets/control.h"
+#include "platform/widgets/latebound.h"
 #include "testsupport/messageboxdriver.h"
 #include "testsupport/recordingclient.h"
 
@@ -50,23 +51,17 @@ void bind(QWidget *control, QXSC::ServiceClient *client)
         const QMetaMethod method = metaObject->method(i);
         if (method.name() != "Init" || method.attributes() & QMetaMethod::Cloned)
             continue;
-        std::array<QVariant, 10> values;
-        std::array<QGenericArgument, 10> arguments;
+        QVariantList values;
         for (int n = 0; n < method.parameterCount(); ++n) {
             const QMetaType type = method.parameterMetaType(n);
-            QVariant &value = values.at(static_cast<std::size_t>(n));
             if (type == QMetaType::fromType<QXSC::ServiceClient *>())
-                value = QVariant::fromValue(client);
+                values << QVariant::fromValue(client);
             else if (type == QMetaType::fromType<QString>())
-                value = QStringLiteral("Stage");
+                values << QStringLiteral("Stage");
             else
-                value = QVariant(type);
-            arguments.at(static_cast<std::size_t>(n)) =
-                QGenericArgument(method.parameterTypeName(n).constData(), value.constData());
+                values << QVariant(type);
         }
-        method.invoke(control, Qt::DirectConnection, arguments[0], arguments[1], arguments[2],
-                      arguments[3], arguments[4], arguments[5], arguments[6], arguments[7],
-                      arguments[8], arguments[9]);
+        Zel::LateBound(control).call(QStringLiteral("Init"), values);
         return;
     }
 }

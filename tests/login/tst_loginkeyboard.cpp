@@ -4,6 +4,7 @@
 #include "testsupport/testcase.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QLabel>
 
 using ZelTest::accountList;
@@ -195,10 +196,17 @@ void tst_LoginKeyboard::focusMovesToTheAccountsAndBack()
     f.client.accounts = accountList({});
     f.bind();
     f.child("qxPassword")->setFocus();
+    // On its way it does not pass through a box of the host, which might act on it.
+    QStringList visited;
+    const QObject untilTheEnd;
+    connect(qApp, &QApplication::focusChanged, &untilTheEnd, [&visited](QWidget *, QWidget *now) {
+        visited << (now ? now->objectName() : QString());
+    });
     QTest::keyClick(f.child("qxPassword"), Qt::Key_Return);
-    QCOMPARE(focused(f), QStringLiteral("accountsList"));
+    QCOMPARE(visited, QStringList{QStringLiteral("accountsList")});
+    visited.clear();
     f.login->Reset();
-    QCOMPARE(focused(f), QStringLiteral("qxPassword"));
+    QCOMPARE(visited, QStringList{QStringLiteral("qxPassword")});
 }
 
 void tst_LoginKeyboard::focusElsewhereIsLeftAlone()

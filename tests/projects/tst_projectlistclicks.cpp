@@ -159,6 +159,12 @@ void tst_ProjectListClicks::selectProjectSelectsScrollsAndClicks()
     QVERIFY(viewport.intersects(f.view().cellRect(449)));
     QCOMPARE(f.view().selectedCount(), 1);
     QCOMPARE(f.client.calls().size(), 1); // the load
+    // Also the project that is selected already.
+    f.view().ensureVisible(0);
+    QVERIFY(!viewport.intersects(f.view().cellRect(449)));
+    f.list->SelectProject(QStringLiteral("g450"));
+    QVERIFY(viewport.intersects(f.view().cellRect(449)));
+    QCOMPARE(f.trail.size(), 2);
 }
 
 void tst_ProjectListClicks::selectProjectComparesExactly_data()

@@ -29,7 +29,7 @@ const QString tomas = QStringLiteral("tomas");
 const QString ines = QStringLiteral("ines");
 const QByteArray newGuid = "0f8fad5b-d9cb-469f-a165-70867728950e";
 const QByteArray knownGuid =
-    "2f2879d9-b497-5448-b567-8c3c7297dad4"; // of Nordlicht Media, published
+    "2f2879d9-b497-5448-b567-8c3c7297dad4"; // of Brightwater Media, published
 
 QJsonArray rowsOf(const HttpReply &reply)
 {
@@ -335,10 +335,10 @@ void ApiTest::listsTheAccountsOfTheUser()
         return m_api->call("GET", "/v1/accounts", m_api->token(user)).body;
     };
     QCOMPARE(accounts(maja),
-             QByteArray(R"({"accounts":[{"accountID":1002,"accountName":"Harbour Learning"},)"
-                        R"({"accountID":1001,"accountName":"Nordlicht Media"}]})"));
+             QByteArray(R"({"accounts":[{"accountID":1001,"accountName":"Brightwater Media"},)"
+                        R"({"accountID":1002,"accountName":"Harbour Learning"}]})"));
     QCOMPARE(accounts(tomas),
-             QByteArray(R"({"accounts":[{"accountID":1001,"accountName":"Nordlicht Media"}]})"));
+             QByteArray(R"({"accounts":[{"accountID":1001,"accountName":"Brightwater Media"}]})"));
     QCOMPARE(accounts(ines), QByteArray(R"({"accounts":[]})"));
 }
 

@@ -92,6 +92,7 @@ private slots:
     void refusesTextsThatCannotBeStored();
     void refusesTheWrongNumberOfValues();
     void tellsErrorsApartByKind();
+    void showsNoValuesInItsMessages();
     void refusesToReadAValueAsAnotherType();
     void rollsBackWhenTheFunctionThrows();
     void neverCommitsAfterASwallowedError();
@@ -240,6 +241,20 @@ void DatabaseTest::tellsErrorsApartByKind()
     QCOMPARE(kindOf([&] { m_database->query(SqlText("SELECT nothing FROM nowhere"), {}, {}); }),
              DatabaseError::Kind::Other);
     QCOMPARE(count(), 1);
+}
+
+void DatabaseTest::showsNoValuesInItsMessages()
+{
+    try {
+        m_database->tx([&] {
+            m_database->exec(insertRow, {qint64(1000000000000), QStringLiteral("my-secret"), true,
+                                         std::nullopt});
+        });
+        QFAIL("it was stored");
+    } catch (const DatabaseError &error) {
+        QVERIFY(!error.message().isEmpty());
+        QVERIFY2(!error.message().contains(QLatin1String("my-secret")), error.what());
+    }
 }
 
 void DatabaseTest::refusesToReadAValueAsAnotherType()

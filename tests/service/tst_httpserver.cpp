@@ -50,6 +50,8 @@ private slots:
     void answersMalformedRequestsOnceAndCloses_data();
     void answersMalformedRequestsOnceAndCloses();
     void refusesAHeadBeyondItsLimit();
+    void refusesAHeadBeyondItsLimitInSmallPieces();
+    void takesAHeadUpToItsLimitInSmallPieces();
     void refusesABodyBeyondItsLimit_data();
     void refusesABodyBeyondItsLimit();
     void deliversARefusalToAClientThatIsStillSending();
@@ -220,11 +222,14 @@ void HttpServerTest::answersMalformedRequestsOnceAndCloses_data()
         << "POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 99999999999999999999999\r\n\r\n" + hidden;
     QTest::newRow("chunk size that is none")
         << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n" + hidden;
+    QTest::newRow("a chunk extension without end")
+        << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n1;x=" +
+               QByteArray(300'000, 'e');
     QTest::newRow("no HTTP") << QByteArray("hello there\r\n\r\n") + hidden;
     QTest::newRow("an unknown version") << "GET / HTTP/3.0\r\nHost: x\r\n\r\n" + hidden;
     QTest::newRow("a blank before the colon") << "GET / HTTP/1.1\r\nHost : x\r\n\r\n" + hidden;
     QTest::newRow("a control in a header")
-        << QByteArray("GET / HTTP/1.1\r\nHost: x\r\nA: b\0c\r\n\r\n", 40) + hidden;
+        << QByteArray("GET / HTTP/1.1\r\nHost: x\r\nA: b") + '\0' + "c\r\n\r\n" + hidden;
     QTest::newRow("a TLS hello") << QByteArray("\x16\x03\x01\x02\x00\x01\x00\x01\xfc\x03\x03", 11) +
                                         QByteArray(200, '\x01');
 }
@@ -258,6 +263,32 @@ void HttpServerTest::refusesAHeadBeyondItsLimit()
         QVERIFY(probe.isClosed());
     }
     QCOMPARE(m_calls.load(), 0);
+}
+
+void HttpServerTest::refusesAHeadBeyondItsLimitInSmallPieces()
+{
+    startServer();
+    HttpProbe probe(port());
+    probe.send("GET / HTTP/1.1\r\nHost: x\r\n");
+    for (int i = 0; i < 40 && probe.isConnected(); ++i) {
+        probe.send("X-Header: " + QByteArray(490, 'a') + "\r\n");
+        QTest::qWait(2); // so that the pieces arrive as pieces
+    }
+    QCOMPARE(probe.read().status, 431);
+    QVERIFY(probe.isClosed());
+}
+
+void HttpServerTest::takesAHeadUpToItsLimitInSmallPieces()
+{
+    startServer();
+    HttpProbe probe(port());
+    probe.send("GET /head HTTP/1.1\r\nHost: x\r\n");
+    for (int i = 0; i < 30; ++i) {
+        probe.send("X-Header: " + QByteArray(490, 'a') + "\r\n");
+        QTest::qWait(2);
+    }
+    probe.send("\r\n");
+    QCOMPARE(probe.read().body, QByteArray("GET /head "));
 }
 
 void HttpServerTest::refusesABodyBeyondItsLimit_data()

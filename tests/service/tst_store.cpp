@@ -8,6 +8,7 @@
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 #include <atomic>
@@ -52,6 +53,8 @@ private slots:
     void refusesASecondUserOfTheSameName();
     void refusesADisabledUser();
     void takesPasswordsOfAnyScript();
+    void makesTheDummyHashAsCostlyAsARealOne();
+    void refusesNamesWhoseFoldedFormIsTooLong();
     void storesAStrongerHashAtSignIn();
     void neverStoresAWeakerHash();
     void keepsNoTokenInTheDatabase();
@@ -73,6 +76,7 @@ private slots:
     void answersNothingForAnUnknownType();
     void answersAnEmptyListForATypeWithoutProjects();
     void listsProjectsByFoldedNameThenGuid();
+    void takesTheLongestNamesOfMixedCharacters();
     void makesAProjectOnceForOneGuid();
     void refusesAGuidThatMeansAnotherProject();
     void keepsAccountsApart();
@@ -182,6 +186,25 @@ void StoreTest::takesPasswordsOfAnyScript()
     addUser(QStringLiteral("ann"), QString::fromUtf8("pässwörd 日本 😀"));
     QVERIFY(m_store->users.verify(QStringLiteral("ann"),
                                   QString::fromUtf8("pa\u0308sswo\u0308rd 日本 😀")));
+}
+
+void StoreTest::makesTheDummyHashAsCostlyAsARealOne()
+{
+    // "$argon2id$v=19$m=65536,t=2,p=1$salt$hash": the cost is what stands before the salt.
+    const auto costOf = [](const QString &hash) { return hash.section(QLatin1Char('$'), 0, 3); };
+    for (const auto cost : {PasswordHasher::Cost::Minimal, PasswordHasher::Cost::Interactive}) {
+        const PasswordHasher hasher(cost);
+        QCOMPARE(costOf(hasher.dummy()), costOf(hasher.hash(QStringLiteral("x"))));
+    }
+    QCOMPARE(costOf(PasswordHasher().dummy()), QStringLiteral("$argon2id$v=19$m=65536,t=2,p=1"));
+}
+
+void StoreTest::refusesNamesWhoseFoldedFormIsTooLong()
+{
+    QVERIFY(Users::isUsableLogin(QString(256, u'a')));
+    QVERIFY(!Users::isUsableLogin(QString(257, u'a')));
+    QVERIFY(!Users::isUsableLogin(QString(256, QChar(0xfdfa)))); // folds to 18 characters each
+    QVERIFY(!Users::isUsableLogin(QStringLiteral(" \t")));
 }
 
 void StoreTest::storesAStrongerHashAtSignIn()
@@ -446,6 +469,21 @@ void StoreTest::listsProjectsByFoldedNameThenGuid()
     QCOMPARE(listed,
              (QStringList{QStringLiteral("ALPHA"), QStringLiteral("alpha"), QStringLiteral("beta"),
                           QString::fromUtf8("ﬁne"), QString::fromUtf8("Ärger")}));
+}
+
+void StoreTest::takesTheLongestNamesOfMixedCharacters()
+{
+    const QString user = addUser(QStringLiteral("ann"), QStringLiteral("x"));
+    addAccount(1, QStringLiteral("A"));
+    addType(1, QStringLiteral("webcast"));
+    // Random, so that no database can compress it into its index.
+    QRandomGenerator random(7);
+    QString name;
+    while (name.size() < Projects::longestName)
+        name += QChar(static_cast<char16_t>(random.bounded(0x4e00, 0x9fff)));
+    Project one = project(guidA, name, user);
+    QCOMPARE(m_store->projects.create(1, one), Projects::Creation::Created);
+    QCOMPARE(m_store->projects.find(1, guidA)->name, name);
 }
 
 void StoreTest::makesAProjectOnceForOneGuid()

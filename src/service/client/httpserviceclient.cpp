@@ -128,7 +128,8 @@ void HttpServiceClient::isProjectPublished(const QString &guid, const QString &,
     published = false;
     const Request request =
         sessionRequest("GET", "/v1/projects/" + QUrl::toPercentEncoding(guid) + "/published");
-    if (guid.isEmpty())
+    // An address takes one or two dots for a folder, however they are written.
+    if (guid.isEmpty() || guid == QLatin1String(".") || guid == QLatin1String(".."))
         throw ServiceError(ServiceError::Kind::NotFound,
                            tr("This project has no identity the service could know it by."));
     published = readAnswer(request, *ask(request), readPublished);

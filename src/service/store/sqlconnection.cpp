@@ -258,7 +258,9 @@ void SqlConnection::fail(const QSqlError &error)
     m_failedInTransaction = m_inTransaction;
     if (kind == DatabaseError::Kind::Lost)
         m_lost = true;
-    throw DatabaseError(kind, error.databaseText().simplified(), code);
+    // Further lines of PostgreSQL's text show the row's values, which may be anything.
+    const QString text = error.databaseText().section(QLatin1Char('\n'), 0, 0);
+    throw DatabaseError(kind, text.simplified(), code);
 }
 
 } // namespace Zel

@@ -10,8 +10,8 @@ namespace Zel {
 
 namespace {
 
-/// What the drivers have to be given so that `text` comes back. They bind a null QString as NULL, and
-/// each takes one byte order mark off the beginning of a text, SQLite when it stores it and
+/// What the drivers have to be given so that `text` comes back. They bind a null QString as NULL,
+/// and each takes one byte order mark off the beginning of a text, SQLite when it stores it and
 /// PostgreSQL's when it reads it.
 QString bindable(const QString &text)
 {

@@ -22,4 +22,15 @@ QString foldedKey(const QString &text)
         .normalized(QString::NormalizationForm_KC);
 }
 
+QString orderKey(const QString &text)
+{
+    constexpr qsizetype longest = 200;
+    // Folding changes a text from its beginning, so a cut before it spares long texts most of the
+    // work.
+    QString key = foldedKey(text.left(2 * longest)).left(longest);
+    if (!key.isEmpty() && key.back().isHighSurrogate())
+        key.chop(1);
+    return key;
+}
+
 } // namespace Zel

@@ -152,7 +152,8 @@ private slots:
 
     void anErrorInAFormGoesToTheControlThatOpenedIt()
     {
-        Desk page;
+        QWidget window;
+        Desk page(&window);
         const auto heard = hear(&page);
         DeskForm form;
         form.desk->task = [] { throw RuntimeError(9); };

@@ -181,6 +181,8 @@ private slots:
         QCOMPARE(panel.m_calls, (QStringList{QStringLiteral("5"), QStringLiteral("lower")}));
         LateBound(&panel).let(QStringLiteral("LABEL"), QStringLiteral("any"));
         QCOMPARE(LateBound(&panel).get(QStringLiteral("label")), QVariant(QStringLiteral("any")));
+        // The method of exactly this name counts, not the property of nearly this name.
+        QCOMPARE(letError(&panel, "Value", QStringLiteral("x")), 450);
         call(&panel, "sETlABEL", {QStringLiteral("case")});
         QCOMPARE(panel.Label(), QStringLiteral("case"));
     }

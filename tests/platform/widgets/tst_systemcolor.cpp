@@ -180,7 +180,7 @@ private slots:
         sheet.label->hide();
         sheet.resize(20, 20);
         sheet.setBackColor(0x00C08001);
-        QCOMPARE(sheet.grab().toImage().pixelColor(10, 10), QColor(0x01, 0x80, 0xC0));
+        QCOMPARE(form.grab().toImage().pixelColor(10, 10), QColor(0x01, 0x80, 0xC0));
     }
 
     void readableTextIsLeftAlone()
