@@ -125,6 +125,11 @@ void TourActor::chooseFrom(QMenu &menu, const QString &action, const std::functi
 void TourActor::shoot(const QString &caption)
 {
     QTest::qWait(60); // animations of the style end, pending paints happen
+    shootNow(caption);
+}
+
+void TourActor::shootNow(const QString &caption)
+{
     QPixmap picture = m_window.grab();
     if (QWidget *popup = QApplication::activePopupWidget()) {
         QPainter painter(&picture);

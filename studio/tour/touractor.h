@@ -66,6 +66,8 @@ public:
 
     /// Takes a picture of the window and of a menu open over it.
     void shoot(const QString &caption);
+    /// The same at this very moment, without letting events be handled.
+    void shootNow(const QString &caption);
 
 private:
     static void chooseFrom(QMenu &menu, const QString &action, const std::function<void()> &atMenu);

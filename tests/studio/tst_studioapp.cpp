@@ -136,13 +136,13 @@ private slots:
     void aServiceThatStopsAnsweringTimesOut()
     {
         Options limited = options();
-        limited.timeLimit = std::chrono::seconds(1);
+        limited.timeLimit = std::chrono::seconds(2);
         Running f(limited);
         QVERIFY(f.isWorking());
         const qsizetype count = f.list->count();
         ::kill(f.process(), SIGSTOP);
         click(f.window, "refreshButton");
-        QVERIFY(f.what().endsWith(QLatin1String("did not answer within 1 second.")));
+        QVERIFY(f.what().endsWith(QLatin1String("did not answer within 2 seconds.")));
         QVERIFY(f.isShown("errorRetry"));
         // The window works on.
         QCOMPARE(f.list->count(), count);
@@ -344,7 +344,8 @@ private slots:
     void closingEndsTheSession()
     {
         using ZelTest::http;
-        ZelTest::ScriptedServer server([](const ZelTest::SeenRequest &request, ZelTest::Wire &wire) {
+        ZelTest::ScriptedServer server([](const ZelTest::SeenRequest &request,
+                                          ZelTest::Wire &wire) {
             const QByteArray what = request.method + ' ' + request.target.split('?').constFirst();
             if (what == "POST /v1/sessions")
                 wire.write(http(201, R"({"token":"t","expiresAt":99999999999999})"));
