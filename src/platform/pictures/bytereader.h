@@ -20,6 +20,9 @@ public:
 
     bool isGood() const { return m_good; }
 
+    /// To be called when what was read makes no sense.
+    void spoil() { m_good = false; }
+
     qsizetype size() const { return m_bytes.size(); }
 
     qsizetype position() const { return m_at; }

@@ -46,10 +46,10 @@ bool EmfPlayer::plays(quint32 type)
     return type >= U_EMR_MIN && type <= U_EMR_MAX && !isSkipped(type);
 }
 
-void EmfPlayer::play(quint32 type, QByteArrayView record)
+bool EmfPlayer::play(quint32 type, QByteArrayView record)
 {
     if (!plays(type))
-        return;
+        return true;
     m_record = record;
     using Part = bool (EmfPlayer::*)(quint32, ByteReader &);
     constexpr Part parts[] = {
@@ -60,8 +60,9 @@ void EmfPlayer::play(quint32 type, QByteArrayView record)
         ByteReader in(record);
         in.skip(8);
         if ((this->*part)(type, in))
-            return;
+            return in.isGood();
     }
+    return true;
 }
 
 bool EmfPlayer::playState(quint32 type, ByteReader &in)

@@ -24,7 +24,8 @@ public:
     /// Whether records of a type are played at all.
     static bool plays(quint32 type);
 
-    void play(quint32 type, QByteArrayView record);
+    /// False when the record contradicts itself.
+    bool play(quint32 type, QByteArrayView record);
 
     /// Whether records of the newer kind (EMF+) were among them.
     bool hasSeenPlus() const { return m_hasPlus; }

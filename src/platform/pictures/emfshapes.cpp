@@ -15,10 +15,14 @@ namespace {
 constexpr qsizetype PointBytes = 8;
 constexpr qsizetype SmallPointBytes = 4;
 
-/// A count that a record states, as far as the record has room for that many pieces.
-qsizetype roomFor(const ByteReader &in, quint32 count, qsizetype bytes)
+/// A count that a record states; zero, and a bad record, when there is no room for that many
+/// pieces.
+qsizetype roomFor(ByteReader &in, quint32 count, qsizetype bytes)
 {
-    return std::min<qsizetype>(count, in.left() / bytes);
+    if (count <= in.left() / bytes)
+        return count;
+    in.spoil();
+    return 0;
 }
 
 QPolygonF readPoints(ByteReader &in, quint32 count, bool small)

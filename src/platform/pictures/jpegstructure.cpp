@@ -3,6 +3,7 @@
 #include "platform/pictures/jpegstructure.h"
 
 #include "platform/pictures/bytereader.h"
+#include "platform/pictures/picturesize.h"
 #include "platform/pictures/picturetexts.h"
 
 #include <cstring>
@@ -50,7 +51,9 @@ public:
             if (standsAlone(marker))
                 continue;
             readSegment(marker);
-            if (m_scans > MostScans || m_pixels * m_scans > m_limits.pixels * Rounds)
+            if (!isWithin(m_size, m_limits))
+                return PictureTexts::tooManyPixels(m_size);
+            if (m_scans > MostScans || pixels() * m_scans > m_limits.pixels * Rounds)
                 return PictureTexts::tooIntricate();
         }
         return PictureTexts::cutOff();
@@ -82,8 +85,8 @@ private:
         const qsizetype content = m_in.position();
         if (startsFrame(marker)) {
             m_in.skip(1);
-            const qint64 height = m_in.big<quint16>();
-            m_pixels = height * m_in.big<quint16>();
+            m_size.setHeight(m_in.big<quint16>());
+            m_size.setWidth(m_in.big<quint16>());
             m_in.seek(content);
         }
         if (marker == StartOfScan)
@@ -91,10 +94,12 @@ private:
         m_in.skip(std::max<qint64>(length - 2, 0));
     }
 
+    qint64 pixels() const { return qint64(m_size.width()) * m_size.height(); }
+
     ByteReader m_in;
     const QByteArray &m_bytes;
     const PictureLimits &m_limits;
-    qint64 m_pixels = 0;
+    QSize m_size{0, 0};
     qint64 m_scans = 0;
 };
 

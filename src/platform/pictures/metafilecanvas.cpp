@@ -27,7 +27,8 @@ QPointF near(const QPointF &point)
 } // namespace
 
 MetafileCanvas::MetafileCanvas(QImage *image, const QRectF &frame)
-    : m_painter(image)
+    : m_cost(image->size())
+    , m_painter(image)
     , m_frame(frame)
 {
     m_paper.scale(image->width() / frame.width(), image->height() / frame.height());
@@ -95,6 +96,13 @@ void MetafileCanvas::applyOperation()
     m_drawn = true;
 }
 
+bool MetafileCanvas::affords(const QPainterPath &path, bool fill, const QPen &pen)
+{
+    const double scale = std::sqrt(std::abs(m_paper.determinant()));
+    m_cost.addPath(m_paper.map(path), fill, pen.style() == Qt::NoPen ? 0 : pen.widthF() * scale);
+    return !m_cost.isTooMuch();
+}
+
 void MetafileCanvas::draw(const QPainterPath &shape, bool fill, bool stroke)
 {
     const QPainterPath mapped = map(shape);
@@ -102,6 +110,9 @@ void MetafileCanvas::draw(const QPainterPath &shape, bool fill, bool stroke)
         m_path.addPath(mapped);
         return;
     }
+    const QPen pen = stroke ? penOnScreen() : QPen(Qt::NoPen);
+    if (!affords(mapped, fill, pen))
+        return;
     applyOperation();
     QPainterPath path = mapped;
     path.setFillRule(m_state.fillRule);
@@ -111,7 +122,7 @@ void MetafileCanvas::draw(const QPainterPath &shape, bool fill, bool stroke)
     if (isHatched && m_state.isOpaque)
         m_painter.fillPath(path, m_state.background);
     m_painter.setBrush(brush);
-    m_painter.setPen(stroke ? penOnScreen() : QPen(Qt::NoPen));
+    m_painter.setPen(pen);
     m_painter.drawPath(path);
 }
 
@@ -122,6 +133,8 @@ void MetafileCanvas::fillOnScreen(const QPainterPath &shape)
 
 void MetafileCanvas::fillOnScreen(const QPainterPath &shape, const QBrush &brush)
 {
+    if (!affords(shape, true, Qt::NoPen))
+        return;
     applyOperation();
     m_painter.fillPath(shape, brush);
 }
@@ -174,11 +187,14 @@ void MetafileCanvas::closeFigure()
 
 void MetafileCanvas::drawPath(bool fill, bool stroke)
 {
-    applyOperation();
-    m_path.setFillRule(m_state.fillRule);
-    m_painter.setBrush(fill ? m_state.brush : QBrush(Qt::NoBrush));
-    m_painter.setPen(stroke ? penOnScreen() : QPen(Qt::NoPen));
-    m_painter.drawPath(m_path);
+    const QPen pen = stroke ? penOnScreen() : QPen(Qt::NoPen);
+    if (affords(m_path, fill, pen)) {
+        applyOperation();
+        m_path.setFillRule(m_state.fillRule);
+        m_painter.setBrush(fill ? m_state.brush : QBrush(Qt::NoBrush));
+        m_painter.setPen(pen);
+        m_painter.drawPath(m_path);
+    }
     abortPath();
 }
 
@@ -191,7 +207,7 @@ void MetafileCanvas::clipToPath()
 
 void MetafileCanvas::clip(const QPainterPath &area)
 {
-    if (m_state.clips.size() >= MostClips)
+    if (m_state.clips.size() >= MostClips || !affords(area, true, Qt::NoPen))
         return;
     m_state.clips << area;
     applyClip();
@@ -213,6 +229,8 @@ void MetafileCanvas::resetClip()
 
 void MetafileCanvas::applyClip()
 {
+    if (m_cost.isTooMuch())
+        return;
     // One after the other, so that no shapes have to be computed from what a file says.
     m_painter.setClipping(false);
     Qt::ClipOperation operation = Qt::ReplaceClip;
@@ -227,6 +245,9 @@ void MetafileCanvas::drawImage(const QRectF &to, const QImage &image, const QRec
 {
     if (image.isNull() || from.width() == 0 || from.height() == 0)
         return;
+    m_cost.addImage((m_state.mapping.toScreen() * m_paper).mapRect(to.normalized()));
+    if (m_cost.isTooMuch())
+        return;
     m_drawn = true;
     m_painter.save();
     m_painter.setCompositionMode(modeOfTernaryOperation(operation));
@@ -240,11 +261,14 @@ void MetafileCanvas::drawImage(const QRectF &to, const QImage &image, const QRec
 
 void MetafileCanvas::fillRectangle(const QRectF &rectangle, quint32 operation)
 {
-    m_drawn = true;
     QPainterPath path;
     path.addRect(rectangle);
+    path = map(path);
+    if (!affords(path, true, Qt::NoPen))
+        return;
+    m_drawn = true;
     m_painter.setCompositionMode(modeOfTernaryOperation(operation));
-    m_painter.fillPath(map(path), usesPattern(operation) ? m_state.brush : QBrush(Qt::black));
+    m_painter.fillPath(path, usesPattern(operation) ? m_state.brush : QBrush(Qt::black));
 }
 
 } // namespace Zel

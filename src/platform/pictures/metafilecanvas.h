@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/pictures/metafilestate.h"
+#include "platform/pictures/paintcost.h"
 
 #include <QImage>
 #include <QPainter>
@@ -21,6 +22,9 @@ public:
 
     /// The section of the screen that is the picture.
     QRectF frame() const { return m_frame; }
+
+    /// Whether what was drawn would have taken too long; from then on nothing is drawn.
+    bool isSpent() const { return m_cost.isTooMuch(); }
 
     /// Whether any record has drawn anything.
     bool hasDrawn() const { return m_drawn; }
@@ -69,10 +73,13 @@ public:
 private:
     void applyClip();
     void applyOperation();
+    /// Counts what painting a path (on the screen) costs; false when that is too much.
+    bool affords(const QPainterPath &path, bool fill, const QPen &pen);
     QPen penOnScreen() const;
     double unit() const;
     QPainterPath textShape(const QString &text, double width, QPointF *advance) const;
 
+    PaintCost m_cost;
     QPainter m_painter;
     QRectF m_frame;
     QTransform m_paper; // pixels of the screen to pixels of the image

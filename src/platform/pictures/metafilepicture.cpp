@@ -42,8 +42,9 @@ QString playEmf(const EmfFile &file, QImage *image, const PictureLimits &limits)
     EmfPlayer player(&canvas, limits);
     QString problem;
     file.each([&](quint32 type, QByteArrayView record) {
-        player.play(type, record);
-        if (clock.elapsed() > MostTime)
+        if (!player.play(type, record))
+            problem = PictureTexts::damaged();
+        if (canvas.isSpent() || clock.elapsed() > MostTime)
             problem = PictureTexts::tooIntricate();
         return problem.isEmpty();
     });
@@ -65,8 +66,9 @@ QString playWmf(const WmfFile &file, QImage *image, const PictureLimits &limits)
     WmfPlayer player(&canvas, limits);
     QString problem;
     file.each([&](quint16 function, QByteArrayView record) {
-        player.play(function, record);
-        if (clock.elapsed() > MostTime)
+        if (!player.play(function, record))
+            problem = PictureTexts::damaged();
+        if (canvas.isSpent() || clock.elapsed() > MostTime)
             problem = PictureTexts::tooIntricate();
         return problem.isEmpty();
     });

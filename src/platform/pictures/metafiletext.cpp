@@ -75,6 +75,9 @@ void MetafileCanvas::drawText(const QPointF &at, const QString &text, double wid
     // Fonts come from the application object; a program without one draws everything else.
     if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()) || text.isEmpty())
         return;
+    m_cost.addText(text.size());
+    if (m_cost.isTooMuch())
+        return;
     const bool updates = m_state.textAlign & MetafileState::UpdatePosition;
     const QPointF origin = updates ? m_state.position : at;
     QPointF advance;
@@ -86,6 +89,8 @@ void MetafileCanvas::drawText(const QPointF &at, const QString &text, double wid
         m_path.addPath(mapped);
         return;
     }
+    if (!affords(mapped, true, Qt::NoPen))
+        return;
     m_painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     m_drawn = true;
     if (m_state.isOpaque)

@@ -31,7 +31,7 @@ public:
     ///
     /// @param target room for the picture in pixels; empty for the picture's own size. The picture
     /// keeps its proportions and fits into the room. One made of pixels is never enlarged; a
-    /// drawing fills the room.
+    /// drawing fills the room, or less of it where that would take more than a few seconds.
     Picture load(const QByteArray &bytes, const QSize &target = QSize()) const;
     /// The same for a file. Only regular files are read; nothing waits for a pipe or a device.
     Picture loadFile(const QString &path, const QSize &target = QSize()) const;

@@ -32,7 +32,7 @@ QSize canvasSize(const QSizeF &size, const QSize &target, const PictureLimits &l
     if (!target.isEmpty())
         return fittedSize(size, target.boundedTo({limits.edge, limits.edge}));
     const int edge = std::min(limits.canvas, limits.edge);
-    const QSize own(int(std::ceil(size.width())), int(std::ceil(size.height())));
+    const QSize own = size.toSize().expandedTo({1, 1});
     return own.width() <= edge && own.height() <= edge ? own : fittedSize(size, {edge, edge});
 }
 

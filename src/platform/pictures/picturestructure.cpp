@@ -45,8 +45,13 @@ QString gifProblem(const QByteArray &bytes, const PictureLimits &limits)
 {
     constexpr quint8 Extension = 0x21;
     constexpr quint8 Frame = 0x2C;
+    constexpr quint8 Trailer = 0x3B;
     ByteReader in(bytes);
-    in.skip(10);
+    in.skip(6);
+    const int screenWidth = in.u16();
+    const QSize screen(screenWidth, in.u16());
+    if (!isWithin(screen, limits))
+        return PictureTexts::tooManyPixels(screen);
     const quint8 packed = in.u8();
     in.skip(2);
     skipColors(in, packed);
@@ -65,11 +70,11 @@ QString gifProblem(const QByteArray &bytes, const PictureLimits &limits)
             if (++frames > limits.frames)
                 return PictureTexts::tooManyFrames();
         } else {
-            break; // the trailer, or what some programs put behind the last picture
+            return block == Trailer && frames > 0 ? QString() : PictureTexts::damaged();
         }
         skipSubBlocks(in);
     }
-    return in.isGood() && frames > 0 ? QString() : PictureTexts::cutOff();
+    return PictureTexts::cutOff();
 }
 
 QString bmpProblem(const QByteArray &bytes, const PictureLimits &limits)

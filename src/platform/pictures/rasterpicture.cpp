@@ -54,6 +54,16 @@ bool isWelcome(const QByteArray &format)
     return format != "svg" && format != "svgz" && format != "pdf";
 }
 
+/// A reader of a damaged file may seek anywhere; QBuffer would write that to the log.
+class QuietBuffer : public QBuffer
+{
+public:
+    bool seek(qint64 position) override
+    {
+        return position >= 0 && position <= size() && QBuffer::seek(position);
+    }
+};
+
 /// A reader over bytes, set to the picture to show.
 class Reader
 {
@@ -112,6 +122,8 @@ private:
             return;
         }
         m_info.size = m_reader.size();
+        // Qt tells that a bitmap begins with its first row by a height below zero.
+        m_info.size.setHeight(std::abs(m_info.size.height()));
         if (m_form == PictureForm::Icon) {
             const IconEntries entries(bytes);
             const int position = entries.best(target);
@@ -125,6 +137,8 @@ private:
         if (!m_info.problem.isEmpty())
             return;
         m_info.format = m_reader.format();
+        if (m_info.format.isEmpty())
+            m_info.problem = PictureTexts::damaged();
         if (isTurned())
             m_info.size.transpose();
     }
@@ -135,7 +149,7 @@ private:
     }
 
     PictureForm m_form;
-    QBuffer m_buffer;
+    QuietBuffer m_buffer;
     QImageReader m_reader;
     PictureInfo m_info;
 };

@@ -49,7 +49,8 @@ QRectF section(QStringView text)
     return {numbers[0], numbers[1], numbers[2], numbers[3]};
 }
 
-/// Whether a value names something outside the document. "url(#paint)" is inside.
+} // namespace
+
 bool pointsOutside(QStringView value)
 {
     qsizetype at = 0;
@@ -63,34 +64,6 @@ bool pointsOutside(QStringView value)
     }
     return false;
 }
-
-/// Dashes shorter than a thousandth of a pixel would make millions of pieces out of one line.
-bool isTooFine(QStringView dashes)
-{
-    static const QRegularExpression number(QStringLiteral("[-+]?[0-9.]+(?:[eE][-+]?[0-9]+)?"));
-    double sum = 0;
-    bool any = false;
-    for (auto it = number.globalMatch(dashes.toString()); it.hasNext(); any = true)
-        sum += std::abs(it.next().captured().toDouble());
-    return any && sum < 1e-3;
-}
-
-bool isDashes(QStringView name, QStringView value)
-{
-    return name == QLatin1String("stroke-dasharray") ||
-           (name == QLatin1String("style") && value.contains(QLatin1String("stroke-dasharray")));
-}
-
-QStringView dashesOf(QStringView name, QStringView value)
-{
-    if (name != QLatin1String("style"))
-        return value;
-    const qsizetype at = value.indexOf(QLatin1String("stroke-dasharray"));
-    const qsizetype end = value.indexOf(QLatin1Char(';'), at);
-    return value.mid(at, end < 0 ? -1 : end - at);
-}
-
-} // namespace
 
 SvgFrame::SvgFrame(const QXmlStreamAttributes &attributes)
     : size(length(attributes.value(QLatin1String("width"))),
@@ -141,8 +114,6 @@ SvgAttributes::Kept SvgAttributes::keep(const QString &element,
             continue;
         if (name == QLatin1String("id"))
             kept.id = value.toString();
-        if (isDashes(name, value) && isTooFine(dashesOf(name, value)))
-            kept.problem = PictureTexts::tooIntricate();
         kept.attributes.append(name.toString(), value.toString());
     }
     return kept;

@@ -10,6 +10,9 @@
 
 namespace Zel {
 
+/// Whether a value or a style sheet names something outside the document. "url(#paint)" is inside.
+bool pointsOutside(QStringView value);
+
 /// What the outermost element says about size and section.
 struct SvgFrame
 {

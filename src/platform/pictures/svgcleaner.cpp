@@ -70,7 +70,6 @@ public:
                        : PictureTexts::damaged(m_in.errorString()));
         if (m_clean.problem.isEmpty() && !m_uses.measure(MostElements, MostDepth))
             refuse(PictureTexts::tooIntricate());
-        m_clean.drawn = m_uses.drawn();
         return m_clean;
     }
 
@@ -152,8 +151,10 @@ private:
     {
         if (m_depth == 0)
             return;
+        constexpr qsizetype LongestStyle = 100'000;
         // A style sheet may ask for others.
-        if (m_inStyle && (m_in.text().contains(QLatin1Char('@')) || m_in.text().size() > 100'000))
+        if (m_inStyle && (m_in.text().contains(QLatin1Char('@')) ||
+                          m_in.text().size() > LongestStyle || pointsOutside(m_in.text())))
             return;
         m_out.writeCharacters(m_in.text().toString());
     }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/pictures/svgpicture.h"
 
+#include "platform/pictures/paintmeter.h"
 #include "platform/pictures/picturesize.h"
 #include "platform/pictures/picturetexts.h"
 #include "platform/pictures/svgcleaner.h"
@@ -15,17 +16,30 @@ namespace Zel {
 
 namespace {
 
-/// The most pixels that all elements together may paint were each to cover everything: a few
-/// seconds of work. What has more elements is drawn smaller.
-constexpr double MostWork = 10e9;
-
-QSize affordable(const QSize &size, int elements)
+double costOf(QSvgRenderer &renderer, const QSize &size)
 {
-    const double work = double(size.width()) * size.height() * std::max(elements, 1);
-    if (work <= MostWork)
-        return size;
-    const double scale = std::sqrt(MostWork / work);
-    return {std::max(1, int(size.width() * scale)), std::max(1, int(size.height() * scale))};
+    PaintMeter meter(size);
+    QPainter painter(&meter);
+    renderer.render(&painter, QRectF(QPointF(), QSizeF(size)));
+    painter.end();
+    return meter.cost();
+}
+
+/// The size, or a smaller one, in which the drawing is done in a few seconds; nothing when that
+/// would be a stamp.
+QSize affordable(QSvgRenderer &renderer, const QSize &wanted)
+{
+    constexpr int Smallest = 64;
+    QSize size = wanted;
+    for (double cost = costOf(renderer, size); cost > PaintCost::Most;
+         cost = costOf(renderer, size)) {
+        // What a drawing costs goes with its area, or hardly with its size at all.
+        const double scale = std::min(0.5, std::sqrt(PaintCost::Most / cost));
+        size = fittedSize(wanted, size * scale);
+        if (std::max(size.width(), size.height()) < Smallest)
+            return {};
+    }
+    return size;
 }
 
 } // namespace
@@ -38,7 +52,9 @@ Picture loadSvg(const QByteArray &bytes, const PictureLimits &limits, const QSiz
     QSvgRenderer renderer;
     if (!renderer.load(clean.document) || !renderer.isValid())
         return {QImage(), PictureTexts::damaged()};
-    const QSize size = affordable(canvasSize(clean.size, target, limits), clean.drawn);
+    const QSize size = affordable(renderer, canvasSize(clean.size, target, limits));
+    if (size.isEmpty())
+        return {QImage(), PictureTexts::tooIntricate()};
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return {QImage(), PictureTexts::outOfMemory()};

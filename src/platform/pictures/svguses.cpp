@@ -27,10 +27,7 @@ bool SvgUses::measure(int mostElements, int mostDepth)
 {
     m_mostElements = mostElements;
     m_mostDepth = mostDepth;
-    if (m_elements.isEmpty() || !measureElement(0, 1))
-        return false;
-    m_drawn = m_elements.first().drawn;
-    return true;
+    return !m_elements.isEmpty() && measureElement(0, 1);
 }
 
 bool SvgUses::measureElement(int element, int depthSoFar)

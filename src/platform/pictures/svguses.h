@@ -23,9 +23,6 @@ public:
     /// inside itself.
     bool measure(int mostElements, int mostDepth);
 
-    /// The elements that are drawn; known after `measure`.
-    int drawn() const { return int(m_drawn); }
-
 private:
     struct Element
     {
@@ -42,7 +39,6 @@ private:
     QList<Element> m_elements;
     QList<int> m_open;
     QHash<QString, int> m_ids;
-    qint64 m_drawn = 0;
     int m_mostElements = 0;
     int m_mostDepth = 0;
 };

@@ -16,7 +16,7 @@ namespace {
 
 } // namespace
 
-void WmfPlayer::play(quint16 function, QByteArrayView record)
+bool WmfPlayer::play(quint16 function, QByteArrayView record)
 {
     using Part = bool (WmfPlayer::*)(quint16, ByteReader &);
     constexpr Part parts[] = {&WmfPlayer::playState,    &WmfPlayer::playWindow,
@@ -26,8 +26,9 @@ void WmfPlayer::play(quint16 function, QByteArrayView record)
     for (const Part part : parts) {
         ByteReader in(record);
         if ((this->*part)(function, in))
-            return;
+            return in.isGood();
     }
+    return true;
 }
 
 bool WmfPlayer::playState(quint16 function, ByteReader &in)

@@ -21,8 +21,9 @@ public:
     {
     }
 
+    /// False when the record contradicts itself.
     /// @param record begins behind its function
-    void play(quint16 function, QByteArrayView record);
+    bool play(quint16 function, QByteArrayView record);
 
 private:
     // False when the function is none of its own.

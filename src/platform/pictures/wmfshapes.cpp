@@ -20,7 +20,7 @@ QRectF readReversedBox(ByteReader &in)
 QPolygonF readPoints(ByteReader &in, int count)
 {
     QPolygonF points;
-    for (qsizetype i = std::min<qsizetype>(count, in.left() / 4); i > 0; --i)
+    for (int i = 0; i < count && in.isGood(); ++i)
         points << readPoint(in, true);
     return points;
 }
