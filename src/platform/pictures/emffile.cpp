@@ -31,6 +31,13 @@ QSizeF pair(ByteReader &in)
     return {width, double(in.s32())};
 }
 
+/// Asked about a record it does not know, libuemf writes to the console; and it does not know that a
+/// short text need not have a rectangle.
+bool isKnownToLibrary(quint32 type)
+{
+    return EmfPlayer::plays(type) && type != U_EMR_SMALLTEXTOUT;
+}
+
 } // namespace
 
 EmfFile::EmfFile(const QByteArray &bytes)
@@ -87,8 +94,7 @@ QString EmfFile::checkRecords() const
             return PictureTexts::cutOff();
         if (length < 8 || length % 4 != 0)
             return PictureTexts::damaged();
-        // Asked about a record it does not know, libuemf writes to the console.
-        if (EmfPlayer::plays(type) && !U_emf_record_safe(m_bytes.constData() + at))
+        if (isKnownToLibrary(type) && !U_emf_record_safe(m_bytes.constData() + at))
             return PictureTexts::damaged();
         if (type == U_EMR_EOF)
             return {};
