@@ -31,8 +31,8 @@ QSizeF pair(ByteReader &in)
     return {width, double(in.s32())};
 }
 
-/// Asked about a record it does not know, libuemf writes to the console; and it does not know that a
-/// short text need not have a rectangle.
+/// Asked about a record it does not know, libuemf writes to the console; and it does not know that
+/// a short text need not have a rectangle.
 bool isKnownToLibrary(quint32 type)
 {
     return EmfPlayer::plays(type) && type != U_EMR_SMALLTEXTOUT;

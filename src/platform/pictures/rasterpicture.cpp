@@ -112,7 +112,7 @@ private:
                                                           : PictureTexts::damaged();
             return;
         }
-        if (m_form == PictureForm::Other && !isWelcome(m_reader.format())) {
+        if (!isWelcome(m_reader.format())) {
             m_info.problem = PictureTexts::unknownForm();
             return;
         }

@@ -116,6 +116,10 @@ SvgAttributes::Kept SvgAttributes::keep(const QString &element,
             kept.id = value.toString();
         kept.attributes.append(name.toString(), value.toString());
     }
+    if (element == QLatin1String("image"))
+        kept.draws = kept.attributes.hasAttribute(QLatin1String("xlink:href")) &&
+                     length(attributes.value(QLatin1String("width"))) > 0 &&
+                     length(attributes.value(QLatin1String("height"))) > 0;
     return kept;
 }
 

@@ -38,8 +38,9 @@ public:
     {
         QXmlStreamAttributes attributes;
         QString id;
-        QString used;    ///< the id named by a `use`
-        QString problem; ///< why the whole document is refused
+        QString used;      ///< the id named by a `use`
+        QString problem;   ///< why the whole document is refused
+        bool draws = true; ///< not so of an image that is nowhere or has no room
     };
 
     Kept keep(const QString &element, const QXmlStreamAttributes &attributes);

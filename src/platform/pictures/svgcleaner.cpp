@@ -105,6 +105,11 @@ private:
             skip();
             return;
         }
+        const SvgAttributes::Kept kept = m_attributes.keep(name, m_in.attributes());
+        if (!kept.draws) {
+            skip();
+            return;
+        }
         if (++m_depth > MostDepth || ++m_elements > MostElements) {
             refuse(PictureTexts::tooIntricate());
             return;
@@ -113,7 +118,6 @@ private:
         m_out.writeStartElement(name);
         if (isRoot)
             writeRoot();
-        const SvgAttributes::Kept kept = m_attributes.keep(name, m_in.attributes());
         m_out.writeAttributes(kept.attributes);
         m_uses.enter(kept.id, kept.used);
         if (!kept.problem.isEmpty())

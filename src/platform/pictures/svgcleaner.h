@@ -25,8 +25,8 @@ struct CleanSvg
 /// Left out are scripts, animations, processing instructions, the document type, and whatever
 /// refers to anything outside the document: Qt's renderer would open local files that a picture or
 /// a style sheet names. Refused are documents that nest or repeat (`use`, entities) more than a
-/// drawing does. Pictures inside the document have to be made of pixels and within the limits. Texts are left out where the program
-/// has no QGuiApplication, without which there are no fonts.
+/// drawing does. Pictures inside the document have to be made of pixels and within the limits.
+/// Texts are left out where the program has no QGuiApplication, without which there are no fonts.
 CleanSvg cleanSvg(const QByteArray &bytes, const PictureLimits &limits);
 
 } // namespace Zel
