@@ -3,7 +3,6 @@
 #pragma once
 
 #include "common/contract/projectrecord.h"
-#include "platform/widgets/listrowprovider.h"
 
 #include <QAbstractTableModel>
 #include <QElapsedTimer>
@@ -18,17 +17,9 @@
 /// What the contenders of bench_projectlist share: the records, and how they are shown.
 namespace ProjectListBench {
 
-using Records = std::shared_ptr<const std::vector<QXSC::ProjectRecordPtr>>;
+using Records = QXSC::ProjectCollectionPtr;
 
 constexpr int columnCount = 6;
-constexpr const char *captions[columnCount] = {"Name",     "Description", "Created",
-                                               "Modified", "Created By",  "Event Date"};
-constexpr int widths[columnCount] = {4145, 3351, 1900, 1900, 1450, 1900};
-
-constexpr bool isDate(int column)
-{
-    return column == 2 || column == 3 || column == 5;
-}
 
 /// Names that share beginnings, dates over twenty years in no order, every tenth project without.
 inline Records makeRecords(int count)
@@ -39,7 +30,7 @@ inline Records makeRecords(int count)
     std::mt19937 random(20060914);
     const QDateTime first(QDate(2001, 1, 1), QTime(8, 0));
     const auto date = [&] { return first.addSecs(static_cast<qint64>(random() % 630'000'000U)); };
-    auto records = std::make_shared<std::vector<QXSC::ProjectRecordPtr>>();
+    auto records = std::make_shared<QXSC::ProjectCollection>();
     for (int i = 0; i < count; ++i) {
         QXSC::ProjectRecord record;
         record.guid = QStringLiteral("{%1}").arg(i, 8, 16, QLatin1Char('0'));
@@ -55,7 +46,7 @@ inline Records makeRecords(int count)
         record.modified = date();
         record.hasEventDate = i % 2 == 0;
         record.eventDate = date();
-        records->push_back(std::make_shared<const QXSC::ProjectRecord>(record));
+        records->add(std::make_shared<const QXSC::ProjectRecord>(record));
     }
     return records;
 }
@@ -79,53 +70,6 @@ inline QVariant value(const QXSC::ProjectRecord &record, int column)
     }
 }
 
-class ProjectRows : public Zel::ListRowProvider
-{
-public:
-    explicit ProjectRows(Records records)
-        : m_records(std::move(records))
-    {
-    }
-
-    qsizetype rowCount() const override { return static_cast<qsizetype>(m_records->size()); }
-
-    QString text(qsizetype row, int column) const override
-    {
-        const QVariant cell = value(*(*m_records)[static_cast<size_t>(row)], column);
-        return isDate(column) && cell.isValid()
-                   ? QLocale().toString(cell.toDateTime(), QLocale::ShortFormat)
-                   : cell.toString();
-    }
-
-    QVariant tag(qsizetype row) const override
-    {
-        return QVariant::fromValue((*m_records)[static_cast<size_t>(row)]);
-    }
-
-    /// Seconds of local wall time, which is what a date's text says.
-    bool sortValues(int column, std::span<qint64> out) const override
-    {
-        if (!isDate(column))
-            return false;
-        const auto seconds = [column](const QXSC::ProjectRecordPtr &record) {
-            const bool has = column == 2   ? record->hasCreated
-                             : column == 3 ? record->hasModified
-                                           : record->hasEventDate;
-            const QDateTime &when = column == 2   ? record->created
-                                    : column == 3 ? record->modified
-                                                  : record->eventDate;
-            return has ? when.date().toJulianDay() * 86'400 +
-                             when.time().msecsSinceStartOfDay() / 1000
-                       : NoSortValue;
-        };
-        std::transform(m_records->begin(), m_records->end(), out.begin(), seconds);
-        return true;
-    }
-
-private:
-    Records m_records;
-};
-
 /// The plain table model that a sort and filter proxy stands on.
 class ProjectModel : public QAbstractTableModel
 {
@@ -139,7 +83,7 @@ public:
 
     int rowCount(const QModelIndex &parent = {}) const override
     {
-        return parent.isValid() || !m_records ? 0 : static_cast<int>(m_records->size());
+        return parent.isValid() || !m_records ? 0 : static_cast<int>(m_records->count());
     }
 
     int columnCount(const QModelIndex &parent = {}) const override
@@ -151,7 +95,7 @@ public:
     {
         if (role != Qt::DisplayRole)
             return {};
-        return value(*(*m_records)[static_cast<size_t>(index.row())], index.column());
+        return value(*m_records->item(index.row() + 1), index.column());
     }
 
 private:

@@ -5,6 +5,7 @@
 # Fails when a file includes a header of a higher floor, or one of its own floor without the edge
 # being listed, and when a source file is longer than 800 lines.
 
+cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_CURRENT_LIST_DIR}/LayerTable.cmake")
 set(problems "")
 
@@ -16,19 +17,20 @@ file(GLOB_RECURSE files RELATIVE "${ROOT}"
 foreach(file IN LISTS files)
   get_filename_component(dir "${file}" DIRECTORY)
   zel_folder_layer("${dir}" from from_layer)
-  file(STRINGS "${ROOT}/${file}" includes REGEX "^[ \t]*#[ \t]*include[ \t]*\"")
+  file(STRINGS "${ROOT}/${file}" includes REGEX "^[ \t]*#[ \t]*include[ \t]*[\"<]")
   foreach(line IN LISTS includes)
-    string(REGEX MATCH "\"([^\"]+)\"" _ "${line}")
+    string(REGEX MATCH "[\"<]([^\">]+)[\">]" _ "${line}")
     set(header "${CMAKE_MATCH_1}")
     set(target "")
-    foreach(base "src/" "")
-      if(EXISTS "${ROOT}/${base}${header}")
-        set(target "${base}${header}")
+    foreach(base "${dir}/" "src/" "")
+      get_filename_component(found "${ROOT}/${base}${header}" ABSOLUTE)
+      if(EXISTS "${found}" AND NOT IS_DIRECTORY "${found}")
+        file(RELATIVE_PATH target "${ROOT}" "${found}")
         break()
       endif()
     endforeach()
     if(target STREQUAL "")
-      continue() # beside the including file, or made by the build
+      continue() # of a library, or made by the build
     endif()
     get_filename_component(target_dir "${target}" DIRECTORY)
     zel_folder_layer("${target_dir}" to to_layer)

@@ -41,17 +41,24 @@ function(zel_add_test name)
     ENVIRONMENT "${ZEL_TEST_ENVIRONMENT}" TIMEOUT 300)
 endfunction()
 
+# zel_test_program(<source> <out-name> [LINK <libs>...]): a program of its own that is not yet a test.
+function(zel_test_program source out_name)
+  cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
+  get_filename_component(name "${source}" NAME_WE)
+  zel_program(${name} "${source}" LINK ${ARG_LINK} Zel::TestSupport Qt6::Test)
+  target_compile_definitions(${name} PRIVATE
+    ZEL_FIXTURES="${CMAKE_SOURCE_DIR}/tests/fixtures" ZEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
+    ZEL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  set_target_properties(${name} PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  set(${out_name} ${name} PARENT_SCOPE)
+endfunction()
+
 function(zel_tests)
   cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
   file(GLOB tests CONFIGURE_DEPENDS tst_*.cpp)
   foreach(source IN LISTS tests)
-    get_filename_component(name "${source}" NAME_WE)
-    zel_program(${name} "${source}" LINK ${ARG_LINK} Zel::TestSupport Qt6::Test)
-    target_compile_definitions(${name} PRIVATE
-      ZEL_FIXTURES="${CMAKE_SOURCE_DIR}/tests/fixtures" ZEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
-      ZEL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
-    set_target_properties(${name} PROPERTIES
-      RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    zel_test_program("${source}" name LINK ${ARG_LINK})
     zel_add_test(${name} ${name})
   endforeach()
 endfunction()

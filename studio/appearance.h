@@ -3,9 +3,10 @@
 #pragma once
 
 #include <QColor>
+#include <QPalette>
 #include <QString>
 
-class QPalette;
+class QWidget;
 
 namespace Studio {
 
@@ -35,5 +36,13 @@ QColor mixed(const QColor &first, const QColor &second, double share);
 
 /// Text that stands back: secondary captions, hints. Readable on light and dark.
 QColor mutedText(const QPalette &palette);
+
+/// Gives a widget one colour of its own. All others go on following the application, so that the
+/// widget hears (`PaletteChange`) when those change.
+void setOwnColor(QWidget *widget, QPalette::ColorRole role, const QColor &color);
+
+/// The red of problems, and a text in it that is readable on light and dark.
+QColor alarmColor();
+QColor alarmText(const QPalette &palette);
 
 } // namespace Studio

@@ -58,8 +58,8 @@ void shareRest(Zel::ListView &list)
 
 void fitColumns(Zel::ListView &list, const QList<double> &remembered)
 {
+    widenDates(list);
     if (remembered.size() != list.columnCount()) {
-        widenDates(list);
         shareRest(list);
         return;
     }

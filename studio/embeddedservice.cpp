@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/embeddedservice.h"
 
-#include "common/contract/serviceerror.h"
-
-#include <QDeadlineTimer>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -13,12 +11,18 @@ namespace Studio {
 
 namespace {
 
-constexpr int StartLimit = 10000; // milliseconds
-constexpr int StopLimit = 3000;
-constexpr qsizetype KeptLog = 8192; // bytes of the service's log kept for problem details
+constexpr std::chrono::seconds StartLimit(30);
+constexpr int StopLimit = 3000;        // milliseconds
+constexpr qsizetype KeptLog = 8192;    // bytes of the service's log kept for problem details
+constexpr qint64 PatienceOfEyes = 300; // milliseconds until waiting is shown
+constexpr int Tick = 100;              // milliseconds
+
+// What the service ends with.
 constexpr int ExitNewerWorkspace = 3;
 constexpr int ExitCorruptWorkspace = 4;
 constexpr int ExitPortInUse = 5;
+/// Added to the number of the signal that ended it, as shells do.
+constexpr int ExitBySignal = 128;
 
 } // namespace
 
@@ -27,20 +31,21 @@ EmbeddedService::EmbeddedService(const QString &program, const QString &workspac
     , m_program(program)
     , m_workspace(workspace)
 {
+    m_startLimit.setSingleShot(true);
+    m_startLimit.setInterval(StartLimit);
+    connect(&m_startLimit, &QTimer::timeout, this, &EmbeddedService::giveUp);
     connect(&m_process, &QProcess::readyReadStandardOutput, this,
             &EmbeddedService::readAnnouncement);
-    connect(&m_process, &QProcess::readyReadStandardError, this,
-            [this] { m_log = (m_log + m_process.readAllStandardError()).right(KeptLog); });
-    connect(&m_process, &QProcess::finished, this, &EmbeddedService::processFinished);
+    connect(&m_process, &QProcess::readyReadStandardError, this, &EmbeddedService::readLog);
+    connect(&m_process, &QProcess::finished, this, &EmbeddedService::finished);
     connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            processFinished(-1, QProcess::CrashExit);
+            failedToStart();
     });
 }
 
 EmbeddedService::~EmbeddedService()
 {
-    m_phase = Phase::Stopping;
     m_process.disconnect(this);
     if (m_process.state() == QProcess::NotRunning)
         return;
@@ -54,85 +59,120 @@ EmbeddedService::~EmbeddedService()
 
 void EmbeddedService::start()
 {
-    QDir().mkpath(QFileInfo(m_workspace).absolutePath());
-    importNext();
-}
-
-void EmbeddedService::importNext()
-{
-    m_log.clear();
-    if (m_imports.isEmpty()) {
-        serve();
+    if (m_phase != Phase::Idle)
         return;
-    }
-    m_phase = Phase::Importing;
-    m_process.start(m_program, {QStringLiteral("import"), m_imports.constFirst(),
-                                QStringLiteral("--database"), m_workspace});
+    QDir().mkpath(QFileInfo(m_workspace).absolutePath());
+    m_log.clear();
+    m_isTooLate = false;
+    m_startLimit.start();
+    next();
 }
 
-void EmbeddedService::serve()
+void EmbeddedService::next()
 {
-    m_phase = Phase::Starting;
+    if (!m_imports.isEmpty())
+        run(Phase::Importing, {QStringLiteral("import"), m_imports.constFirst(),
+                               QStringLiteral("--database"), m_workspace});
+    else
+        run(Phase::Starting,
+            {QStringLiteral("serve"), QStringLiteral("--database"), m_workspace,
+             QStringLiteral("--listen"), QStringLiteral("127.0.0.1:%1").arg(m_port),
+             QStringLiteral("--exit-with-parent")});
+}
+
+void EmbeddedService::run(Phase phase, const QStringList &arguments)
+{
+    m_phase = phase;
     m_output.clear();
-    m_address.clear();
-    m_process.start(m_program,
-                    {QStringLiteral("serve"), QStringLiteral("--database"), m_workspace,
-                     QStringLiteral("--listen"), QStringLiteral("127.0.0.1:%1").arg(m_port),
-                     QStringLiteral("--exit-with-parent")});
+    m_process.start(m_program, arguments);
 }
 
 void EmbeddedService::readAnnouncement()
 {
-    m_output += m_process.readAllStandardOutput();
     static const QByteArray prefix = "listening on ";
-    if (m_phase != Phase::Starting || !m_output.startsWith(prefix) || !m_output.contains('\n'))
+    const QByteArray output = m_process.readAllStandardOutput();
+    if (m_phase != Phase::Starting)
+        return;
+    m_output += output;
+    if (!m_output.startsWith(prefix) || !m_output.contains('\n'))
         return;
     m_address = QString::fromLatin1(m_output.left(m_output.indexOf('\n')).mid(prefix.size()));
     m_port = QUrl(m_address).port();
     m_phase = Phase::Running;
+    m_hasRun = true;
+    m_startLimit.stop();
     emit ready();
 }
 
-void EmbeddedService::processFinished(int exitCode, QProcess::ExitStatus status)
+void EmbeddedService::readLog()
+{
+    m_log = (m_log + m_process.readAllStandardError()).right(KeptLog);
+}
+
+void EmbeddedService::finished(int code, QProcess::ExitStatus status)
 {
     const Phase phase = m_phase;
+    const int exitCode = status == QProcess::NormalExit ? code : ExitBySignal + code;
     m_phase = Phase::Idle;
     m_address.clear();
-    m_log = (m_log + m_process.readAllStandardError()).right(KeptLog);
-    const bool fine = status == QProcess::NormalExit && exitCode == 0;
-    if (phase == Phase::Importing && fine) {
+    readLog();
+    if (phase == Phase::Running) {
+        emit ended();
+    } else if (phase == Phase::Importing && exitCode == 0) {
         m_imports.removeFirst();
-        importNext();
+        next();
     } else if (phase == Phase::Starting && exitCode == ExitPortInUse && m_port != 0) {
         m_port = 0; // the old port was taken meanwhile: any other will do
-        serve();
-    } else if (phase == Phase::Running) {
-        emit ended();
-    } else if (phase == Phase::Importing) {
-        emit failed(
-            failure(tr("The sample content could not be put into the workspace."), exitCode));
-    } else if (phase == Phase::Starting) {
-        emit failed(failure(tr("The service on this computer could not be started."), exitCode));
+        next();
+    } else {
+        fail(startProblem(phase, exitCode));
     }
 }
 
-void EmbeddedService::ensureRunning()
+void EmbeddedService::failedToStart()
 {
-    if (m_phase == Phase::Running && m_process.state() == QProcess::Running)
-        return;
-    if (m_phase == Phase::Running) {
-        m_phase = Phase::Idle;
-        m_address.clear();
+    m_phase = Phase::Idle;
+    Problem problem;
+    problem.what = tr("The program of the service could not be started.");
+    problem.advice = tr("Check that zel-service is installed beside Studio, or name it with studio "
+                        "--service-program FILE.");
+    problem.details = QStringLiteral("Program: %1\n%2").arg(m_program, m_process.errorString());
+    problem.canRetry = true;
+    fail(problem);
+}
+
+void EmbeddedService::fail(const Problem &problem)
+{
+    m_startLimit.stop();
+    emit failed(problem);
+}
+
+void EmbeddedService::giveUp()
+{
+    m_isTooLate = true;
+    m_process.kill(); // `finished` tells the rest
+}
+
+bool EmbeddedService::ensureRunning(QXSC::WaitObserver *observer)
+{
+    if (m_phase == Phase::Running)
+        m_process.waitForFinished(0); // the news of its end may not have arrived yet
+    start();
+    QElapsedTimer waited;
+    waited.start();
+    bool isShown = false;
+    while (m_phase != Phase::Running && m_phase != Phase::Idle) {
+        m_process.waitForReadyRead(Tick);
+        if (waited.hasExpired(m_startLimit.interval()) && !m_isTooLate)
+            giveUp();
+        if (observer && waited.hasExpired(PatienceOfEyes)) {
+            isShown = true;
+            observer->waiting(std::chrono::milliseconds(waited.elapsed()));
+        }
     }
-    if (m_phase == Phase::Idle)
-        importNext();
-    QDeadlineTimer deadline(StartLimit);
-    while (!isRunning() && m_phase != Phase::Idle && !deadline.hasExpired())
-        m_process.waitForReadyRead(100);
-    if (!isRunning())
-        throw QXSC::ServiceError(QXSC::ServiceError::Kind::Unreachable,
-                                 tr("The service on this computer did not come back."), QString(),
-                                 QString::fromUtf8(m_log));
+    if (isShown)
+        observer->finished();
+    return m_phase == Phase::Running;
 }
 
 bool EmbeddedService::hasEnded()
@@ -140,36 +180,35 @@ bool EmbeddedService::hasEnded()
     constexpr int Moment = 50; // milliseconds for the news of an end to arrive
     if (m_phase == Phase::Running)
         m_process.waitForFinished(Moment);
-    return m_phase == Phase::Idle && m_port != 0;
+    return m_hasRun && m_phase == Phase::Idle;
 }
 
-Problem EmbeddedService::failure(const QString &what, int exitCode) const
+Problem EmbeddedService::startProblem(Phase phase, int exitCode) const
 {
     Problem problem;
-    problem.what = what;
+    problem.what = phase == Phase::Importing
+                       ? tr("The sample content could not be put into the workspace.")
+                       : tr("The service on this computer could not be started.");
+    problem.advice = tr("Try again. If it keeps failing, copy the details and send them to "
+                        "support.");
     problem.canRetry = true;
-    switch (exitCode) {
-    case ExitNewerWorkspace:
+    if (m_isTooLate) {
+        problem.what = tr("The service on this computer did not come up in time.");
+    } else if (exitCode == ExitNewerWorkspace) {
         problem.what = tr("The workspace was made by a newer version of this program.");
-        problem.advice =
-            tr("Update Studio, or start it with another workspace. Nothing was changed.");
+        problem.advice = tr("Update Studio, or start it with another workspace (studio --workspace "
+                            "FILE). Nothing was changed.");
         problem.canRetry = false;
-        break;
-    case ExitCorruptWorkspace:
+    } else if (exitCode == ExitCorruptWorkspace) {
         problem.what = tr("The workspace file is damaged or is no workspace.");
-        problem.advice =
-            tr("Start Studio with another workspace (studio --workspace FILE), or put a "
-               "copy of yours back. The file was left as it is.");
-        problem.canRetry = false;
-        break;
-    default:
-        problem.advice = tr("Try again. If it keeps failing, copy the details and send them to "
-                            "support.");
+        problem.advice = tr("Start Studio with another workspace (studio --workspace FILE), or put "
+                            "a copy of yours back and try again. The file was left as it is.");
     }
-    problem.details =
-        tr("Workspace: %1\nProgram: %2 (exit code %3)").arg(m_workspace, m_program).arg(exitCode);
+    problem.details = QStringLiteral("Workspace: %1\nProgram: %2 (exit code %3)")
+                          .arg(m_workspace, m_program)
+                          .arg(exitCode);
     if (!m_log.isEmpty())
-        problem.details += QLatin1Char('\n') + QString::fromUtf8(m_log).trimmed();
+        problem.details += QLatin1Char('\n') + logTail();
     return problem;
 }
 

@@ -2,11 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "service/client/waitobserver.h"
 #include "studio/problem.h"
 
 #include <QObject>
 #include <QProcess>
 #include <QStringList>
+#include <QTimer>
+
+#include <chrono>
 
 namespace Studio {
 
@@ -19,32 +23,37 @@ class EmbeddedService : public QObject
 
 public:
     /// @param program the path of zel-service
-    /// @param workspace the SQLite file; made when it does not exist
+    /// @param workspace the SQLite file; it and its folder are made when they do not exist
     EmbeddedService(const QString &program, const QString &workspace, QObject *parent = nullptr);
     ~EmbeddedService() override;
 
     /// Files or folders that are imported before the service starts.
     void setImports(const QStringList &paths) { m_imports = paths; }
 
-    /// Starts in the background; `ready` or `failed` follows.
+    /// How long the service may take until it answers; default 30 seconds.
+    void setStartLimit(std::chrono::milliseconds limit) { m_startLimit.setInterval(limit); }
+
+    /// Starts in the background; `ready` or `failed` follows. Nothing when it runs or is starting.
     void start();
 
-    /// Brings a service that has ended back, on the same port when it is free; waits up to ten
-    /// seconds. Throws when it does not come back. Nothing when it runs.
-    void ensureRunning();
+    /// Brings a service that has ended back, on the same port when it is free, and waits for it.
+    /// Returns whether it runs; when not, `failed` has told why. `observer` (may be null) is told
+    /// about the waiting, as during a service call no event is handled.
+    bool ensureRunning(QXSC::WaitObserver *observer = nullptr);
 
     /// "http://127.0.0.1:PORT" once the service runs, else empty.
     QString address() const { return m_address; }
 
-    bool isRunning() const { return !m_address.isEmpty(); }
+    bool isRunning() const { return m_phase == Phase::Running; }
 
-    /// Whether the service was started and is gone; looks at the process itself, so that it is true
-    /// also before `ended`.
+    /// Whether the service ran and is gone; looks at the process itself, so that it is true also
+    /// before `ended`.
     bool hasEnded();
 
     /// The end of what the service logged, to tell why it ended.
     QString logTail() const { return QString::fromUtf8(m_log).trimmed(); }
 
+    /// The number of the process; 0 when there is none.
     qint64 processId() const { return m_process.processId(); }
 
 signals:
@@ -54,26 +63,32 @@ signals:
     void ended();
 
 private:
-    void importNext();
-    void serve();
-    void readAnnouncement();
-    void processFinished(int exitCode, QProcess::ExitStatus status);
-    Problem failure(const QString &what, int exitCode) const;
-
     enum class Phase
     {
         Idle,
         Importing,
         Starting,
-        Running,
-        Stopping
+        Running
     };
+
+    void next();
+    void run(Phase phase, const QStringList &arguments);
+    void readAnnouncement();
+    void readLog();
+    void finished(int code, QProcess::ExitStatus status);
+    void failedToStart();
+    void fail(const Problem &problem);
+    void giveUp();
+    Problem startProblem(Phase phase, int exitCode) const;
 
     QString m_program;
     QString m_workspace;
     QStringList m_imports;
     QProcess m_process;
+    QTimer m_startLimit;
     Phase m_phase = Phase::Idle;
+    bool m_hasRun = false;
+    bool m_isTooLate = false;
     QString m_address;
     QByteArray m_output;
     QByteArray m_log;

@@ -4,17 +4,19 @@
 
 #include "studio/appearance.h"
 #include "studio/errorcenter.h"
+#include "studio/textlabel.h"
 #include "studio/tintedicon.h"
 
-#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QApplication>
 #include <QClipboard>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -22,17 +24,15 @@ namespace Studio {
 
 namespace {
 
-constexpr QRgb AlarmColor = 0xffc8372d;
-constexpr int DetailsHeight = 84;
+constexpr int DetailLines = 6;
+/// The strip is for reading at a glance; Copy has the whole texts.
+constexpr qsizetype LongestSentence = 400;
 
-QLabel *makeText(QWidget *parent, const char *name)
+/// Assistive technology speaks an alert when it comes up.
+QAccessibleInterface *makeAlert(const QString &, QObject *object)
 {
-    auto *label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
+    auto *bar = qobject_cast<ErrorBar *>(object);
+    return bar ? new QAccessibleWidget(bar, QAccessible::AlertMessage) : nullptr;
 }
 
 QToolButton *makeTool(QWidget *parent, const char *name, const QString &text)
@@ -52,18 +52,19 @@ ErrorBar::ErrorBar(ErrorCenter &errors, QWidget *parent)
     , m_errors(errors)
 {
     setObjectName(QStringLiteral("errorBar"));
+    QAccessible::installFactory(makeAlert); // does nothing a second time
     build();
     applyColors();
     hide();
     connect(&m_errors, &ErrorCenter::raised, this, &ErrorBar::showProblem);
-    connect(&m_errors, &ErrorCenter::cleared, this, &QWidget::hide);
+    connect(&m_errors, &ErrorCenter::cleared, this, &ErrorBar::leave);
     connect(m_retry, &QPushButton::clicked, &m_errors, &ErrorCenter::retry);
     connect(m_close, &QToolButton::clicked, &m_errors, &ErrorCenter::clear);
     connect(m_signIn, &QPushButton::clicked, this, [this] {
         m_errors.clear();
         emit signInRequested();
     });
-    connect(m_detailsButton, &QToolButton::toggled, this, &ErrorBar::toggleDetails);
+    connect(m_detailsButton, &QToolButton::toggled, m_details, &QWidget::setVisible);
     connect(m_copy, &QToolButton::clicked, this, &ErrorBar::copyDetails);
 }
 
@@ -73,11 +74,11 @@ void ErrorBar::build()
     auto *icon = new QLabel(this);
     icon->setPixmap(QIcon(QStringLiteral(":/studio/icons/alarm.svg")).pixmap(24, 24));
     icon->setAccessibleName(tr("Problem"));
-    m_what = makeText(this, "errorWhat");
+    m_what = new TextLabel("errorWhat", LongestSentence, this);
     QFont bold = m_what->font();
     bold.setWeight(QFont::DemiBold);
     m_what->setFont(bold);
-    m_advice = makeText(this, "errorAdvice");
+    m_advice = new TextLabel("errorAdvice", LongestSentence, this);
     m_retry = new QPushButton(tr("&Retry"), this);
     m_retry->setObjectName(QStringLiteral("errorRetry"));
     m_signIn = new QPushButton(tr("Sign In &Again"), this);
@@ -94,7 +95,9 @@ void ErrorBar::build()
     m_details->setObjectName(QStringLiteral("errorDetails"));
     m_details->setAccessibleName(tr("Details"));
     m_details->setReadOnly(true);
-    m_details->setFixedHeight(DetailsHeight);
+    const int around =
+        2 * (m_details->frameWidth() + qRound(m_details->document()->documentMargin()));
+    m_details->setFixedHeight(DetailLines * m_details->fontMetrics().lineSpacing() + around);
     m_details->hide();
 
     auto *texts = new QVBoxLayout;
@@ -118,8 +121,10 @@ void ErrorBar::build()
 void ErrorBar::showProblem()
 {
     const Problem &problem = m_errors.problem();
-    m_what->setText(problem.what);
-    m_advice->setText(problem.advice);
+    if (isHidden())
+        m_formerFocus = QApplication::focusWidget();
+    m_what->showText(problem.what);
+    m_advice->showText(problem.advice);
     m_advice->setVisible(!problem.advice.isEmpty());
     m_details->setPlainText(problem.details);
     m_detailsButton->setVisible(!problem.details.isEmpty());
@@ -133,31 +138,33 @@ void ErrorBar::showProblem()
     QAccessible::updateAccessibility(&event);
 }
 
-void ErrorBar::toggleDetails(bool shown)
+void ErrorBar::leave()
 {
-    m_details->setVisible(shown);
+    const bool hadFocus = isAncestorOf(QApplication::focusWidget());
+    hide();
+    if (hadFocus && m_formerFocus && m_formerFocus->isVisible())
+        m_formerFocus->setFocus(Qt::OtherFocusReason);
 }
 
 void ErrorBar::copyDetails()
 {
     const Problem &problem = m_errors.problem();
-    QGuiApplication::clipboard()->setText(
-        QStringList{problem.what, problem.advice, problem.details}.join(QLatin1Char('\n')));
+    QStringList parts{problem.what, problem.advice, problem.details};
+    parts.removeAll(QString());
+    QApplication::clipboard()->setText(parts.join(QLatin1Char('\n')));
 }
 
 void ErrorBar::applyColors()
 {
-    const QPalette outer = parentWidget() ? parentWidget()->palette() : palette();
-    QPalette own = outer;
-    own.setColor(QPalette::Window, mixed(outer.color(QPalette::Window), QColor(AlarmColor),
-                                         isDark(outer) ? 0.28 : 0.12));
-    setPalette(own);
+    const QPalette base = QApplication::palette();
+    setOwnColor(this, QPalette::Window,
+                mixed(base.color(QPalette::Window), alarmColor(), isDark(base) ? 0.28 : 0.12));
 }
 
 void ErrorBar::changeEvent(QEvent *event)
 {
     QFrame::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange)
+    if (event->type() == QEvent::PaletteChange)
         applyColors();
 }
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <QFrame>
+#include <QPointer>
 
-class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 class QToolButton;
@@ -12,10 +12,12 @@ class QToolButton;
 namespace Studio {
 
 class ErrorCenter;
+class TextLabel;
 
 /// The strip at the top of the window that tells what went wrong: what happened, what to do,
 /// details to copy, Retry or Sign In Again where that helps. One strip for every problem: the
-/// newest replaces the one before, nothing stacks and nothing blocks the window.
+/// newest replaces the one before, nothing stacks and nothing blocks the window. When it goes, the
+/// keyboard is back where it was.
 class ErrorBar : public QFrame
 {
     Q_OBJECT
@@ -33,19 +35,20 @@ protected:
 private:
     void build();
     void showProblem();
-    void toggleDetails(bool shown);
+    void leave();
     void copyDetails();
     void applyColors();
 
     ErrorCenter &m_errors;
-    QLabel *m_what;
-    QLabel *m_advice;
+    TextLabel *m_what;
+    TextLabel *m_advice;
     QPushButton *m_retry;
     QPushButton *m_signIn;
     QToolButton *m_detailsButton;
     QToolButton *m_copy;
     QToolButton *m_close;
     QPlainTextEdit *m_details;
+    QPointer<QWidget> m_formerFocus;
 };
 
 } // namespace Studio

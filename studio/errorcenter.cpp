@@ -2,21 +2,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/errorcenter.h"
 
+#include "studio/log.h"
+
+#include <QScopedValueRollback>
+
 namespace Studio {
+
+namespace {
+
+constexpr qsizetype LongestLogged = 400;
+
+} // namespace
 
 bool ErrorCenter::attempt(const Action &action)
 {
+    const int reportsBefore = m_reports;
     try {
         action();
-        return true;
     } catch (const Zel::RuntimeError &error) {
         report(error, action);
         return false;
     }
+    if (m_reports != reportsBefore)
+        return false;
+    clear();
+    return true;
 }
 
 void ErrorCenter::report(const Zel::RuntimeError &error, const Action &retry)
 {
+    if (error.number() == Zel::RuntimeError::DialogCancelled)
+        return;
     Problem problem = describeError(error);
     if (m_refine)
         m_refine(problem);
@@ -25,6 +41,8 @@ void ErrorCenter::report(const Zel::RuntimeError &error, const Action &retry)
 
 void ErrorCenter::report(const Problem &problem, const Action &retry)
 {
+    qCInfo(studioLog).noquote() << problem.what.left(LongestLogged);
+    ++m_reports;
     m_problem = problem;
     m_retry = retry;
     emit raised();
@@ -32,22 +50,24 @@ void ErrorCenter::report(const Problem &problem, const Action &retry)
 
 void ErrorCenter::retry()
 {
-    // The problem goes first: if the action fails again it raises its own.
-    const Action action = m_retry;
-    clear();
-    if (!action)
+    // Something that lets events through on its way may bring a second click.
+    if (m_isRetrying || !canRetry())
         return;
-    attempt([this, action] {
-        if (m_beforeRetry)
-            m_beforeRetry();
-        action();
-    });
+    const QScopedValueRollback<bool> retrying(m_isRetrying, true);
+    const Action action = m_retry;
+    if (m_beforeRetry && !m_beforeRetry()) {
+        m_retry = action;
+        return;
+    }
+    attempt(action);
 }
 
 void ErrorCenter::clear()
 {
-    m_problem = {};
     m_retry = {};
+    if (!hasProblem())
+        return;
+    m_problem = {};
     emit cleared();
 }
 

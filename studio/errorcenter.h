@@ -13,8 +13,9 @@ namespace Studio {
 /// Where every error of Studio arrives: controls' run-time errors and failures of Studio's own
 /// calls.
 ///
-/// It shows one problem at a time (the newest) through whoever listens to `raised`, remembers how
-/// to try again, and withdraws the problem when the retried action succeeds.
+/// It shows one problem at a time (the newest) through whoever listens to `raised`, and remembers
+/// how to try again. A problem stands until a person closes it or something they do afterwards
+/// succeeds. That a person cancelled a dialog is no problem.
 class ErrorCenter : public QObject
 {
     Q_OBJECT
@@ -24,26 +25,31 @@ public:
 
     using QObject::QObject;
 
-    /// Does `action`; an error is reported with the action itself as what Retry does.
-    /// Returns whether it succeeded; success clears a problem the same attempt had raised.
+    /// Does what a person asked for. An error is reported with the action itself as what Retry
+    /// does. Returns whether the action succeeded, that is, neither threw nor led to a report; then
+    /// the problem that stood before is withdrawn.
     bool attempt(const Action &action);
 
     /// Reports an error; without `retry` there is nothing to try again.
     void report(const Zel::RuntimeError &error, const Action &retry = {});
     void report(const Problem &problem, const Action &retry = {});
 
-    /// Tries again what the present problem came from.
+    /// Tries again what the present problem came from. The problem stands meanwhile, so that the
+    /// strip neither flickers nor loses the keyboard.
     void retry();
     /// Withdraws the present problem.
     void clear();
 
-    /// Runs before every retry, for instance to bring a stopped service back.
-    void setBeforeRetry(const Action &prepare) { m_beforeRetry = prepare; }
+    /// Runs before every retry, for instance to bring a stopped service back. When it returns false
+    /// it has reported why, and the retry waits for the next one.
+    void setBeforeRetry(const std::function<bool()> &prepare) { m_beforeRetry = prepare; }
 
     /// Looks at every problem made from an error before it is shown and may word it better.
     void setRefine(const std::function<void(Problem &)> &refine) { m_refine = refine; }
 
     const Problem &problem() const { return m_problem; }
+
+    bool hasProblem() const { return !m_problem.what.isEmpty(); }
 
     bool canRetry() const { return static_cast<bool>(m_retry) && m_problem.canRetry; }
 
@@ -54,8 +60,10 @@ signals:
 private:
     Problem m_problem;
     Action m_retry;
-    Action m_beforeRetry;
+    std::function<bool()> m_beforeRetry;
     std::function<void(Problem &)> m_refine;
+    int m_reports = 0;
+    bool m_isRetrying = false;
 };
 
 } // namespace Studio

@@ -13,7 +13,9 @@
 
 #include <QActionGroup>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -25,6 +27,12 @@ static void loadPictures()
 }
 
 namespace Studio {
+
+namespace {
+
+constexpr QSize preferredSize(1400, 840);
+
+} // namespace
 
 MainWindow::MainWindow(QXSC::ServiceClient &client, QXSC::StudioService &service,
                        ErrorCenter &errors, Settings &settings)
@@ -38,12 +46,18 @@ MainWindow::MainWindow(QXSC::ServiceClient &client, QXSC::StudioService &service
     setWindowTitle(tr("Studio"));
     setWindowIcon(QIcon(QStringLiteral(":/studio/icons/studio.svg")));
     build();
-    resize(1400, 840);
-    restoreGeometry(m_settings.windowGeometry());
+    placeOnScreen();
     connect(m_signIn, &SignInPage::signedIn, this, &MainWindow::openPages);
+    connect(m_signIn, &SignInPage::abandoned, this, [this] { m_service.signOut(); });
 }
 
 MainWindow::~MainWindow() = default;
+
+void MainWindow::placeOnScreen()
+{
+    if (!restoreGeometry(m_settings.windowGeometry()))
+        resize(preferredSize.boundedTo(screen()->availableSize()));
+}
 
 void MainWindow::build()
 {
@@ -83,13 +97,28 @@ QMenu *MainWindow::makeAccountMenu()
 {
     auto *menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("accountMenu"));
-    QMenu *looks = menu->addMenu(tr("&Appearance"));
-    auto *group = new QActionGroup(looks);
+    addAppearances(menu->addMenu(tr("&Appearance")));
+    menu->addSeparator();
+    QAction *leave = menu->addAction(tintedIcon(QStringLiteral("signout")), tr("Sign &Out"));
+    leave->setObjectName(QStringLiteral("signOut"));
+    connect(leave, &QAction::triggered, this, &MainWindow::signOut);
+    QAction *quit = menu->addAction(tr("&Quit"));
+    quit->setObjectName(QStringLiteral("quit"));
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q)); // Qt's own has no key on some desktops
+    addAction(quit); // the shortcut works while nobody is signed in, too
+    connect(quit, &QAction::triggered, this, &QWidget::close);
+    return menu;
+}
+
+void MainWindow::addAppearances(QMenu *menu)
+{
+    menu->setObjectName(QStringLiteral("appearanceMenu"));
+    auto *group = new QActionGroup(menu);
     const std::pair<Appearance, QString> choices[] = {{Appearance::System, tr("As the &System")},
                                                       {Appearance::Light, tr("&Light")},
                                                       {Appearance::Dark, tr("&Dark")}};
     for (const auto &[appearance, caption] : choices) {
-        QAction *action = looks->addAction(caption);
+        QAction *action = menu->addAction(caption);
         action->setObjectName(QStringLiteral("appearance_") + appearanceKey(appearance));
         action->setCheckable(true);
         action->setChecked(m_settings.appearance() == appearance);
@@ -99,29 +128,41 @@ QMenu *MainWindow::makeAccountMenu()
             applyAppearance(chosen);
         });
     }
-    menu->addSeparator();
-    QAction *leave = menu->addAction(tintedIcon(QStringLiteral("signout")), tr("Sign &Out"));
-    leave->setObjectName(QStringLiteral("signOut"));
-    connect(leave, &QAction::triggered, this, &MainWindow::signOut);
-    return menu;
+}
+
+Page *MainWindow::page(int number) const
+{
+    return static_cast<Page *>(m_pages->widget(number));
+}
+
+void MainWindow::leavePages()
+{
+    m_openFor.clear();
+    for (int i = 0; i < m_pages->count(); ++i)
+        page(i)->leave();
 }
 
 void MainWindow::openPages()
 {
-    m_rail->setAccountName(m_signIn->accountName());
+    const QString account = m_signIn->accountName();
+    const QStringList openFor{m_signIn->server(), m_signIn->userName(), account};
+    if (openFor != m_openFor)
+        leavePages();
+    m_openFor = openFor;
+    m_rail->setAccountName(account);
     m_rail->accountButton()->setToolTip(
-        tr("%1, signed in as %2").arg(m_signIn->accountName(), m_signIn->userName()));
-    setWindowTitle(tr("%1 – Studio").arg(m_signIn->accountName()));
+        tr("%1, signed in as %2").arg(account, m_signIn->userName()));
+    setWindowTitle(tr("%1 – Studio").arg(account));
     m_stack->setCurrentWidget(m_work);
     m_errors.clear();
-    showPage(0);
+    showPage(m_pages->currentIndex());
 }
 
-void MainWindow::showPage(int page)
+void MainWindow::showPage(int number)
 {
-    auto *shown = static_cast<Page *>(m_pages->widget(page));
-    m_pages->setCurrentIndex(page);
-    m_rail->setCurrent(page);
+    Page *shown = page(number);
+    m_pages->setCurrentIndex(number);
+    m_rail->setCurrent(number);
     m_errors.attempt([shown] { shown->open(); });
     shown->setFocus();
 }
@@ -136,15 +177,25 @@ void MainWindow::showSignIn()
 void MainWindow::signOut()
 {
     m_service.signOut();
+    leavePages();
     m_errors.clear();
     showSignIn();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent *event)
+{
+    // Esc that nobody else had a use for closes the problem strip.
+    if (event->key() == Qt::Key_Escape && m_errors.hasProblem())
+        m_errors.clear();
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     m_settings.setWindowGeometry(saveGeometry());
     for (int i = 0; i < m_pages->count(); ++i)
-        static_cast<Page *>(m_pages->widget(i))->remember();
+        page(i)->remember();
     QMainWindow::closeEvent(event);
 }
 

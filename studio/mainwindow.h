@@ -20,6 +20,9 @@ class SignInPage;
 
 /// Studio's window: the sign-in page, then the rail and its pages. Problems appear in the strip
 /// above both.
+///
+/// Signing in again after the session has ended leaves the pages as they were; when somebody else
+/// signs in, or to another account or server, the pages forget what they held before.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -35,11 +38,16 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void build();
+    void placeOnScreen();
     void addPage(Page *page);
     QMenu *makeAccountMenu();
+    void addAppearances(QMenu *menu);
+    Page *page(int number) const;
+    void leavePages();
     void openPages();
     void showPage(int page);
     void signOut();
@@ -53,6 +61,8 @@ private:
     QWidget *m_work;
     NavigationRail *m_rail;
     QStackedWidget *m_pages;
+    /// Server, person and account the pages were opened for.
+    QStringList m_openFor;
 };
 
 } // namespace Studio

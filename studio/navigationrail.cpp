@@ -5,6 +5,7 @@
 #include "studio/appearance.h"
 #include "studio/tintedicon.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QEvent>
 #include <QToolButton>
@@ -87,18 +88,16 @@ void NavigationRail::setCurrent(int page)
 
 void NavigationRail::applyColors()
 {
-    const QPalette outer = parentWidget() ? parentWidget()->palette() : palette();
-    QPalette own = outer;
-    own.setColor(QPalette::Window,
-                 mixed(outer.color(QPalette::Window), outer.color(QPalette::WindowText),
-                       isDark(outer) ? 0.05 : 0.06));
-    setPalette(own);
+    const QPalette base = QApplication::palette();
+    setOwnColor(this, QPalette::Window,
+                mixed(base.color(QPalette::Window), base.color(QPalette::WindowText),
+                      isDark(base) ? 0.05 : 0.06));
 }
 
 void NavigationRail::changeEvent(QEvent *event)
 {
     QFrame::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange)
+    if (event->type() == QEvent::PaletteChange)
         applyColors();
 }
 

@@ -18,8 +18,12 @@ public:
     virtual QString title() const = 0;
     /// The name of the page's icon on the rail.
     virtual QString icon() const = 0;
-    /// Loads the page for the account just signed in to. Errors propagate.
+    /// Loads the page for the account just signed in to. Errors propagate. After the same person
+    /// has signed in again to the same account, what they had arranged is still there.
     virtual void open() = 0;
+
+    /// Forgets everything of the account: somebody else may be the next to look.
+    virtual void leave() {}
 
     /// Keeps what a person arranged for the next start; called before the window goes.
     virtual void remember() {}

@@ -52,13 +52,17 @@ Problem describeServiceError(const ServiceError &error)
     // A service error says what happened in its first sentence and what to do in the others.
     const qsizetype end = error.description().indexOf(QLatin1String(". "));
     problem.what = end < 0 ? error.description() : error.description().left(end + 1);
+    if (problem.what.isEmpty())
+        problem.what = text("The service could not do this.");
     problem.advice = end < 0 ? adviceFor(error.kind()) : error.description().mid(end + 2);
     problem.canRetry = error.isTransient();
     problem.isConnection = error.kind() == ServiceError::Kind::Unreachable ||
                            error.kind() == ServiceError::Kind::ConnectionLost;
-    problem.needsSignIn = error.kind() == ServiceError::Kind::SignedOut;
+    // A session without an account gets one by signing in, as no session does.
+    problem.needsSignIn = error.kind() == ServiceError::Kind::SignedOut ||
+                          error.code() == QLatin1String("no-account");
     QStringList details{QStringLiteral("Error %1 (%2)").arg(error.number()).arg(error.source())};
-    if (!error.code().isEmpty())
+    if (!error.code().isEmpty() && !error.details().contains(error.code()))
         details << QStringLiteral("Code: %1").arg(error.code());
     if (!error.details().isEmpty())
         details << error.details();
@@ -73,7 +77,10 @@ Problem describeError(const Zel::RuntimeError &error)
     if (const auto *serviceError = dynamic_cast<const ServiceError *>(&error))
         return describeServiceError(*serviceError);
     Problem problem;
-    problem.what = error.description();
+    problem.what = text("This could not be done: %1")
+                       .arg(error.description().isEmpty()
+                                ? Zel::RuntimeError::standardDescription(error.number())
+                                : error.description());
     problem.advice = text("If this happens again, copy the details and send them to support.");
     problem.details = QStringLiteral("Error %1").arg(error.number());
     if (!error.source().isEmpty())

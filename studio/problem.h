@@ -9,11 +9,11 @@ namespace Studio {
 /// A failure as people are told about it.
 struct Problem
 {
-    /// What happened, one sentence.
+    /// What happened, one sentence; never empty in a problem that is shown.
     QString what;
     /// What to do about it; may be empty.
     QString advice;
-    /// Number, code, address and request id, to copy for support.
+    /// Number, code, address and request id, to copy for support; not translated, never a secret.
     QString details;
     /// Whether doing the same again may succeed.
     bool canRetry = false;

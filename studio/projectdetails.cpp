@@ -4,12 +4,17 @@
 
 #include "platform/core/datetext.h"
 #include "studio/appearance.h"
+#include "studio/textlabel.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QFormLayout>
+#include <QHash>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace Studio {
@@ -17,24 +22,8 @@ namespace Studio {
 namespace {
 
 constexpr int PanelWidth = 280;
-/// A name or description beyond this many characters is shown shortened; the list's record is
-/// whole.
+/// Longer names and descriptions are shown shortened; the list's record is whole.
 constexpr qsizetype LongestText = 2000;
-
-QString shortened(const QString &text)
-{
-    return text.size() <= LongestText ? text : text.left(LongestText) + QChar(0x2026);
-}
-
-QLabel *makeText(QWidget *parent, const char *name)
-{
-    auto *label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
-}
 
 QString dateOr(bool has, const QDateTime &date)
 {
@@ -52,7 +41,7 @@ ProjectDetails::ProjectDetails(QWidget *parent)
     setFocusPolicy(Qt::TabFocus);
     build();
     applyColors();
-    show(nullptr);
+    showProject(nullptr, false);
     connect(m_check, &QPushButton::clicked, this, &ProjectDetails::checkRequested);
 }
 
@@ -63,12 +52,12 @@ void ProjectDetails::build()
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
     m_content = new QWidget;
-    m_name = makeText(m_content, "detailName");
+    m_name = new TextLabel("detailName", LongestText, m_content);
     QFont font = m_name->font();
     font.setPointSizeF(font.pointSizeF() * 1.2);
     font.setWeight(QFont::DemiBold);
     m_name->setFont(font);
-    m_description = makeText(m_content, "detailDescription");
+    m_description = new TextLabel("detailDescription", LongestText, m_content);
     auto *form = new QFormLayout;
     form->setHorizontalSpacing(14);
     form->setVerticalSpacing(7);
@@ -103,56 +92,63 @@ void ProjectDetails::build()
     outer->addWidget(m_scroll, 1);
 }
 
-QLabel *ProjectDetails::addRow(QFormLayout *form, const QString &caption, const char *name)
+TextLabel *ProjectDetails::addRow(QFormLayout *form, const QString &caption, const char *name)
 {
     auto *label = new QLabel(caption, m_content);
     m_captions << label;
-    QLabel *value = makeText(m_content, name);
+    auto *value = new TextLabel(name, LongestText, m_content);
     value->setAccessibleName(caption);
     form->addRow(label, value);
     return value;
 }
 
-void ProjectDetails::show(const QXSC::ProjectRecordPtr &project)
+void ProjectDetails::showProject(const QXSC::ProjectRecordPtr &project, bool published)
 {
     m_hint->setVisible(!project);
     m_scroll->setVisible(project != nullptr);
-    if (!project)
-        return;
-    m_name->setText(shortened(project->name));
-    m_description->setText(shortened(project->description));
-    m_description->setVisible(!project->description.isEmpty());
-    m_created->setText(dateOr(project->hasCreated, project->created));
-    m_modified->setText(dateOr(project->hasModified, project->modified));
-    m_createdBy->setText(project->createdBy);
-    m_eventDate->setText(dateOr(project->hasEventDate, project->eventDate));
-    showPublished(project->published);
-}
-
-void ProjectDetails::showPublished(bool published)
-{
+    // What nobody sees any more is not kept either: somebody else may sign in next.
+    const QXSC::ProjectRecord shown = project ? *project : QXSC::ProjectRecord();
+    m_name->showText(shown.name);
+    m_description->showText(shown.description);
+    m_description->setVisible(!shown.description.isEmpty());
+    m_created->setText(dateOr(shown.hasCreated, shown.created));
+    m_modified->setText(dateOr(shown.hasModified, shown.modified));
+    m_createdBy->showText(shown.createdBy);
+    m_eventDate->setText(dateOr(shown.hasEventDate, shown.eventDate));
     m_published->setText(published ? tr("Yes") : tr("Not yet"));
 }
 
 void ProjectDetails::applyColors()
 {
-    const QPalette base = parentWidget() ? parentWidget()->palette() : palette();
-    QPalette muted = base;
-    muted.setColor(QPalette::WindowText, mutedText(base));
-    m_hint->setPalette(muted);
+    const QPalette base = QApplication::palette();
+    setOwnColor(m_hint, QPalette::WindowText, mutedText(base));
     for (QLabel *caption : std::as_const(m_captions))
-        caption->setPalette(muted);
-    QPalette ground = base;
-    ground.setColor(QPalette::Window, Card::ground(base));
-    m_scroll->setPalette(ground);
+        setOwnColor(caption, QPalette::WindowText, mutedText(base));
+    setOwnColor(m_scroll, QPalette::Window, Card::ground(base));
     m_scroll->viewport()->setAutoFillBackground(true);
 }
 
 void ProjectDetails::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange)
+    if (event->type() == QEvent::PaletteChange)
         applyColors();
+}
+
+void ProjectDetails::keyPressEvent(QKeyEvent *event)
+{
+    static const QHash<int, QAbstractSlider::SliderAction> actions{
+        {Qt::Key_Up, QAbstractSlider::SliderSingleStepSub},
+        {Qt::Key_Down, QAbstractSlider::SliderSingleStepAdd},
+        {Qt::Key_PageUp, QAbstractSlider::SliderPageStepSub},
+        {Qt::Key_PageDown, QAbstractSlider::SliderPageStepAdd},
+        {Qt::Key_Home, QAbstractSlider::SliderToMinimum},
+        {Qt::Key_End, QAbstractSlider::SliderToMaximum}};
+    const auto action = actions.constFind(event->key());
+    if (action != actions.cend())
+        m_scroll->verticalScrollBar()->triggerAction(*action);
+    else
+        Card::keyPressEvent(event);
 }
 
 } // namespace Studio

@@ -12,7 +12,10 @@ class QScrollArea;
 
 namespace Studio {
 
-/// Everything about one project, beside the list.
+class TextLabel;
+
+/// Everything about one project, beside the list. It takes the keyboard so that a long description
+/// can be scrolled without a mouse.
 class ProjectDetails : public Card
 {
     Q_OBJECT
@@ -21,9 +24,8 @@ public:
     explicit ProjectDetails(QWidget *parent = nullptr);
 
     /// Shows a project; null shows what the panel is for.
-    void show(const QXSC::ProjectRecordPtr &project);
-    /// Shows the state the service has just told.
-    void showPublished(bool published);
+    /// @param published what the service last said, which may be newer than the record
+    void showProject(const QXSC::ProjectRecordPtr &project, bool published);
 
 signals:
     /// The person wants to know whether the project is published now.
@@ -31,22 +33,23 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void build();
-    QLabel *addRow(QFormLayout *form, const QString &caption, const char *name);
+    TextLabel *addRow(QFormLayout *form, const QString &caption, const char *name);
     void applyColors();
 
     QLabel *m_hint;
     QWidget *m_content;
     QScrollArea *m_scroll;
-    QLabel *m_name;
-    QLabel *m_description;
-    QLabel *m_created;
-    QLabel *m_modified;
-    QLabel *m_createdBy;
-    QLabel *m_eventDate;
-    QLabel *m_published;
+    TextLabel *m_name;
+    TextLabel *m_description;
+    TextLabel *m_created;
+    TextLabel *m_modified;
+    TextLabel *m_createdBy;
+    TextLabel *m_eventDate;
+    TextLabel *m_published;
     QPushButton *m_check;
     QList<QLabel *> m_captions;
 };

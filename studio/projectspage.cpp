@@ -2,27 +2,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/projectspage.h"
 
-#include "platform/core/propertybag.h"
 #include "platform/widgets/listview.h"
 #include "platform/widgets/taborder.h"
 #include "projects/projectlist.h"
 #include "studio/appearance.h"
+#include "studio/columnmenu.h"
 #include "studio/columnwidths.h"
 #include "studio/errorcenter.h"
 #include "studio/projectdetails.h"
 #include "studio/settings.h"
+#include "studio/textlabel.h"
 #include "studio/tintedicon.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QShortcut>
 #include <QSplitter>
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include <array>
+#include <algorithm>
 
 namespace Studio {
 
@@ -30,21 +32,9 @@ using ZelWebServiceControls::ProjectList;
 
 namespace {
 
-struct ColumnSwitch
-{
-    const char *property;
-    const char *caption;
-    bool onByDefault;
-};
-
-constexpr std::array columnSwitches{
-    ColumnSwitch{"ShowCreated", QT_TRANSLATE_NOOP("Studio::ProjectsPage", "Created"), true},
-    ColumnSwitch{"ShowModiffied", QT_TRANSLATE_NOOP("Studio::ProjectsPage", "Modified"), true},
-    ColumnSwitch{"ShowCreatedBy", QT_TRANSLATE_NOOP("Studio::ProjectsPage", "Created By"), true},
-    ColumnSwitch{"ShowEventDate", QT_TRANSLATE_NOOP("Studio::ProjectsPage", "Event Date"), true},
-    ColumnSwitch{"ShowPublished", QT_TRANSLATE_NOOP("Studio::ProjectsPage", "Published marker"),
-                 false},
-};
+constexpr int WidestFilter = 380;  // pixels
+constexpr int LongestFilter = 500; // characters
+constexpr qsizetype QuotedFilter = 60;
 
 QToolButton *makeTool(QWidget *parent, const char *name, const QString &icon, const QString &text,
                       const QString &tip)
@@ -59,13 +49,13 @@ QToolButton *makeTool(QWidget *parent, const char *name, const QString &icon, co
     return button;
 }
 
-/// A bag that a person's settings hold from before a switch existed shows published projects.
-Zel::PropertyBag startingBag(const QString &text)
+bool hasAllWords(const QXSC::ProjectRecord &project, const QStringList &words)
 {
-    Zel::PropertyBag bag = Zel::PropertyBag::fromText(text);
-    if (text.isEmpty())
-        bag.write(QStringLiteral("ShowPublished"), true, false);
-    return bag;
+    return std::all_of(words.begin(), words.end(), [&](const QString &word) {
+        return project.name.contains(word, Qt::CaseInsensitive) ||
+               project.description.contains(word, Qt::CaseInsensitive) ||
+               project.createdBy.contains(word, Qt::CaseInsensitive);
+    });
 }
 
 } // namespace
@@ -80,20 +70,10 @@ ProjectsPage::ProjectsPage(QXSC::ServiceClient &client, QXSC::StudioService &ser
 {
     setObjectName(QStringLiteral("projectsPage"));
     build();
-    m_projects->readPropertyBag(startingBag(m_settings.projectListBag()));
-    connect(m_projects, &ProjectList::ProjectClick, this, &ProjectsPage::showProject);
-    connect(m_projects, &ProjectList::ProjectDblClick, this, [this] { m_details->setFocus(); });
-    connect(m_projects, &ProjectList::runtimeError, this,
-            [this](const Zel::RuntimeError &error) { m_errors.report(error); });
-    connect(m_list, &Zel::ListView::selectionChanged, this,
-            [this] { m_details->show(m_projects->GetSelectedProject()); });
-    connect(m_type, &QComboBox::activated, this, [this] {
-        m_settings.setProjectType(m_type->currentData().toString());
-        m_errors.attempt([this] { loadProjects(); });
-    });
-    connect(m_filter, &QLineEdit::textChanged, this, &ProjectsPage::filter);
-    connect(m_details, &ProjectDetails::checkRequested, this,
-            [this] { m_errors.attempt([this] { updatePublished(); }); });
+    makeShortcuts();
+    connectParts();
+    applyColors();
+    leave();
 }
 
 QString ProjectsPage::title() const
@@ -110,6 +90,7 @@ void ProjectsPage::build()
 {
     m_projects = new ProjectList(this);
     m_projects->setObjectName(QStringLiteral("projects"));
+    m_projects->setAccessibleName(title());
     m_list = m_projects->findChild<Zel::ListView *>(QStringLiteral("projectList"));
     m_details = new ProjectDetails(this);
     m_count = new QLabel(this);
@@ -128,7 +109,7 @@ void ProjectsPage::build()
     column->addWidget(makeHeader());
     column->addWidget(split, 1);
     column->addWidget(m_count);
-    Zel::setTabChain({m_type, m_filter, m_columns, m_projects, m_details});
+    Zel::setTabChain({m_type, m_filter, m_columns, m_refresh, m_projects, m_details});
 }
 
 QWidget *ProjectsPage::makeHeader()
@@ -139,6 +120,22 @@ QWidget *ProjectsPage::makeHeader()
     font.setPointSizeF(font.pointSizeF() * 1.5);
     font.setWeight(QFont::DemiBold);
     heading->setFont(font);
+    makeTools(header);
+    auto *row = new QHBoxLayout(header);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(8);
+    row->addWidget(heading);
+    row->addSpacing(8);
+    row->addWidget(m_type);
+    row->addStretch(1);
+    row->addWidget(m_filter, 4);
+    row->addWidget(m_columns);
+    row->addWidget(m_refresh);
+    return header;
+}
+
+void ProjectsPage::makeTools(QWidget *header)
+{
     m_type = new QComboBox(header);
     m_type->setObjectName(QStringLiteral("projectType"));
     m_type->setAccessibleName(tr("Project type"));
@@ -150,64 +147,77 @@ QWidget *ProjectsPage::makeHeader()
     m_filter->setAccessibleName(tr("Filter projects"));
     m_filter->setToolTip(tr("Shows only the projects with all these words (Ctrl+F; Esc clears)"));
     m_filter->setClearButtonEnabled(true);
-    m_filter->setMaximumWidth(380);
+    m_filter->setMaximumWidth(WidestFilter);
+    m_filter->setMaxLength(LongestFilter);
     m_filter->addAction(tintedIcon(QStringLiteral("search")), QLineEdit::LeadingPosition);
     m_columns = makeTool(header, "columnsButton", QStringLiteral("columns"), tr("Columns"),
                          tr("Choose the columns to show"));
     m_columns->setPopupMode(QToolButton::InstantPopup);
-    m_columns->setMenu(makeColumnMenu());
-    auto *refreshButton = makeTool(header, "refreshButton", QStringLiteral("refresh"),
-                                   tr("Refresh"), tr("Load the list again (F5)"));
-    refreshButton->setShortcut(QKeySequence(Qt::Key_F5));
-    connect(refreshButton, &QToolButton::clicked, this,
-            [this] { m_errors.attempt([this] { refresh(); }); });
+    m_columns->setMenu(new ColumnMenu(*m_projects, m_settings, m_columns));
+    m_refresh = makeTool(header, "refreshButton", QStringLiteral("refresh"), tr("Refresh"),
+                         tr("Load the list again (F5)"));
+    m_refresh->setShortcut(QKeySequence(Qt::Key_F5));
+}
+
+void ProjectsPage::makeShortcuts()
+{
     auto *find = new QShortcut(QKeySequence::Find, this);
     connect(find, &QShortcut::activated, this, [this] {
         m_filter->setFocus(Qt::ShortcutFocusReason);
         m_filter->selectAll();
     });
-    auto *leave = new QShortcut(QKeySequence(Qt::Key_Escape), m_filter);
-    leave->setContext(Qt::WidgetShortcut);
-    connect(leave, &QShortcut::activated, m_filter, &QLineEdit::clear);
-
-    auto *row = new QHBoxLayout(header);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(8);
-    row->addWidget(heading);
-    row->addSpacing(8);
-    row->addWidget(m_type);
-    row->addStretch(1);
-    row->addWidget(m_filter, 4);
-    row->addWidget(m_columns);
-    row->addWidget(refreshButton);
-    return header;
+    auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), m_filter);
+    clear->setContext(Qt::WidgetShortcut);
+    connect(clear, &QShortcut::activated, m_filter, &QLineEdit::clear);
+    // With nothing to clear, Esc means what it means everywhere else.
+    clear->setEnabled(false);
+    connect(m_filter, &QLineEdit::textChanged, clear,
+            [clear](const QString &text) { clear->setEnabled(!text.isEmpty()); });
 }
 
-QMenu *ProjectsPage::makeColumnMenu()
+void ProjectsPage::connectParts()
 {
-    auto *menu = new QMenu(this);
-    menu->setObjectName(QStringLiteral("columnMenu"));
-    for (const ColumnSwitch &entry : columnSwitches) {
-        const QString property = QLatin1String(entry.property);
-        QAction *action = menu->addAction(tr(entry.caption));
-        action->setObjectName(property);
-        action->setCheckable(true);
-        connect(action, &QAction::triggered, this,
-                [this, property](bool on) { switchColumn(property, on); });
-    }
-    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
-        for (QAction *action : menu->actions())
-            action->setChecked(
-                m_projects->property(action->objectName().toLatin1().constData()).toBool());
+    connect(m_projects, &ProjectList::ProjectDblClick, m_details,
+            [this] { m_details->setFocus(Qt::OtherFocusReason); });
+    connect(m_projects, &ProjectList::runtimeError, this,
+            [this](const Zel::RuntimeError &error) { m_errors.report(error); });
+    connect(m_list, &Zel::ListView::selectionChanged, this, &ProjectsPage::showSelected);
+    connect(m_type, &QComboBox::activated, this, &ProjectsPage::chooseType);
+    connect(m_filter, &QLineEdit::textChanged, this, &ProjectsPage::filter);
+    connect(m_refresh, &QToolButton::clicked, this,
+            [this] { m_errors.attempt([this] { refresh(); }); });
+    connect(m_details, &ProjectDetails::checkRequested, this,
+            [this] { m_errors.attempt([this] { checkPublished(); }); });
+    auto *menu = static_cast<ColumnMenu *>(m_columns->menu());
+    connect(menu, &ColumnMenu::aboutToSwitch, this, &ProjectsPage::remember);
+    connect(menu, &ColumnMenu::switched, this, [this](const QString &property) {
+        fit();
+        // The marker is put on lines when they are loaded.
+        if (property == QLatin1String("ShowPublished"))
+            m_errors.attempt([this] { refresh(); });
     });
-    return menu;
 }
 
 void ProjectsPage::open()
 {
-    fit();
+    if (m_fittedWidths.isEmpty())
+        fit();
     loadTypes();
-    loadProjects();
+    refresh();
+}
+
+void ProjectsPage::leave()
+{
+    remember();
+    m_list->setEmptyText(tr("The projects could not be loaded"));
+    m_list->setSorted(false);
+    m_list->clear();
+    m_type->clear();
+    m_filter->clear();
+    m_count->clear();
+    m_details->showProject(nullptr, false);
+    m_shownType.clear();
+    m_checked.clear();
 }
 
 void ProjectsPage::fit()
@@ -215,13 +225,16 @@ void ProjectsPage::fit()
     // The room for the columns is known once the page is on screen.
     layout()->activate();
     fitColumns(*m_list, m_settings.projectColumnWidths());
-    m_isFitted = true;
+    m_fittedWidths = columnWidths(*m_list, m_settings.projectColumnWidths());
 }
 
 void ProjectsPage::remember()
 {
-    if (m_isFitted)
-        m_settings.setProjectColumnWidths(columnWidths(*m_list, m_settings.projectColumnWidths()));
+    if (m_fittedWidths.isEmpty())
+        return;
+    const QList<double> widths = columnWidths(*m_list, m_settings.projectColumnWidths());
+    if (widths != m_fittedWidths)
+        m_settings.setProjectColumnWidths(widths);
 }
 
 void ProjectsPage::loadTypes()
@@ -230,65 +243,63 @@ void ProjectsPage::loadTypes()
     m_type->clear();
     for (const QXSC::ProjectType &type : types)
         m_type->addItem(type.name, type.typeID);
-    const int remembered = m_type->findData(m_settings.projectType());
-    m_type->setCurrentIndex(remembered >= 0 ? remembered : 0);
+    showType(m_settings.projectType());
 }
 
-void ProjectsPage::loadProjects()
+void ProjectsPage::showType(const QString &typeID)
 {
-    m_list->setEmptyText(tr("The projects could not be loaded"));
-    m_projects->Init(&m_client, m_type->currentData().toString());
-    m_details->show(nullptr);
+    const int known = m_type->findData(typeID);
+    m_type->setCurrentIndex(known >= 0 || m_type->count() == 0 ? known : 0);
+}
+
+void ProjectsPage::chooseType()
+{
+    const QString typeID = m_type->currentData().toString();
+    const auto choose = [this, typeID] {
+        load(typeID);
+        showType(typeID);
+        m_settings.setProjectType(typeID);
+    };
+    // What the box says is what the list shows, also when the service fails.
+    if (!m_errors.attempt(choose))
+        showType(m_shownType);
+}
+
+void ProjectsPage::load(const QString &typeID)
+{
+    const auto *before = m_list->rows();
+    m_projects->Init(&m_client, typeID);
+    if (m_list->rows() == before)
+        m_list->clear(); // the service answered nothing: it does not know the type (any more)
+    m_shownType = typeID;
+    m_checked.clear();
     filter(m_filter->text());
+    showSelected();
 }
 
 void ProjectsPage::refresh()
 {
-    // Loading anew rather than emptying first: when the service fails, what is on screen stays.
-    // What a person had arranged comes back after it.
     const QXSC::ProjectRecordPtr selected = m_projects->GetSelectedProject();
     const bool sorted = m_list->isSorted();
-    m_projects->Init(&m_client, m_type->currentData().toString());
+    load(m_type->currentData().toString());
     if (sorted)
         m_list->sortBy(m_list->sortKey(), m_list->sortOrder());
-    filter(m_filter->text());
-    m_details->show(nullptr);
-    if (selected)
+    // Projects without a guid cannot be told apart.
+    if (selected && !selected->guid.isEmpty())
         m_projects->SelectProject(selected->guid);
-}
-
-void ProjectsPage::switchColumn(const QString &property, bool on)
-{
-    const auto entry = std::find_if(columnSwitches.begin(), columnSwitches.end(),
-                                    [&](const ColumnSwitch &candidate) {
-                                        return property == QLatin1String(candidate.property);
-                                    });
-    Zel::PropertyBag bag = m_projects->writePropertyBag();
-    bag.write(property, on, entry->onByDefault);
-    m_projects->readPropertyBag(bag);
-    m_settings.setProjectListBag(bag.toText());
-    // Reading the bag gave every column its own width again.
-    fit();
-    // The marker is put on lines when they are loaded.
-    if (property == QLatin1String("ShowPublished"))
-        m_errors.attempt([this] { refresh(); });
 }
 
 void ProjectsPage::filter(const QString &text)
 {
     const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     if (words.isEmpty()) {
-        m_list->setRowFilter({});
         m_list->setEmptyText(tr("No projects of this type yet"));
+        m_list->setRowFilter({});
     } else {
-        m_list->setEmptyText(tr("No project matches \"%1\"").arg(text.trimmed()));
+        m_list->setEmptyText(
+            tr("No project matches \"%1\"").arg(shortened(text.trimmed(), QuotedFilter)));
         m_list->setRowFilter([this, words](qsizetype row) {
-            const auto project = m_list->tag(row).value<QXSC::ProjectRecordPtr>();
-            return std::all_of(words.begin(), words.end(), [&](const QString &word) {
-                return project->name.contains(word, Qt::CaseInsensitive) ||
-                       project->description.contains(word, Qt::CaseInsensitive) ||
-                       project->createdBy.contains(word, Qt::CaseInsensitive);
-            });
+            return hasAllWords(*m_list->tag(row).value<QXSC::ProjectRecordPtr>(), words);
         });
     }
     showCount();
@@ -302,25 +313,47 @@ void ProjectsPage::showCount()
         m_count->setText(tr("%1 of %2 projects").arg(shown).arg(all));
     else
         m_count->setText(all == 1 ? tr("1 project") : tr("%1 projects").arg(all));
-    QPalette muted = window()->palette();
-    muted.setColor(QPalette::WindowText, mutedText(muted));
-    m_count->setPalette(muted);
 }
 
-void ProjectsPage::showProject(const QXSC::ProjectRecordPtr &project)
+void ProjectsPage::showSelected()
 {
-    m_details->show(project);
+    const QXSC::ProjectRecordPtr project = m_projects->GetSelectedProject();
+    m_details->showProject(project, project && m_checked.value(project->guid, project->published));
 }
 
-void ProjectsPage::updatePublished()
+void ProjectsPage::checkPublished()
 {
     const QXSC::ProjectRecordPtr project = m_projects->GetSelectedProject();
     if (!project)
         return;
-    m_projects->UpdateSelected();
     bool published = false;
-    m_client.isProjectPublished(project->guid, QString(), published);
-    m_details->showPublished(published);
+    if (m_projects->ShowPublished()) {
+        m_projects->UpdateSelected();
+        published = m_list->smallIcon(m_list->selectedRow()) > 0;
+    } else {
+        m_client.isProjectPublished(project->guid, QString(), published);
+    }
+    if (!project->guid.isEmpty())
+        m_checked.insert(project->guid, published);
+    m_details->showProject(project, published);
+}
+
+void ProjectsPage::applyColors()
+{
+    setOwnColor(m_count, QPalette::WindowText, mutedText(QApplication::palette()));
+}
+
+void ProjectsPage::focusInEvent(QFocusEvent *)
+{
+    // A focus proxy would make the page a stop of the Tab key as well.
+    m_list->setFocus(Qt::OtherFocusReason);
+}
+
+void ProjectsPage::changeEvent(QEvent *event)
+{
+    Page::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyColors();
 }
 
 } // namespace Studio

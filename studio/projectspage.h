@@ -6,10 +6,11 @@
 #include "common/contract/studioservice.h"
 #include "studio/page.h"
 
+#include <QHash>
+
 class QComboBox;
 class QLabel;
 class QLineEdit;
-class QMenu;
 class QToolButton;
 
 namespace Zel {
@@ -28,6 +29,9 @@ class Settings;
 
 /// The projects of the account: type, filter line, column switches, the project list, and the
 /// details of the project that is chosen.
+///
+/// Loading fetches first and shows then: when the service fails, everything on screen stays as it
+/// was, and what a person had arranged (selection, sorting, filter, widths) outlives a refresh.
 class ProjectsPage : public Page
 {
     Q_OBJECT
@@ -39,21 +43,30 @@ public:
     QString title() const override;
     QString icon() const override;
     void open() override;
+    void leave() override;
     void remember() override;
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
 
 private:
     void build();
     QWidget *makeHeader();
-    QMenu *makeColumnMenu();
+    void makeTools(QWidget *header);
+    void makeShortcuts();
+    void connectParts();
     void loadTypes();
-    void loadProjects();
+    void chooseType();
+    void showType(const QString &typeID);
+    void load(const QString &typeID);
     void refresh();
-    void switchColumn(const QString &property, bool on);
     void filter(const QString &text);
     void showCount();
-    void showProject(const QXSC::ProjectRecordPtr &project);
-    void updatePublished();
+    void showSelected();
+    void checkPublished();
     void fit();
+    void applyColors();
 
     QXSC::ServiceClient &m_client;
     QXSC::StudioService &m_service;
@@ -62,11 +75,17 @@ private:
     QComboBox *m_type;
     QLineEdit *m_filter;
     QToolButton *m_columns;
+    QToolButton *m_refresh;
     ZelWebServiceControls::ProjectList *m_projects;
     Zel::ListView *m_list;
     ProjectDetails *m_details;
     QLabel *m_count;
-    bool m_isFitted = false;
+    /// The type whose projects are shown.
+    QString m_shownType;
+    /// What the service has said since the list was loaded, by guid.
+    QHash<QString, bool> m_checked;
+    /// The widths Studio gave the columns itself; a person who leaves them has none of their own.
+    QList<double> m_fittedWidths;
 };
 
 } // namespace Studio

@@ -4,6 +4,12 @@
 
 namespace Studio {
 
+namespace {
+
+constexpr double WidestColumn = 100000; // twips, wider than any screen
+
+} // namespace
+
 QString Settings::server() const
 {
     return m_store.value(QStringLiteral("signIn/server")).toString();
@@ -44,9 +50,12 @@ void Settings::setWindowGeometry(const QByteArray &geometry)
     m_store.setValue(QStringLiteral("window/geometry"), geometry);
 }
 
-QString Settings::projectListBag() const
+std::optional<QString> Settings::projectListBag() const
 {
-    return m_store.value(QStringLiteral("projects/listBag")).toString();
+    const QString key = QStringLiteral("projects/listBag");
+    if (!m_store.contains(key))
+        return std::nullopt;
+    return m_store.value(key).toString();
 }
 
 void Settings::setProjectListBag(const QString &text)
@@ -58,8 +67,13 @@ QList<double> Settings::projectColumnWidths() const
 {
     QList<double> twips;
     const QVariantList values = m_store.value(QStringLiteral("projects/columnWidths")).toList();
-    for (const QVariant &value : values)
-        twips << value.toDouble();
+    for (const QVariant &value : values) {
+        bool isNumber = false;
+        const double width = value.toDouble(&isNumber);
+        if (!isNumber || !(width >= 0 && width <= WidestColumn)) // no number at all fails, too
+            return {};
+        twips << width;
+    }
     return twips;
 }
 

@@ -8,6 +8,8 @@
 #include <QList>
 #include <QSettings>
 
+#include <optional>
+
 namespace Studio {
 
 /// What Studio remembers between starts, in the person's configuration folder. Never a password.
@@ -22,10 +24,12 @@ public:
     void setAppearance(Appearance appearance);
     QByteArray windowGeometry() const;
     void setWindowGeometry(const QByteArray &geometry);
-    /// The property bag of the project list, as text.
-    QString projectListBag() const;
+    /// The property bag of the project list, as text; none before a person has switched a column.
+    /// The text of a bag that holds nothing is empty.
+    std::optional<QString> projectListBag() const;
     void setProjectListBag(const QString &text);
-    /// The widths of the project list's columns in twips, as a person dragged them; empty before.
+    /// The widths of the project list's columns in twips, as a person dragged them; empty before,
+    /// or when what is stored are no widths.
     QList<double> projectColumnWidths() const;
     void setProjectColumnWidths(const QList<double> &twips);
     QString projectType() const;

@@ -31,6 +31,7 @@ StudioApp::StudioApp(const Options &options)
 StudioApp::~StudioApp()
 {
     m_client.setWaitObserver(nullptr);
+    m_client.signOut(); // nobody else shall go on with a session that nobody needs
 }
 
 void StudioApp::start()
@@ -39,7 +40,8 @@ void StudioApp::start()
         startOwnService();
     } else {
         m_client.setDefaultServer(m_options.server);
-        m_window->signInPage()->open(&m_client, false);
+        m_window->signInPage()->setServer(m_options.server);
+        m_window->signInPage()->open(&m_client);
     }
     m_window->show();
 }
@@ -49,24 +51,45 @@ void StudioApp::startOwnService()
     const bool sample = m_options.workspace.isEmpty();
     m_service = std::make_unique<EmbeddedService>(
         m_options.serviceProgram, sample ? sampleWorkspaceFile() : m_options.workspace);
+    SignInPage *page = m_window->signInPage();
+    page->setServerHint(tr("This computer"));
     const QString samples = sample ? sampleFolder() : QString();
     if (!samples.isEmpty()) {
         m_service->setImports({samples});
-        m_window->signInPage()->offerPeople(samplePeople(samples));
+        page->offerPeople(samplePeople(samples));
     }
+    watchOwnService();
+    startInBackground();
+}
+
+void StudioApp::startInBackground()
+{
+    m_window->signInPage()->setStarting(!m_service->isRunning());
+    m_service->start();
+}
+
+void StudioApp::watchOwnService()
+{
     connect(m_service.get(), &EmbeddedService::ready, this, &StudioApp::ownServiceReady);
     connect(m_service.get(), &EmbeddedService::failed, this, [this](const Problem &problem) {
-        m_errors.report(problem, [this] { m_service->start(); });
+        letPeopleIn(); // a server elsewhere can still be named
+        m_errors.report(problem, [this] { startInBackground(); });
     });
-    connect(m_service.get(), &EmbeddedService::ended, this,
-            [this] { m_errors.report(stoppedProblem(QString()), [] {}); });
+    connect(m_service.get(), &EmbeddedService::ended, this, [this] {
+        if (usesOwnService())
+            m_errors.report(stoppedProblem(QString()), [this] { startInBackground(); });
+    });
     m_errors.setRefine([this](Problem &problem) {
-        if (problem.isConnection && m_service->hasEnded())
+        if (problem.isConnection && usesOwnService() && m_service->hasEnded())
             problem = stoppedProblem(problem.details);
     });
-    m_errors.setBeforeRetry([this] { m_service->ensureRunning(); });
-    m_window->signInPage()->showStarting();
-    m_service->start();
+    m_errors.setBeforeRetry(
+        [this] { return !usesOwnService() || m_service->ensureRunning(&*m_waitNotice); });
+}
+
+bool StudioApp::usesOwnService() const
+{
+    return m_window->signInPage()->server().isEmpty();
 }
 
 Problem StudioApp::stoppedProblem(const QString &details) const
@@ -84,8 +107,15 @@ Problem StudioApp::stoppedProblem(const QString &details) const
 void StudioApp::ownServiceReady()
 {
     m_client.setDefaultServer(m_service->address());
-    if (!m_client.isSignedIn())
-        m_window->signInPage()->open(&m_client, true);
+    letPeopleIn();
+}
+
+void StudioApp::letPeopleIn()
+{
+    if (m_client.isSignedIn())
+        return;
+    m_window->signInPage()->setStarting(false);
+    m_window->signInPage()->open(&m_client);
 }
 
 } // namespace Studio

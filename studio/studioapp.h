@@ -52,7 +52,12 @@ public:
 
 private:
     void startOwnService();
+    void watchOwnService();
+    void startInBackground();
     void ownServiceReady();
+    void letPeopleIn();
+    /// Whether people sign in here and not to a server they have named.
+    bool usesOwnService() const;
     Problem stoppedProblem(const QString &details) const;
 
     Options m_options;

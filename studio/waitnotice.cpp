@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/waitnotice.h"
 
+#include <QCoreApplication>
 #include <QLabel>
 
 namespace Studio {
@@ -9,6 +10,14 @@ namespace Studio {
 namespace {
 
 constexpr int DistanceFromTop = 14;
+
+QString noticeText(std::chrono::seconds waited)
+{
+    if (waited.count() < 2)
+        return QCoreApplication::translate("Studio::WaitNotice", "Waiting for the service…");
+    return QCoreApplication::translate("Studio::WaitNotice", "Waiting for the service… %1 s")
+        .arg(waited.count());
+}
 
 } // namespace
 
@@ -37,14 +46,13 @@ void WaitNotice::waiting(std::chrono::milliseconds waited) noexcept
 {
     if (!m_window || !m_window->isVisible())
         return;
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(waited).count();
-    label()->setText(seconds < 2 ? QWidget::tr("Waiting for the service…")
-                                 : QWidget::tr("Waiting for the service… %1 s").arg(seconds));
-    label()->adjustSize();
-    label()->move((m_window->width() - label()->width()) / 2, DistanceFromTop);
-    label()->show();
-    label()->raise();
-    label()->repaint();
+    QLabel *notice = label();
+    notice->setText(noticeText(std::chrono::duration_cast<std::chrono::seconds>(waited)));
+    notice->adjustSize();
+    notice->move((m_window->width() - notice->width()) / 2, DistanceFromTop);
+    notice->show();
+    notice->raise();
+    notice->repaint();
 }
 
 void WaitNotice::finished() noexcept

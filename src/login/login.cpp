@@ -134,6 +134,7 @@ void Login::swapFrames(QFrame *former, QFrame *next, QWidget *focus)
     if (hadFocus)
         focus->setFocus(Qt::OtherFocusReason);
     former->setVisible(false);
+    updateFocusProxy();
 }
 
 QXSC::ServiceClient &Login::client() const
@@ -178,6 +179,7 @@ void Login::confirmAccount()
     if (!success)
         return;
     m_accountFrame->setVisible(false);
+    updateFocusProxy();
     emit Success();
 }
 

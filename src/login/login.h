@@ -97,6 +97,7 @@ protected:
 private:
     void build();
     void arrange();
+    void updateFocusProxy();
     void applyBackColor();
     void signIn();
     void confirmAccount();

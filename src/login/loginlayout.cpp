@@ -129,8 +129,23 @@ void Login::build()
                                                             m_accounts, m_selectAccount})
         widget->installEventFilter(this);
     Zel::setTabChain({m_url, m_userName, m_password, m_login, m_accounts, m_selectAccount});
-    setFocusProxy(m_url);
+    updateFocusProxy();
     arrange();
+}
+
+void Login::updateFocusProxy()
+{
+    // The Tab key stops at a control for the sake of its proxy, and would at a hidden one.
+    QWidget *first = nullptr;
+    if (!m_loginFrame->isHidden())
+        first = m_showLoginURL ? m_url : m_userName;
+    else if (!m_accountFrame->isHidden())
+        first = m_accounts;
+    // A host's tab order takes part only when this control says that it takes the focus, but a
+    // control with a proxy would hand its own policy on to that.
+    setFocusProxy(nullptr);
+    setFocusPolicy(first ? Qt::StrongFocus : Qt::NoFocus);
+    setFocusProxy(first);
 }
 
 bool Login::eventFilter(QObject *watched, QEvent *event)
@@ -202,7 +217,7 @@ void Login::SetControlShowLoginURL(bool new_val)
     m_showLoginURL = new_val;
     m_urlLabel->setVisible(new_val);
     m_url->setVisible(new_val);
-    setFocusProxy(new_val ? m_url : m_userName);
+    updateFocusProxy();
     arrange();
 }
 

@@ -40,6 +40,8 @@ ProjectList::ProjectList(QWidget *parent)
     : Control(parent)
     , m_list(makeList(this))
 {
+    // A host's tab order takes part only when this control says that it takes the focus.
+    setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_list);
     onUser(m_list, &Zel::ListView::lineClicked, &ProjectList::raiseClick);
     onUser(m_list, &Zel::ListView::lineDoubleClicked, &ProjectList::raiseDoubleClick);

@@ -47,10 +47,14 @@ void FileDialogDriver::cancel()
 void FileDialogDriver::look()
 {
     auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-    if (!dialog || !dialog->isVisible() || dialog == m_answered)
+    if (!dialog || !dialog->isVisible())
         return;
+    if (dialog == m_answered) {
+        // It did not take its answer, a name that does not exist for instance.
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        return;
+    }
     m_answered = dialog;
-    connect(dialog, &QObject::destroyed, this, [this] { m_answered = nullptr; });
     m_shown << Shown{dialog->windowTitle(), dialog->nameFilters(),
                      dialog->directory().absolutePath(),
                      dialog->fileMode() == QFileDialog::ExistingFiles};
@@ -62,7 +66,6 @@ void FileDialogDriver::look()
     if (paths.size() > 1)
         dialog->setDirectory(QFileInfo(paths.constFirst()).absolutePath());
     auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-    name->clear();
     name->setText(typedText(paths));
     QTest::keyClick(name, Qt::Key_Return);
 }

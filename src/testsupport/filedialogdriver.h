@@ -6,13 +6,15 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 #include <QTimer>
 
 namespace ZelTest {
 
 /// Answers the file dialogs that come up while it lives: types names and presses Enter, or cancels
-/// with Esc. A dialog that comes up without an answer prepared is cancelled.
+/// with Esc. A dialog that comes up without an answer prepared, or that does not take its answer,
+/// is cancelled.
 class ZEL_EXPORT FileDialogDriver : public QObject
 {
     Q_OBJECT
@@ -41,7 +43,7 @@ private:
     QTimer m_timer;
     QList<QStringList> m_answers;
     QList<Shown> m_shown;
-    QObject *m_answered = nullptr;
+    QPointer<QObject> m_answered;
 };
 
 } // namespace ZelTest

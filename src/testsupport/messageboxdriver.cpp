@@ -43,17 +43,21 @@ void MessageBoxDriver::look()
     auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
     if (!box || !box->isVisible())
         return;
-    m_shown << Shown{box->windowTitle(), box->text(), box->standardButtons(),
-                     defaultButtonOf(*box)};
-    const bool prepared = !m_answers.isEmpty();
-    const Answer answer = prepared ? m_answers.takeFirst() : Answer{{}, Qt::Key_Escape};
-    if (!prepared)
-        ++m_unexpected;
-    QAbstractButton *button = box->button(answer.button);
-    if (button)
+    if (box != m_latest) {
+        m_latest = box;
+        m_shown << Shown{box->windowTitle(), box->text(), box->standardButtons(),
+                         defaultButtonOf(*box)};
+    }
+    // A key that does not close the box leaves it to the next answer.
+    const Answer answer = m_answers.isEmpty() ? Answer() : m_answers.takeFirst();
+    if (QAbstractButton *button = box->button(answer.button)) {
         QTest::mouseClick(button, Qt::LeftButton);
-    else
-        QTest::keyClick(box, answer.key == Qt::Key_unknown ? Qt::Key_Escape : answer.key);
+    } else if (answer.key != Qt::Key_unknown) {
+        QTest::keyClick(box->focusWidget() ? box->focusWidget() : box, answer.key);
+    } else {
+        ++m_unexpected;
+        QTest::keyClick(box, Qt::Key_Escape);
+    }
 }
 
 } // namespace ZelTest

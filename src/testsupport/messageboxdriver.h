@@ -7,6 +7,7 @@
 #include <QList>
 #include <QMessageBox>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 namespace ZelTest {
@@ -18,7 +19,8 @@ namespace ZelTest {
 ///     QTest::mouseClick(button, Qt::LeftButton); // opens the box and returns when it is closed
 ///     QCOMPARE(boxes.shown().size(), 1);
 ///
-/// A box that comes up without an answer prepared is closed with Esc and counted in `unexpected()`.
+/// A box that comes up without an answer prepared, or without the button that the answer clicks, is
+/// closed with Esc and counted in `unexpected()`.
 class ZEL_EXPORT MessageBoxDriver : public QObject
 {
     Q_OBJECT
@@ -35,11 +37,12 @@ public:
     explicit MessageBoxDriver(QObject *parent = nullptr);
     ~MessageBoxDriver() override;
 
-    /// Prepares a click on a button for the next box that has no answer yet.
+    /// Prepares a click on a button. Answers are taken in the order of preparing them.
     void click(QMessageBox::StandardButton button);
-    /// Prepares a key press.
+    /// Prepares a key press; the next answer goes to the same box when the key does not close it.
     void press(Qt::Key key);
 
+    /// Every box that came up, once.
     QList<Shown> shown() const { return m_shown; }
 
     int unexpected() const { return m_unexpected; }
@@ -56,6 +59,7 @@ private:
     QTimer m_timer;
     QList<Answer> m_answers;
     QList<Shown> m_shown;
+    QPointer<QMessageBox> m_latest;
     int m_unexpected = 0;
 };
 

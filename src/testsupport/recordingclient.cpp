@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "testsupport/recordingclient.h"
 
+#include <utility>
+
 namespace ZelTest {
 
 namespace {

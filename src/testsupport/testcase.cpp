@@ -34,6 +34,13 @@ void useHome(const QString &home)
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
+/// Whether a program only says which tests it has.
+bool isListing(const QStringList &arguments)
+{
+    return arguments.contains(QLatin1String("-functions")) ||
+           arguments.contains(QLatin1String("-datatags"));
+}
+
 } // namespace
 
 void TestCase::initTestCase()
@@ -58,7 +65,7 @@ int runTest(int argc, char **argv, TestCase *(*create)())
     QApplication app(argc, argv);
     const std::unique_ptr<TestCase> test(create());
     const int failures = QTest::qExec(test.get(), argc, argv);
-    if (!test->isArmed()) {
+    if (!test->isArmed() && !isListing(app.arguments())) {
         std::fprintf(stderr, "%s hides init() without calling TestCase::init()\n",
                      test->metaObject()->className());
         return 1;

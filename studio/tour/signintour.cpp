@@ -27,7 +27,11 @@ QString personWith(int accounts)
 
 void tourSignIn(TourActor &actor)
 {
-    actor.find(QStringLiteral("login"));
+    actor.waitFor(QStringLiteral("the service"), [&] {
+        return actor.isShown(QStringLiteral("login")) || actor.isShown(QStringLiteral("errorBar"));
+    });
+    actor.expect(!actor.isShown(QStringLiteral("errorBar")),
+                 QStringLiteral("the service on this computer to start"));
     actor.shoot(QStringLiteral("Sign in"));
 
     actor.type(QStringLiteral("qxPassword"), QStringLiteral("not the password"));

@@ -13,6 +13,8 @@
 
 #include <array>
 #include <cstdio>
+#include <memory>
+#include <vector>
 
 namespace Studio {
 
@@ -32,43 +34,56 @@ QString offscreenPlatform(const QString &home)
     return QStringLiteral("offscreen:configfile=") + path;
 }
 
-/// A home of its own, a fixed zone and a plain language, so that pictures differ only when Studio
-/// does.
+/// Nothing of the person's who starts the tour: a home of its own, a fixed zone, a plain language
+/// and a screen of its own, so that pictures differ only when Studio does.
 QProcessEnvironment environmentFor(const QString &home, const char *scale)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
-                             "XDG_CURRENT_DESKTOP"})
-        environment.remove(QLatin1String(name));
+    const QStringList names = environment.keys();
+    for (const QString &name : names) {
+        if (name.startsWith(QLatin1String("QT_")) || name.startsWith(QLatin1String("XDG_")))
+            environment.remove(name);
+    }
     environment.insert(QStringLiteral("HOME"), home);
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
     environment.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QLatin1String(scale));
-    const bool hasDisplay = environment.contains(QStringLiteral("DISPLAY")) ||
-                            environment.contains(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
-    if (!hasDisplay)
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), offscreenPlatform(home));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), offscreenPlatform(home));
     return environment;
 }
 
-bool runPart(const QString &folder, const QString &serviceProgram, const char *scale)
+/// One process of the tour and its home.
+class Part
 {
-    const QTemporaryDir home;
-    QProcess part;
-    part.setProcessChannelMode(QProcess::ForwardedChannels);
-    part.setProcessEnvironment(environmentFor(home.path(), scale));
-    part.start(QCoreApplication::applicationFilePath(),
-               {QStringLiteral("--tour-part"), folder, QStringLiteral("--service-program"),
-                serviceProgram});
-    if (!part.waitForFinished(PartLimit)) {
-        std::fprintf(stderr, "tour: the part at scale %s did not end\n", scale);
-        part.kill();
-        part.waitForFinished();
-        return false;
+public:
+    Part(const QString &folder, const QString &serviceProgram, const char *scale)
+        : m_scale(scale)
+    {
+        m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_process.setProcessEnvironment(environmentFor(m_home.path(), scale));
+        m_process.start(QCoreApplication::applicationFilePath(),
+                        {QStringLiteral("--tour-part"), folder, QStringLiteral("--service-program"),
+                         serviceProgram});
     }
-    return part.exitStatus() == QProcess::NormalExit && part.exitCode() == 0;
-}
+
+    bool succeeds()
+    {
+        if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(PartLimit)) {
+            std::fprintf(stderr, "tour: the part at scale %s did not end\n", m_scale);
+            m_process.kill();
+            m_process.waitForFinished();
+            return false;
+        }
+        return m_process.error() == QProcess::UnknownError &&
+               m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    }
+
+private:
+    const char *m_scale;
+    QTemporaryDir m_home;
+    QProcess m_process;
+};
 
 } // namespace
 
@@ -80,9 +95,12 @@ int runTour(const QString &folder, const QString &serviceProgram)
         return 1;
     }
     clearTourFolder(target);
-    bool fine = true;
+    std::vector<std::unique_ptr<Part>> parts;
     for (const char *scale : scales)
-        fine = runPart(target, serviceProgram, scale) && fine;
+        parts.push_back(std::make_unique<Part>(target, serviceProgram, scale));
+    bool fine = true;
+    for (const auto &part : parts)
+        fine = part->succeeds() && fine;
     const int pictures = writeTourIndex(target);
     std::printf("tour: %d pictures in %s\n", pictures, qPrintable(target));
     return fine && pictures > 0 ? 0 : 1;

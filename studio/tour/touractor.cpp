@@ -20,7 +20,7 @@ namespace Studio {
 
 namespace {
 
-constexpr int Patience = 10000; // milliseconds
+constexpr int Patience = 60000; // milliseconds: machines may be busy
 constexpr int MenuDelay = 150;
 
 QString fileName(int number, const QString &part, const QString &caption)
@@ -94,23 +94,32 @@ void TourActor::useMenu(const QString &button, const QString &action,
     auto &tool = find<QToolButton>(button);
     std::exception_ptr failure;
     // The menu runs a loop of its own inside the click; what happens in it comes by timer.
-    QTimer::singleShot(MenuDelay, &m_window, [&] {
-        QMenu *menu = tool.menu();
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
         try {
-            expect(menu->isVisible(), QStringLiteral("the menu of \"%1\" to open").arg(button));
-            atMenu();
-            auto *chosen = menu->findChild<QAction *>(action);
-            expect(action.isEmpty() || chosen, QStringLiteral("an action \"%1\"").arg(action));
-            if (chosen)
-                QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(chosen).center());
+            chooseFrom(*tool.menu(), action, atMenu);
         } catch (...) {
             failure = std::current_exception();
         }
-        menu->close();
+        tool.menu()->close();
     });
+    timer.start(MenuDelay);
     clickAt(tool, tool.rect().center());
     if (failure)
         std::rethrow_exception(failure);
+    expect(!timer.isActive(), QStringLiteral("the menu of \"%1\" to open").arg(button));
+}
+
+void TourActor::chooseFrom(QMenu &menu, const QString &action, const std::function<void()> &atMenu)
+{
+    expect(menu.isVisible(), QStringLiteral("the menu \"%1\" to open").arg(menu.objectName()));
+    atMenu();
+    if (action.isEmpty())
+        return;
+    auto *chosen = menu.findChild<QAction *>(action);
+    expect(chosen, QStringLiteral("an action \"%1\"").arg(action));
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(chosen).center());
 }
 
 void TourActor::shoot(const QString &caption)

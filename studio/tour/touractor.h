@@ -8,9 +8,7 @@
 #include <functional>
 #include <stdexcept>
 
-class QAction;
 class QMenu;
-class QToolButton;
 
 namespace Studio {
 
@@ -32,7 +30,7 @@ public:
     /// @param part what the pictures of this run are called by, for instance "dark-150"
     TourActor(QWidget &window, const QString &folder, const QString &part);
 
-    /// The visible widget of that name; a failure when there is none within ten seconds.
+    /// The visible widget of that name; a failure when there is none within a minute.
     template <typename Widget = QWidget>
     Widget &find(const QString &name)
     {
@@ -47,6 +45,12 @@ public:
         return *found;
     }
 
+    bool isShown(const QString &name) const
+    {
+        const auto *widget = m_window.findChild<QWidget *>(name);
+        return widget && widget->isVisible();
+    }
+
     void click(const QString &name);
     void clickAt(QWidget &widget, const QPoint &position);
     /// Replaces the text of an input box by typing.
@@ -56,14 +60,16 @@ public:
     /// name (none: closes the menu).
     void useMenu(const QString &button, const QString &action, const std::function<void()> &atMenu);
 
-    /// Lets events be handled until the condition holds; a failure after ten seconds.
+    /// Lets events be handled until the condition holds; a failure after a minute.
     void waitFor(const QString &what, const std::function<bool()> &condition);
-    void expect(bool condition, const QString &what);
+    static void expect(bool condition, const QString &what);
 
     /// Takes a picture of the window and of a menu open over it.
     void shoot(const QString &caption);
 
 private:
+    static void chooseFrom(QMenu &menu, const QString &action, const std::function<void()> &atMenu);
+
     QWidget &m_window;
     QString m_folder;
     QString m_part;

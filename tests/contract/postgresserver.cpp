@@ -134,8 +134,7 @@ bool PostgresServer::startAgain()
         {QStringLiteral("-D"), m_folder.filePath(QStringLiteral("data")), QStringLiteral("-p"),
          QString::number(m_port), QStringLiteral("-clisten_addresses=127.0.0.1"),
          QStringLiteral("-cunix_socket_directories="), QStringLiteral("-cfsync=off"),
-         QStringLiteral("-cfull_page_writes=off"), QStringLiteral("-csynchronous_commit=off"),
-         QStringLiteral("-cmax_connections=60")});
+         QStringLiteral("-cfull_page_writes=off"), QStringLiteral("-cmax_connections=60")});
     QByteArray output;
     const QDeadlineTimer deadline(toolTimeMs);
     while (!output.contains("ready to accept connections")) {

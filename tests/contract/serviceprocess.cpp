@@ -3,6 +3,7 @@
 #include "tests/contract/serviceprocess.h"
 
 #include <QDeadlineTimer>
+#include <QFile>
 
 #include <csignal>
 
@@ -43,10 +44,16 @@ bool ServiceProcess::start()
     return prepareDatabase() && startAgain();
 }
 
+bool ServiceProcess::hasFolder()
+{
+    return m_folder.isValid() ||
+           fail(QStringLiteral("no temporary folder: ") + m_folder.errorString());
+}
+
 bool ServiceProcess::prepareDatabase()
 {
-    if (!m_folder.isValid())
-        return fail(QStringLiteral("no temporary folder: ") + m_folder.errorString());
+    if (!hasFolder())
+        return false;
     if (database.isEmpty())
         database = m_folder.filePath(QStringLiteral("workspace.db"));
     QByteArray output;
@@ -63,7 +70,11 @@ bool ServiceProcess::prepareDatabase()
 
 bool ServiceProcess::startAgain()
 {
+    if (!hasFolder())
+        return false;
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    // A pipe that nobody reads while a test waits for something else would fill and stop it.
+    m_process.setStandardErrorFile(logPath(), QIODevice::Append);
     m_process.start(programPath(),
                     QStringList{QStringLiteral("serve"), QStringLiteral("--database"), database,
                                 QStringLiteral("--listen"),
@@ -110,12 +121,15 @@ void ServiceProcess::kill()
     m_process.waitForFinished();
 }
 
-QByteArray ServiceProcess::log()
+QByteArray ServiceProcess::log() const
 {
-    if (isRunning())
-        m_process.waitForReadyRead(0);
-    m_log += m_process.readAllStandardError();
-    return m_log;
+    QFile file(logPath());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString ServiceProcess::logPath() const
+{
+    return m_folder.filePath(QStringLiteral("service.log"));
 }
 
 int ServiceProcess::runCommand(const QStringList &commandLine, QByteArray *output)

@@ -56,19 +56,20 @@ public:
     int waitForEnd(int milliseconds = 30'000);
 
     /// What it has written to standard error so far.
-    QByteArray log();
+    QByteArray log() const;
 
     /// Runs one command of `zel-service` on this database to its end; returns the exit code. What
     /// it wrote, both channels, is left in `output`.
     int runCommand(const QStringList &commandLine, QByteArray *output = nullptr);
 
 private:
+    bool hasFolder();
     bool prepareDatabase();
     bool fail(const QString &why);
+    QString logPath() const;
 
     QTemporaryDir m_folder;
     QProcess m_process;
-    QByteArray m_log;
     quint16 m_port = 0;
     QString m_error;
 };

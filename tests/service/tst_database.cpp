@@ -92,6 +92,7 @@ private slots:
     void refusesTextsThatCannotBeStored();
     void refusesTheWrongNumberOfValues();
     void tellsErrorsApartByKind();
+    void showsNoValuesInItsMessages();
     void refusesToReadAValueAsAnotherType();
     void rollsBackWhenTheFunctionThrows();
     void neverCommitsAfterASwallowedError();
@@ -134,6 +135,10 @@ void DatabaseTest::bringsEveryTypeBackAsItWent_data()
     QTest::newRow("astral and combining")
         << QString::fromUtf8("😀 Ä A\u0308 日本 \u2028") << qint64(999999999999) << true
         << QByteArray::fromHex("00ff5c27");
+    QTest::newRow("byte order marks")
+        << QStringLiteral("\ufeff\ufeffa\ufeff") << qint64(8) << true << QByteArray("\xef\xbb\xbf");
+    QTest::newRow("byte order mark alone")
+        << QStringLiteral("\ufeff") << qint64(9) << true << QByteArray("\xff\xfe");
     QTest::newRow("least 64-bit number")
         << "x" << std::numeric_limits<qint64>::min() << true << QByteArray("x");
 }
@@ -208,6 +213,8 @@ void DatabaseTest::refusesTextsThatCannotBeStored()
 {
     QVERIFY_THROWS_EXCEPTION(std::invalid_argument, SqlValue(QStringLiteral("a\0b")));
     QVERIFY_THROWS_EXCEPTION(std::invalid_argument, SqlValue(QString(QChar(0xd800))));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, SqlValue(QString(QChar(0xfffe))));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, SqlValue(QStringLiteral("a\uffff")));
 }
 
 void DatabaseTest::refusesTheWrongNumberOfValues()
@@ -234,6 +241,20 @@ void DatabaseTest::tellsErrorsApartByKind()
     QCOMPARE(kindOf([&] { m_database->query(SqlText("SELECT nothing FROM nowhere"), {}, {}); }),
              DatabaseError::Kind::Other);
     QCOMPARE(count(), 1);
+}
+
+void DatabaseTest::showsNoValuesInItsMessages()
+{
+    try {
+        m_database->tx([&] {
+            m_database->exec(insertRow, {qint64(1000000000000), QStringLiteral("my-secret"), true,
+                                         std::nullopt});
+        });
+        QFAIL("it was stored");
+    } catch (const DatabaseError &error) {
+        QVERIFY(!error.message().isEmpty());
+        QVERIFY2(!error.message().contains(QLatin1String("my-secret")), error.what());
+    }
 }
 
 void DatabaseTest::refusesToReadAValueAsAnotherType()

@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QHelpEvent>
 #include <QPainter>
-#include <QTextLayout>
 #include <QToolTip>
 
 namespace Zel {
@@ -36,31 +35,24 @@ QIcon faded(const QIcon &icon, const QSize &size, const QWidget *widget)
 {
     if (icon.isNull())
         return icon;
-    QPixmap picture = icon.pixmap(size, widget ? widget->devicePixelRatioF() : 1.0);
+    const QPixmap whole = icon.pixmap(size, widget ? widget->devicePixelRatioF() : 1.0);
+    QPixmap picture(whole.size());
+    picture.setDevicePixelRatio(whole.devicePixelRatio());
+    picture.fill(Qt::transparent);
     QPainter painter(&picture);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.fillRect(picture.rect(), QColor(0, 0, 0, 120));
+    painter.setOpacity(0.5);
+    painter.drawPixmap(0, 0, whole);
+    painter.end();
     return QIcon(picture);
 }
 
-/// The text on at most two lines of the width, the second shortened, with a line separator between.
-QString onTwoLines(const QString &text, const QFont &font, int width)
+void paintCheckBox(QPainter *painter, const QStyleOptionViewItem &cell)
 {
-    QTextLayout layout(text, font);
-    QTextOption wrap(Qt::AlignHCenter);
-    wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(wrap);
-    layout.beginLayout();
-    QTextLine line = layout.createLine();
-    if (line.isValid())
-        line.setLineWidth(width);
-    layout.endLayout();
-    const int end = line.isValid() ? line.textLength() : 0;
-    if (end >= text.size())
-        return text;
-    const QString rest = text.sliced(end).trimmed();
-    return text.first(end).trimmed() + QChar(QChar::LineSeparator) +
-           QFontMetrics(font).elidedText(rest, Qt::ElideRight, width);
+    const QStyle *style = styleOf(cell);
+    QStyleOptionViewItem box = cell;
+    box.rect = style->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, cell.widget);
+    box.state |= cell.checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+    style->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, painter, cell.widget);
 }
 
 } // namespace
@@ -139,6 +131,8 @@ void ListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 
     // The contents lie on the ground painted just now. To the style they are not selected: it would
     // paint the ground again, and tint the icons, which for thumbnails is wrong.
+    ListLooks::outlineCheckBoxes(cell.palette);
+    const QPalette unselected = cell.palette;
     if (selected) {
         const bool active = cell.state & QStyle::State_Active;
         const auto group = active ? QPalette::Active : QPalette::Inactive;
@@ -149,9 +143,13 @@ void ListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         cell.icon = faded(cell.icon, cell.decorationSize, cell.widget);
     cell.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
     cell.backgroundBrush = Qt::NoBrush;
-    ListLooks::outlineCheckBoxes(cell.palette);
     cell.rect = contents(option);
     style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, option.widget);
+    if (selected && (cell.features & QStyleOptionViewItem::HasCheckIndicator)) {
+        // The mark in the box is drawn in the colour of the text, which was that of a selected one.
+        cell.palette = unselected;
+        paintCheckBox(painter, cell);
+    }
 }
 
 bool ListDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
@@ -185,55 +183,6 @@ bool ListDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
         QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(most.toHtmlEscaped()),
         view->viewport(), view->visualRect(index));
     return true;
-}
-
-QSize ListIconDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const
-{
-    const int line = option.fontMetrics.height();
-    const int width =
-        std::max(option.decorationSize.width() + 24, option.fontMetrics.averageCharWidth() * 18);
-    return {width, option.decorationSize.height() + 2 * line + 16};
-}
-
-QRect ListIconDelegate::contents(const QStyleOptionViewItem &option) const
-{
-    return option.rect.adjusted(4, 4, -4, -2);
-}
-
-void ListIconDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
-{
-    const QSize iconSize = option->decorationSize;
-    ListDelegate::initStyleOption(option, index);
-    option->icon = model()->largeImage(model()->rowOf(index));
-    option->features |= QStyleOptionViewItem::HasDecoration | QStyleOptionViewItem::WrapText;
-    option->decorationSize = iconSize;
-    option->decorationPosition = QStyleOptionViewItem::Top;
-    option->decorationAlignment = Qt::AlignCenter;
-    option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
-    option->text = onTwoLines(option->text, option->font, textWidth(*option));
-}
-
-int ListIconDelegate::textWidth(const QStyleOptionViewItem &option) const
-{
-    const int margin =
-        styleOf(option)->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
-    return contents(option).width() - 2 * margin;
-}
-
-void ListIconDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
-                             const QModelIndex &index) const
-{
-    ListDelegate::paint(painter, option, index);
-    if (option.state & QStyle::State_HasFocus)
-        ListLooks::paintFocusFrame(painter, option.rect, option);
-}
-
-bool ListIconDelegate::isShortened(const QStyleOptionViewItem &option,
-                                   const QModelIndex &index) const
-{
-    const QString text = shownOnOneLine(index.data().toString());
-    const QString shown = onTwoLines(text, option.font, textWidth(option));
-    return shown.endsWith(QChar(0x2026)) && !text.endsWith(QChar(0x2026));
 }
 
 } // namespace Zel

@@ -13,7 +13,6 @@ ListHeader::ListHeader(QWidget *parent)
     : QHeaderView(Qt::Horizontal, parent)
 {
     setSectionsMovable(false);
-    setSectionsClickable(true);
     setStretchLastSection(false);
     setHighlightSections(false);
     setMinimumSectionSize(8);
@@ -35,7 +34,10 @@ void ListHeader::paintEvent(QPaintEvent *event)
     initStyleOption(&option);
     option.section = -1;
     option.rect = viewport()->rect();
-    option.rect.setLeft(end);
+    if (isRightToLeft())
+        option.rect.setRight(viewport()->width() - end - 1);
+    else
+        option.rect.setLeft(end);
     option.position = QStyleOptionHeader::End;
     style()->drawControl(QStyle::CE_HeaderSection, &option, &painter, this);
 }
@@ -52,16 +54,20 @@ void ListHeader::paintSection(QPainter *painter, const QRect &rect, int column) 
 
     QStyleOptionHeaderV2 arrow = option;
     arrow.rect = style()->subElementRect(QStyle::SE_HeaderArrow, &option, this);
-    const int arrowRoom = showsArrow(column) ? rect.right() - arrow.rect.left() : 0;
-    if (arrowRoom > 0)
-        style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &arrow, painter, this);
-
     const int margin = ListLooks::textMargin(this);
-    const QRect label = rect.adjusted(margin, 0, -std::max(margin, arrowRoom), 0);
-    painter->setPen(option.palette.color(QPalette::ButtonText));
-    painter->drawText(
-        label, static_cast<int>(option.textAlignment | Qt::AlignVCenter) | Qt::TextSingleLine,
-        fontMetrics().elidedText(option.text, Qt::ElideRight, label.width()));
+    QRect label = rect.adjusted(margin, 0, -margin, 0);
+    if (showsArrow(column)) {
+        style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &arrow, painter, this);
+        if (isRightToLeft())
+            label.setLeft(std::max(label.left(), arrow.rect.right()));
+        else
+            label.setRight(std::min(label.right(), arrow.rect.left()));
+    }
+    const Qt::Alignment alignment =
+        QStyle::visualAlignment(option.direction, option.textAlignment | Qt::AlignVCenter);
+    const QString caption = fontMetrics().elidedText(option.text, Qt::ElideRight, label.width());
+    style()->drawItemText(painter, label, static_cast<int>(alignment) | Qt::TextSingleLine,
+                          option.palette, isEnabled(), caption, QPalette::ButtonText);
     painter->restore();
 }
 

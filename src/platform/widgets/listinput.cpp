@@ -45,8 +45,9 @@ ListInput::ListInput(QAbstractItemView *view)
 QModelIndex ListInput::lineAt(const QPoint &position) const
 {
     const QModelIndex index = m_view->indexAt(position);
-    // A tree answers its node also for the ground left of it, where the expand mark is.
-    if (!index.isValid() || position.x() < m_view->visualRect(index).left())
+    // A tree answers its node also for the ground before it, where the expand mark is.
+    const QRect rect = m_view->visualRect(index);
+    if (!index.isValid() || position.x() < rect.left() || position.x() > rect.right())
         return {};
     return index.siblingAtColumn(0);
 }

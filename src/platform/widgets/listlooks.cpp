@@ -52,11 +52,12 @@ void muteInactiveSelection(QPalette &palette)
 void paintFocusFrame(QPainter *painter, const QRect &rect, const QStyleOptionViewItem &option)
 {
     const bool selected = option.state & QStyle::State_Selected;
-    painter->save();
-    painter->setBrush(Qt::NoBrush);
-    painter->setPen(option.palette.color(selected ? QPalette::Text : QPalette::Highlight));
-    painter->drawRect(rect.adjusted(0, 0, -1, -1));
-    painter->restore();
+    const QColor colour = option.palette.color(selected ? QPalette::Text : QPalette::Highlight);
+    // Filled, because a pen's line lies between the pixels on a scaled screen.
+    painter->fillRect(rect.left(), rect.top(), rect.width(), 1, colour);
+    painter->fillRect(rect.left(), rect.bottom(), rect.width(), 1, colour);
+    painter->fillRect(rect.left(), rect.top(), 1, rect.height(), colour);
+    painter->fillRect(rect.right(), rect.top(), 1, rect.height(), colour);
 }
 
 void outlineCheckBoxes(QPalette &palette)

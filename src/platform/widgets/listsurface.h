@@ -63,7 +63,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override
     {
         if (!m_input->beginKey(event))
-            KeyBase::keyPressEvent(event);
+            KeyBase::keyPressEvent(event); // NOLINT(bugprone-parent-virtual-call): see above
         m_input->endKey(event);
     }
 

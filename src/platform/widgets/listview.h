@@ -197,7 +197,8 @@ signals:
     void columnClicked(int column);
     /// A person has changed the column's width.
     void columnResized(int column);
-    /// A person has checked or unchecked the line.
+    /// A person has checked or unchecked the line. A slot may change the lines, but not destroy the
+    /// list.
     void lineCheckChanged(qsizetype row, bool checked);
     /// By a person or by code.
     void selectionChanged();

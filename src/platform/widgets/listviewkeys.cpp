@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/widgets/listdelegate.h"
+#include "platform/widgets/listiconview.h"
 #include "platform/widgets/listinput.h"
+#include "platform/widgets/listreportview.h"
 #include "platform/widgets/listview.h"
-#include "platform/widgets/listviews.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/widgets/listiconview.h"
+#include "platform/widgets/listreportview.h"
 #include "platform/widgets/listview.h"
-#include "platform/widgets/listviews.h"
 
 #include <QScrollBar>
 

@@ -49,8 +49,10 @@ TreeView::TreeView(QWidget *parent)
         emit contextMenuRequested(keyOf(line), position);
         return true;
     });
-    connect(this, &QTreeWidget::itemExpanded, this, &TreeView::showImage);
-    connect(this, &QTreeWidget::itemCollapsed, this, &TreeView::showImage);
+    connect(this, &QTreeWidget::itemExpanded, this,
+            [this](QTreeWidgetItem *item) { noteExpansion(item, true); });
+    connect(this, &QTreeWidget::itemCollapsed, this,
+            [this](QTreeWidgetItem *item) { noteExpansion(item, false); });
     connect(this, &QTreeWidget::itemSelectionChanged, this,
             [this] { emit selectionChangedTo(selectedNode()); });
 }
@@ -88,7 +90,7 @@ void TreeView::setImages(const QList<QIcon> &images)
 void TreeView::showImage(QTreeWidgetItem *item)
 {
     const int expandedImage = item->data(0, NodeExpandedImageRole).toInt();
-    const int image = item->isExpanded() && expandedImage > 0
+    const int image = item->data(0, NodeExpandedRole).toBool() && expandedImage > 0
                           ? expandedImage
                           : item->data(0, NodeImageRole).toInt();
     item->setIcon(0, m_images.value(image - 1));
@@ -105,10 +107,13 @@ void TreeView::addNode(const QString &parentKey, const QString &key, const QStri
     item->setText(0, text);
     item->setData(0, NodeKeyRole, key);
     item->setData(0, NodeImageRole, image);
+    item->setData(0, NodeExpandedRole, false);
     parent->addChild(item);
     m_nodes.insert(key, item);
     m_lastAdded = key;
     showImage(item);
+    if (parent->childCount() == 1 && parent->data(0, NodeExpandedRole).toBool())
+        parent->setExpanded(true);
 }
 
 void TreeView::forget(QTreeWidgetItem *item)
@@ -204,13 +209,20 @@ QStringList TreeView::topKeys() const
 
 bool TreeView::isExpanded(const QString &key) const
 {
-    return node(key)->isExpanded();
+    return node(key)->data(0, NodeExpandedRole).toBool();
 }
 
 void TreeView::setExpanded(const QString &key, bool expanded)
 {
     QTreeWidgetItem *item = node(key);
-    item->setExpanded(expanded);
+    noteExpansion(item, expanded);
+    // Qt would take the left arrow key on an expanded node without children as collapsing it.
+    item->setExpanded(expanded && item->childCount() > 0);
+}
+
+void TreeView::noteExpansion(QTreeWidgetItem *item, bool expanded)
+{
+    item->setData(0, NodeExpandedRole, expanded);
     showImage(item);
 }
 

@@ -32,6 +32,8 @@ public:
         /// int, 1-based index into the images, 0 for none.
         NodeImageRole,
         NodeExpandedImageRole,
+        /// bool, also of a node that has no children yet.
+        NodeExpandedRole,
     };
 
     explicit TreeView(QWidget *parent = nullptr);
@@ -97,6 +99,7 @@ private:
     QTreeWidgetItem *node(const QString &key) const;
     QString keyOf(const QModelIndex &index) const;
     void showImage(QTreeWidgetItem *item);
+    void noteExpansion(QTreeWidgetItem *item, bool expanded);
     void forget(QTreeWidgetItem *item);
 
     QHash<QString, QTreeWidgetItem *> m_nodes;

@@ -86,8 +86,8 @@ void setTwipsGeometry(QWidget *widget, const TwipsRect &rect)
     Keeper *keeper = keeperOf(widget);
     if (!keeper)
         keeper = new Keeper(widget);
-    keeper->twips = rect;
-    keeper->pixels = pixelRect(rect, logicalDpi(widget));
+    keeper->twips = {rect.left, rect.top, std::max(0.0, rect.width), std::max(0.0, rect.height)};
+    keeper->pixels = pixelRect(keeper->twips, logicalDpi(widget));
     widget->setGeometry(keeper->pixels);
 
     const TwipsRect place = twipsGeometry(widget);

@@ -26,6 +26,7 @@ ZEL_EXPORT TwipsRect twipsGeometry(const QWidget *widget);
 
 /// Places a widget. Each edge is rounded to pixels once, by the widget's logical DPI, so that
 /// neighbours neither gap nor overlap at fractional scales; the twips are kept beside the pixels.
+/// A size below nothing is nothing.
 /// A widget that gets another size has its resize event before this returns, hidden or not.
 ZEL_EXPORT void setTwipsGeometry(QWidget *widget, const TwipsRect &rect);
 

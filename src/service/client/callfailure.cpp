@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/client/callfailure.h"
 
+#include "service/client/problem.h"
+
 #include <QCoreApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLocale>
 
 #include <array>
@@ -15,76 +15,18 @@ namespace {
 
 using Kind = ServiceError::Kind;
 
-QString tr(const char *text)
+struct Texts
 {
-    return QCoreApplication::translate("QXSC::ServiceError", text);
-}
-
-// Words that came over the wire -------------------------------------------------------------------
-
-/// Text of the other side for a message box: one line, of bounded length, without control
-/// characters, and without the token should the other side send it back.
-QString tidy(QString text, const Request &request)
-{
-    constexpr qsizetype longest = 500;
-    if (!request.token.isEmpty())
-        text.replace(QLatin1String(request.token), QStringLiteral("\u2026"));
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format)
-            c = QLatin1Char(' ');
-    }
-    text = text.simplified();
-    return text.size() > longest ? text.left(longest) + QChar(0x2026) : text;
-}
-
-/// What the service itself says about a refusal.
-struct Problem
-{
-    QString code;
-    QString detail;
-    QString requestId;
+    Q_DECLARE_TR_FUNCTIONS(QXSC::ServiceError)
 };
-
-Problem problemOf(const Reply &reply)
-{
-    if (reply.ending != Reply::Ending::Answered || reply.status < 400 ||
-        !reply.contentType.startsWith("application/problem+json"))
-        return {};
-    const QJsonObject object = QJsonDocument::fromJson(reply.body).object();
-    return {object.value(QLatin1String("code")).toString(),
-            object.value(QLatin1String("detail")).toString(),
-            object.value(QLatin1String("requestId")).toString()};
-}
-
-QString detailsOf(const Request &request, const Reply &reply, const QString &extra = QString())
-{
-    const Problem problem = problemOf(reply);
-    const QString id =
-        problem.requestId.isEmpty() ? QString::fromUtf8(reply.requestId) : problem.requestId;
-    QStringList lines{QString::fromLatin1(request.method) + QLatin1Char(' ') +
-                      request.server.url(request.path).toString(QUrl::FullyEncoded)};
-    if (reply.status > 0)
-        lines << QStringLiteral("Status: %1").arg(reply.status);
-    if (!problem.code.isEmpty())
-        lines << QLatin1String("Code: ") + tidy(problem.code, request);
-    if (!problem.detail.isEmpty())
-        lines << QLatin1String("Detail: ") + tidy(problem.detail, request);
-    if (!id.isEmpty())
-        lines << QLatin1String("Request id: ") + tidy(id, request);
-    if (!reply.networkText.isEmpty())
-        lines << QLatin1String("Network: ") + tidy(reply.networkText, request);
-    if (!extra.isEmpty())
-        lines << QLatin1String("Problem: ") + tidy(extra, request);
-    return lines.join(QLatin1Char('\n'));
-}
 
 // Sentences ---------------------------------------------------------------------------------------
 
 QString seconds(std::chrono::milliseconds time)
 {
     if (time == std::chrono::seconds(1))
-        return tr("1 second");
-    return tr("%1 seconds").arg(QLocale().toString(double(time.count()) / 1000.0, 'g', 6));
+        return Texts::tr("1 second");
+    return Texts::tr("%1 seconds").arg(QLocale().toString(double(time.count()) / 1000.0, 'g', 6));
 }
 
 QString waitSentence(const Reply &reply)
@@ -92,12 +34,12 @@ QString waitSentence(const Reply &reply)
     bool isNumber = false;
     const int wait = reply.retryAfter.toInt(&isNumber);
     if (!isNumber || wait <= 0)
-        return tr("Wait a while and try again.");
+        return Texts::tr("Wait a while and try again.");
     if (wait == 1)
-        return tr("Wait 1 second and try again.");
+        return Texts::tr("Wait 1 second and try again.");
     if (wait <= 120)
-        return tr("Wait %1 seconds and try again.").arg(wait);
-    return tr("Wait %1 minutes and try again.").arg((wait - 1) / 60 + 1);
+        return Texts::tr("Wait %1 seconds and try again.").arg(wait);
+    return Texts::tr("Wait %1 minutes and try again.").arg((wait - 1) / 60 + 1);
 }
 
 // Failures of the network -------------------------------------------------------------------------
@@ -113,10 +55,12 @@ ServiceError givenUp(const Request &request, const Reply &reply, const NetworkPo
     const bool silent = reply.ending == Reply::Ending::Silent;
     const QString sentence =
         silent
-            ? tr("The service at %1 did not answer within %2. Check the connection and try again.")
-            : tr("The service at %1 was still answering after %2, and the call was given up. Try "
-                 "again "
-                 "when the connection is faster.");
+            ? Texts::tr(
+                  "The service at %1 did not answer within %2. Check the connection and try again.")
+            : Texts::tr(
+                  "The service at %1 was still answering after %2, and the call was given up. Try "
+                  "again "
+                  "when the connection is faster.");
     const auto limit = silent ? policy.inactivityLimit : policy.callLimit;
     return ServiceError(Kind::TimedOut, sentence.arg(request.server.display(), seconds(limit)),
                         QString(), detailsOf(request, reply));
@@ -137,40 +81,44 @@ ServiceError networkFailure(const Request &request, const Reply &reply, const Ne
 {
     if (mayBeTheProxy(request, reply, policy))
         return error(Kind::Unreachable,
-                     tr("The service at %1 cannot be reached through the proxy. Check the "
-                        "connection and the system's proxy settings, and try again."),
+                     Texts::tr("The service at %1 cannot be reached through the proxy. Check the "
+                               "connection and the system's proxy settings, and try again."),
                      request, reply);
     switch (reply.networkError) {
     case QNetworkReply::ConnectionRefusedError:
-        return error(Kind::Unreachable,
-                     tr("Nothing answers at %1. Check the server address and that the service is "
-                        "running, and try again."),
-                     request, reply);
+        return error(
+            Kind::Unreachable,
+            Texts::tr("Nothing answers at %1. Check the server address and that the service is "
+                      "running, and try again."),
+            request, reply);
     case QNetworkReply::HostNotFoundError:
         return error(Kind::Unreachable,
-                     tr("The server of %1 was not found. Check the server address and the "
-                        "connection, and try again."),
+                     Texts::tr("The server of %1 was not found. Check the server address and the "
+                               "connection, and try again."),
                      request, reply);
     case QNetworkReply::SslHandshakeFailedError:
-        return error(Kind::Unreachable,
-                     tr("It is not certain that %1 is the service it claims to be, so nothing was "
-                        "sent. Check the server address, or ask those who run the service for the "
-                        "certificate to trust."),
-                     request, reply);
+        return error(
+            Kind::Unreachable,
+            Texts::tr("It is not certain that %1 is the service it claims to be, so nothing was "
+                      "sent. Check the server address, or ask those who run the service for the "
+                      "certificate to trust."),
+            request, reply);
     case QNetworkReply::RemoteHostClosedError:
     case QNetworkReply::ContentReSendError:
-        return error(Kind::ConnectionLost,
-                     tr("The connection to the service at %1 ended before a whole answer was "
-                        "there. Try again; if it happens again, check the server address."),
-                     request, reply);
+        return error(
+            Kind::ConnectionLost,
+            Texts::tr("The connection to the service at %1 ended before a whole answer was "
+                      "there. Try again; if it happens again, check the server address."),
+            request, reply);
     case QNetworkReply::ProtocolUnknownError:
     case QNetworkReply::ProtocolInvalidOperationError:
     case QNetworkReply::ProtocolFailure:
         return badAnswer(request, reply, QStringLiteral("it is not HTTP"));
     default:
-        return error(Kind::Unreachable,
-                     tr("The service at %1 cannot be reached. Check the connection and try again."),
-                     request, reply);
+        return error(
+            Kind::Unreachable,
+            Texts::tr("The service at %1 cannot be reached. Check the connection and try again."),
+            request, reply);
     }
 }
 
@@ -239,33 +187,41 @@ QString ownSentence(Kind kind, const Problem &problem, const Reply &reply)
 {
     switch (kind) {
     case Kind::SignedOut:
-        return tr("Your session at %1 has ended. Sign in again.");
+        return Texts::tr("Your session at %1 has ended. Sign in again.");
     case Kind::TooManyAttempts:
-        return tr("There were too many attempts at %1.") + QLatin1Char(' ') + waitSentence(reply);
+        return Texts::tr("There were too many attempts at %1.") + QLatin1Char(' ') +
+               waitSentence(reply);
     case Kind::Unavailable:
         if (problem.code == QLatin1String("internal"))
-            return tr("The service at %1 failed to do this. Try again; if it fails again, pass the "
-                      "details to those who run the service.");
-        return tr("The service at %1 cannot answer now. Try again in a moment.");
+            return Texts::tr(
+                "The service at %1 failed to do this. Try again; if it fails again, pass the "
+                "details to those who run the service.");
+        return Texts::tr("The service at %1 cannot answer now. Try again in a moment.");
     case Kind::BadAnswer:
-        return tr("The service at %1 does not know this call. It may be older or newer than this "
-                  "program.");
+        return Texts::tr(
+            "The service at %1 does not know this call. It may be older or newer than this "
+            "program.");
     case Kind::NotFound:
-        return tr("The service at %1 has nothing of that name any more. Refresh what is shown.");
+        return Texts::tr(
+            "The service at %1 has nothing of that name any more. Refresh what is shown.");
     case Kind::Conflict:
-        return tr("The service at %1 holds something else under that name. Refresh what is shown.");
+        return Texts::tr(
+            "The service at %1 holds something else under that name. Refresh what is shown.");
     case Kind::Refused:
         if (problem.code == QLatin1String("no-account"))
-            return tr("No account is chosen at %1. Sign in again and choose one.");
-        return tr("The service at %1 does not let you do this.");
+            return Texts::tr("No account is chosen at %1. Sign in again and choose one.");
+        return Texts::tr("The service at %1 does not let you do this.");
     default:
-        return tr("The service at %1 does not accept this. Check the values and try again.");
+        return Texts::tr("The service at %1 does not accept this. Check the values and try again.");
     }
 }
 
-bool isOurFaultToExplain(Kind kind)
+/// Whether only the service can say what is wrong: which value it does not accept, what exactly is
+/// not allowed.
+bool isForTheServiceToExplain(Kind kind, const Problem &problem)
 {
-    return kind == Kind::Invalid || kind == Kind::Conflict;
+    return kind == Kind::Invalid || kind == Kind::Conflict ||
+           (kind == Kind::Refused && problem.code != QLatin1String("no-account"));
 }
 
 ServiceError refusal(const Request &request, const Reply &reply)
@@ -274,8 +230,9 @@ ServiceError refusal(const Request &request, const Reply &reply)
     const Kind kind = kindOf(problem, reply.status);
     if (problem.code.isEmpty() && kind == Kind::BadAnswer)
         return badAnswer(request, reply, QStringLiteral("HTTP status %1").arg(reply.status));
-    // Which value it does not accept only the service knows.
-    QString sentence = isOurFaultToExplain(kind) ? tidy(problem.detail, request) : QString();
+    QString sentence;
+    if (isForTheServiceToExplain(kind, problem))
+        sentence = tidy(problem.detail, request);
     if (sentence.isEmpty())
         sentence = ownSentence(kind, problem, reply).arg(request.server.display());
     return ServiceError(kind, sentence, tidy(problem.code, request), detailsOf(request, reply));
@@ -286,8 +243,9 @@ ServiceError redirected(const Request &request, const Reply &reply)
     const QUrl target = QUrl::fromEncoded(reply.location);
     return ServiceError(
         Kind::BadAnswer,
-        tr("The server at %1 sends calls on to another address, which is not followed. Check the "
-           "server address.")
+        Texts::tr(
+            "The server at %1 sends calls on to another address, which is not followed. Check the "
+            "server address.")
             .arg(request.server.display()),
         QString(),
         detailsOf(request, reply,
@@ -315,12 +273,13 @@ ServiceError failureOf(const Request &request, const Reply &reply, const Network
                          QStringLiteral("it is longer than %1")
                              .arg(QLocale::c().formattedDataSize(policy.answerLimit)));
     case Reply::Ending::BadCaFile:
-        return ServiceError(Kind::Invalid,
-                            tr("The file of certificate authorities %1 cannot be read or holds "
-                               "none. Check the network settings.")
-                                .arg(policy.caFile));
+        return ServiceError(
+            Kind::Invalid,
+            Texts::tr("The file of certificate authorities %1 cannot be read or holds "
+                      "none. Check the network settings.")
+                .arg(policy.caFile));
     case Reply::Ending::Closed:
-        return error(Kind::ConnectionLost, tr("The call of the service at %1 was given up."),
+        return error(Kind::ConnectionLost, Texts::tr("The call of the service at %1 was given up."),
                      request, reply);
     case Reply::Ending::Answered:
         break;
@@ -341,15 +300,16 @@ ServiceError badAnswer(const Request &request, const Reply &reply, const QString
                    .arg(QString::fromLatin1(reply.contentType.left(60)), problem);
     return ServiceError(
         Kind::BadAnswer,
-        tr("The answer from %1 is not one of the service (%2). Check the server address; if it is "
-           "right, try again.")
+        Texts::tr(
+            "The answer from %1 is not one of the service (%2). Check the server address; if it is "
+            "right, try again.")
             .arg(request.server.display(), tidy(what, request)),
         QString(), detailsOf(request, reply, what));
 }
 
 ServiceError signedOut()
 {
-    return ServiceError(Kind::SignedOut, tr("You are not signed in. Sign in first."));
+    return ServiceError(Kind::SignedOut, Texts::tr("You are not signed in. Sign in first."));
 }
 
 } // namespace QXSC

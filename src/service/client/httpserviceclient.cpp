@@ -61,6 +61,13 @@ HttpServiceClient::~HttpServiceClient()
     m_transport->close();
 }
 
+void HttpServiceClient::setDefaultServer(const QString &address)
+{
+    if (m_session && m_session->isAtDefaultServer && address != m_defaultServer)
+        m_session.reset();
+    m_defaultServer = address;
+}
+
 void HttpServiceClient::setWaitObserver(WaitObserver *observer)
 {
     m_transport->setWaitObserver(observer);
@@ -72,7 +79,8 @@ void HttpServiceClient::authenticate(const QString &serverAddress, const QString
 {
     success = false;
     m_session.reset();
-    const QString address = serverAddress.trimmed().isEmpty() ? m_defaultServer : serverAddress;
+    const bool isDefault = serverAddress.trimmed().isEmpty();
+    const QString address = isDefault ? m_defaultServer : serverAddress;
     if (address.trimmed().isEmpty())
         throw ServiceError(
             ServiceError::Kind::Invalid,
@@ -86,7 +94,7 @@ void HttpServiceClient::authenticate(const QString &serverAddress, const QString
     const std::optional<Reply> reply = ask(request, QLatin1String("bad-credentials"));
     if (!reply)
         return;
-    m_session = Session{request.server, readAnswer(request, *reply, readSessionToken)};
+    m_session = Session{request.server, readAnswer(request, *reply, readSessionToken), isDefault};
     success = true;
 }
 
@@ -120,7 +128,8 @@ void HttpServiceClient::isProjectPublished(const QString &guid, const QString &,
     published = false;
     const Request request =
         sessionRequest("GET", "/v1/projects/" + QUrl::toPercentEncoding(guid) + "/published");
-    if (guid.isEmpty())
+    // An address takes one or two dots for a folder, however they are written.
+    if (guid.isEmpty() || guid == QLatin1String(".") || guid == QLatin1String(".."))
         throw ServiceError(ServiceError::Kind::NotFound,
                            tr("This project has no identity the service could know it by."));
     published = readAnswer(request, *ask(request), readPublished);

@@ -45,8 +45,9 @@ public:
     const NetworkPolicy &networkPolicy() const { return m_policy; }
 
     /// The server meant by an empty address in `authenticate`, in any form `ServerAddress` reads.
-    /// Empty (the default): there is none.
-    void setDefaultServer(const QString &address) { m_defaultServer = address; }
+    /// Empty (the default): there is none. A session at another default server is forgotten: its
+    /// token is not for whoever answers there now.
+    void setDefaultServer(const QString &address);
 
     QString defaultServer() const { return m_defaultServer; }
 
@@ -76,6 +77,7 @@ private:
     {
         ServerAddress server;
         QByteArray token;
+        bool isAtDefaultServer = false;
     };
 
     Request sessionRequest(const QByteArray &method, const QByteArray &path,

@@ -17,7 +17,8 @@ struct NetworkPolicy
     /// The longest a call may take as a whole, however lively it is.
     std::chrono::milliseconds callLimit = std::chrono::minutes(5);
     /// Whether calls go through a proxy: the one the host application set for itself, else the
-    /// system's. A service on this machine is always called directly.
+    /// system's. A service on this machine is always called directly: plain http is allowed there
+    /// because nothing leaves the machine.
     bool useSystemProxy = false;
     /// A PEM file of certificate authorities to trust besides the system's; empty for none.
     QString caFile;

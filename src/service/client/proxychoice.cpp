@@ -2,10 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/client/proxychoice.h"
 
-#include "service/client/serveraddress.h"
-
-#include <QNetworkProxyQuery>
-
 #include <algorithm>
 
 namespace QXSC {
@@ -24,8 +20,6 @@ bool namesAProxy(const QList<QNetworkProxy> &proxies)
 
 QList<QNetworkProxy> ProxyChoice::queryProxy(const QNetworkProxyQuery &query)
 {
-    if (!m_useProxy || isLoopbackHost(query.peerHostName()))
-        return {QNetworkProxy(QNetworkProxy::NoProxy)};
     const QList<QNetworkProxy> application = proxyForQuery(query);
     return namesAProxy(application) ? application : systemProxyForQuery(query);
 }

@@ -6,17 +6,12 @@
 
 namespace QXSC {
 
-/// Which proxy a call takes: none unless the policy asks for one, and never one for a service on
-/// this machine, where plain http is allowed only because nothing leaves the machine.
+/// The proxy of a call that may take one: the one the host application set for itself, else the
+/// system's.
 class ProxyChoice : public QNetworkProxyFactory
 {
 public:
-    void setUsingProxy(bool use) { m_useProxy = use; }
-
     QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override;
-
-private:
-    bool m_useProxy = false;
 };
 
 } // namespace QXSC

@@ -8,7 +8,7 @@ namespace QXSC {
 
 namespace {
 
-constexpr qint64 pieceSize = 64 * 1024;
+constexpr qint64 pieceSize = 65536;
 
 /// Qt reports every status of 400 and above as an error of its own; such an answer is whole unless
 /// the error is one of the connection.
@@ -48,8 +48,14 @@ ReplyReader::ReplyReader(QNetworkReply *reply, const std::shared_ptr<Exchange> &
     const auto touch = [this] { m_exchange->touch(); };
     connect(reply, &QNetworkReply::socketStartedConnecting, this, touch);
     connect(reply, &QNetworkReply::encrypted, this, touch);
-    connect(reply, &QNetworkReply::requestSent, this, touch);
-    connect(reply, &QNetworkReply::uploadProgress, this, touch);
+    connect(reply, &QNetworkReply::requestSent, this, [this, touch] {
+        m_isConnected = true;
+        touch();
+    });
+    connect(reply, &QNetworkReply::uploadProgress, this, [this, touch](qint64 sent) {
+        m_isConnected |= sent > 0;
+        touch();
+    });
     connect(reply, &QNetworkReply::metaDataChanged, this, &ReplyReader::readHead);
     connect(reply, &QNetworkReply::readyRead, this, &ReplyReader::readBody);
     connect(reply, &QNetworkReply::finished, this, &ReplyReader::finish);
@@ -122,7 +128,9 @@ void ReplyReader::finish()
         result.body = std::move(m_body);
     } else {
         result.ending = Reply::Ending::Failed;
-        if (result.networkError == QNetworkReply::NoError)
+        // Qt has no name for a connection that breaks while the request is being sent.
+        if (result.networkError == QNetworkReply::NoError ||
+            (result.networkError == QNetworkReply::UnknownNetworkError && m_isConnected))
             result.networkError = QNetworkReply::RemoteHostClosedError;
         const QString text = m_tlsText.isEmpty() ? m_reply->errorString() : m_tlsText;
         result.networkText = withoutAddress(text, m_reply->url());

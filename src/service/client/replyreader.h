@@ -34,6 +34,7 @@ private:
     std::shared_ptr<Exchange> m_exchange;
     QByteArray m_body;
     QString m_tlsText;
+    bool m_isConnected = false; ///< some of the request has left
 };
 
 } // namespace QXSC

@@ -11,9 +11,15 @@ namespace QXSC {
 
 namespace {
 
-QString tr(const char *text)
+struct Texts
 {
-    return QCoreApplication::translate("QXSC::ServerAddress", text);
+    Q_DECLARE_TR_FUNCTIONS(QXSC::ServerAddress)
+};
+
+/// What a person wrote, fit to be shown again: short, and without a password they may have put in.
+QString quoted(const QString &written)
+{
+    return written.mid(written.lastIndexOf(QLatin1Char('@')) + 1).left(200);
 }
 
 [[noreturn]] void refuse(const QString &sentence)
@@ -23,9 +29,10 @@ QString tr(const char *text)
 
 [[noreturn]] void refuseForm(const QString &text)
 {
-    refuse(tr("\"%1\" is not a server address. Write the server's name, with the port where it "
-              "has one of its own, for example server.example.org:8443.")
-               .arg(text.left(200)));
+    refuse(
+        Texts::tr("\"%1\" is not a server address. Write the server's name, with the port where it "
+                  "has one of its own, for example server.example.org:8443.")
+            .arg(quoted(text)));
 }
 
 /// A bare IPv6 address gets its brackets: its colons would read as a port.
@@ -49,13 +56,14 @@ bool isPlainBase(const QUrl &url)
            !url.hasFragment();
 }
 
-} // namespace
-
+/// @param host a name or address as QUrl gives it, without brackets
 bool isLoopbackHost(const QString &host)
 {
     return host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0 ||
            QHostAddress(host).isLoopback();
 }
+
+} // namespace
 
 ServerAddress ServerAddress::parse(const QString &text)
 {
@@ -72,9 +80,10 @@ ServerAddress ServerAddress::parse(const QString &text)
 
     const bool loopback = isLoopbackHost(url.host());
     if (scheme == QLatin1String("http") && !loopback)
-        refuse(tr("The address %1 is not encrypted, so your password could be read on the way. "
-                  "Use https:// instead.")
-                   .arg(written.left(200)));
+        refuse(
+            Texts::tr("The address %1 is not encrypted, so your password could be read on the way. "
+                      "Use https:// instead.")
+                .arg(quoted(written)));
     const bool plain = scheme.isEmpty() ? loopback : scheme == QLatin1String("http");
     url.setScheme(plain ? QStringLiteral("http") : QStringLiteral("https"));
     url.setPath(QString());

@@ -42,7 +42,4 @@ private:
     QUrl m_base;
 };
 
-/// Whether a host name or address as QUrl gives it (no brackets) means this machine.
-bool isLoopbackHost(const QString &host);
-
 } // namespace QXSC

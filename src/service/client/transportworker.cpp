@@ -6,7 +6,7 @@
 #include "service/client/replyreader.h"
 #include "service/client/singleusebody.h"
 
-#include <QFile>
+#include <QNetworkProxy>
 #include <QSslCertificate>
 
 namespace QXSC {
@@ -36,6 +36,17 @@ QNetworkRequest networkRequest(const Request &call)
     return request;
 }
 
+/// The system's authorities and those of the file; nothing when the file holds none.
+std::optional<QSslConfiguration> trusting(const QString &caFile)
+{
+    const QList<QSslCertificate> own = QSslCertificate::fromPath(caFile, QSsl::Pem);
+    if (own.isEmpty())
+        return std::nullopt;
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    tls.setCaCertificates(QSslConfiguration::systemCaCertificates() + own);
+    return tls;
+}
+
 } // namespace
 
 TransportWorker::TransportWorker() = default;
@@ -46,61 +57,61 @@ void TransportWorker::start(const std::shared_ptr<Exchange> &exchange)
 {
     if (exchange->isFinished())
         return;
-    const NetworkPolicy &policy = exchange->policy();
-    if (exchange->request().server.isEncrypted() && !trust(policy.caFile)) {
-        Reply reply;
-        reply.ending = Reply::Ending::BadCaFile;
-        reply.networkText = policy.caFile;
-        exchange->finish(std::move(reply));
+    const Road *way = road(exchange->request(), exchange->policy());
+    if (way) {
+        new ReplyReader(send(*way, exchange->request()), exchange);
         return;
     }
-    new ReplyReader(send(exchange->request(), policy), exchange);
+    Reply reply;
+    reply.ending = Reply::Ending::BadCaFile;
+    exchange->finish(std::move(reply));
 }
 
 void TransportWorker::abort(const std::shared_ptr<Exchange> &exchange)
 {
-    if (!m_manager)
-        return;
-    const auto readers = m_manager->findChildren<ReplyReader *>();
+    const auto readers = findChildren<ReplyReader *>();
     for (ReplyReader *reader : readers) {
         if (reader->reads(exchange))
             reader->abort();
     }
 }
 
-bool TransportWorker::trust(const QString &caFile)
+const TransportWorker::Road *TransportWorker::road(const Request &call, const NetworkPolicy &policy)
 {
-    if (caFile == m_caFile)
-        return true;
-    const QList<QSslCertificate> own = QSslCertificate::fromPath(caFile, QSsl::Pem);
-    if (!caFile.isEmpty() && own.isEmpty())
-        return false;
-    m_tls = QSslConfiguration::defaultConfiguration();
-    if (!own.isEmpty())
-        m_tls.setCaCertificates(QSslConfiguration::systemCaCertificates() + own);
-    m_caFile = caFile;
-    return true;
+    const bool useProxy = policy.useSystemProxy && !call.server.isLoopback();
+    const QString caFile = call.server.isEncrypted() ? policy.caFile : QString();
+    const auto key = std::make_pair(useProxy, caFile);
+    const auto found = m_roads.find(key);
+    if (found != m_roads.end())
+        return &found->second;
+
+    Road road;
+    if (!caFile.isEmpty()) {
+        road.tls = trusting(caFile);
+        if (!road.tls)
+            return nullptr;
+    }
+    road.manager = new QNetworkAccessManager(this);
+    if (useProxy)
+        road.manager->setProxyFactory(new ProxyChoice);
+    else
+        road.manager->setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
+    return &m_roads.emplace(key, road).first->second;
 }
 
-QNetworkReply *TransportWorker::send(const Request &call, const NetworkPolicy &policy)
+QNetworkReply *TransportWorker::send(const Road &road, const Request &call)
 {
-    if (!m_manager) {
-        m_manager = std::make_unique<QNetworkAccessManager>();
-        m_proxies = new ProxyChoice;
-        m_manager->setProxyFactory(m_proxies);
-    }
-    m_proxies->setUsingProxy(policy.useSystemProxy);
     QNetworkRequest request = networkRequest(call);
-    if (!m_caFile.isEmpty())
-        request.setSslConfiguration(m_tls);
+    if (road.tls)
+        request.setSslConfiguration(*road.tls);
     if (call.method == "GET")
-        return m_manager->get(request);
+        return road.manager->get(request);
     if (call.method == "DELETE")
-        return m_manager->deleteResource(request);
+        return road.manager->deleteResource(request);
     if (call.isRepeatable())
-        return m_manager->put(request, call.body);
+        return road.manager->put(request, call.body);
     auto *body = new SingleUseBody(call.body);
-    QNetworkReply *reply = m_manager->post(request, body);
+    QNetworkReply *reply = road.manager->post(request, body);
     body->setParent(reply);
     return reply;
 }

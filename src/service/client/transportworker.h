@@ -7,11 +7,11 @@
 #include <QNetworkAccessManager>
 #include <QSslConfiguration>
 
+#include <map>
 #include <memory>
+#include <optional>
 
 namespace QXSC {
-
-class ProxyChoice;
 
 /// The side of the transport that does the network's work, in a thread with an event loop. It never
 /// waits for the calling thread.
@@ -27,14 +27,19 @@ public:
     void abort(const std::shared_ptr<Exchange> &exchange);
 
 private:
-    /// Reads the file of certificate authorities when it is another one than the last.
-    bool trust(const QString &caFile);
-    QNetworkReply *send(const Request &request, const NetworkPolicy &policy);
+    /// Open connections are shared only by calls that trust the same authorities and take the same
+    /// way.
+    struct Road
+    {
+        QNetworkAccessManager *manager = nullptr; ///< a child of the worker
+        std::optional<QSslConfiguration> tls;
+    };
 
-    std::unique_ptr<QNetworkAccessManager> m_manager; ///< made in the thread it is used in
-    ProxyChoice *m_proxies = nullptr;                 ///< owned by the manager
-    QSslConfiguration m_tls;
-    QString m_caFile;
+    /// Null when the file of certificate authorities cannot be used.
+    const Road *road(const Request &call, const NetworkPolicy &policy);
+    static QNetworkReply *send(const Road &road, const Request &call);
+
+    std::map<std::pair<bool, QString>, Road> m_roads; ///< by proxy and file of authorities
 };
 
 } // namespace QXSC

@@ -12,8 +12,9 @@ namespace QXSC {
 /// notice (`repaint()`, not `update()`) although no event loop runs.
 ///
 /// `waiting` comes first after 300 ms and then about every 100 ms; each observed wait ends with one
-/// `finished`. A call made from inside `waiting` is allowed and is part of the same wait, but is
-/// not observed itself. Neither function may throw.
+/// `finished`, unless the observer was taken away or the client destroyed meanwhile. A call made
+/// from inside `waiting` is allowed and is part of the same wait, but is not observed itself.
+/// Neither function may throw.
 class ZEL_EXPORT WaitObserver
 {
 public:

@@ -48,14 +48,17 @@ using boost::system::error_code;
 
 namespace {
 
-/// One read from the socket; smaller buffers made uploads several times slower.
+/// One read of a body; smaller buffers made uploads several times slower.
 constexpr std::size_t readBufferBytes = 64 * 1024;
+/// One read of a head, and what an idle connection keeps.
+constexpr std::size_t headBufferBytes = 4 * 1024;
+/// What may wait to be parsed: nothing legal in the framing of a body (a chunk's extensions, the
+/// trailer) comes near it.
+constexpr std::size_t longestBuffer = 128 * 1024;
 /// How long, and how many bytes of, an unread body is taken in after a refusal, so that the answer
 /// is not lost to a reset.
 constexpr std::chrono::milliseconds lingerTime{2000};
 constexpr std::size_t lingerBytes = 4 * 1024 * 1024;
-constexpr std::size_t longestWorkerQueue = 1024;
-constexpr std::size_t longestSignInQueue = 64;
 
 QByteArray bytes(boost::beast::string_view text)
 {
@@ -79,6 +82,18 @@ QByteArray httpDate()
         .toString(QDateTime::currentDateTimeUtc(),
                   QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"))
         .toLatin1();
+}
+
+Problem noHttp()
+{
+    return Problem(400, QByteArrayLiteral("bad-request"),
+                   QStringLiteral("The request is not valid HTTP."));
+}
+
+Problem headTooLarge()
+{
+    return Problem(431, QByteArrayLiteral("header-too-large"),
+                   QStringLiteral("The head of the request is too large."));
 }
 
 template <class Message>
@@ -140,7 +155,7 @@ private:
 
     HttpServer::Private &m_server;
     beast::tcp_stream m_stream;
-    beast::flat_buffer m_buffer;
+    beast::flat_buffer m_buffer{longestBuffer};
     QString m_peer;
     quint16 m_localPort = 0;
     bool m_busy = false;
@@ -186,7 +201,6 @@ Connection::Connection(HttpServer::Private &server, tcp::socket socket)
     : m_server(server)
     , m_stream(std::move(socket))
 {
-    m_buffer.reserve(readBufferBytes);
     error_code ignored;
     const auto peer = m_stream.socket().remote_endpoint(ignored);
     m_peer = QString::fromStdString(peer.address().to_string());
@@ -254,34 +268,42 @@ asio::awaitable<bool> Connection::waitForRequest()
 {
     if (m_buffer.size() > 0)
         co_return true; // sent together with the request before
+    m_buffer.shrink_to_fit();
     error_code error;
     m_stream.expires_after(m_server.options.limits.idle);
     const std::size_t count = co_await m_stream.async_read_some(
-        m_buffer.prepare(readBufferBytes), asio::redirect_error(asio::use_awaitable, error));
+        m_buffer.prepare(headBufferBytes), asio::redirect_error(asio::use_awaitable, error));
     m_buffer.commit(count);
     co_return !error;
 }
 
+/// Reads the head piece by piece. The parser's own limit sees only what has not been taken in yet,
+/// so that many small pieces would pass it; the whole is counted here.
 asio::awaitable<bool> Connection::readHead(HeadParser &parser)
 {
-    error_code error;
+    const std::size_t limit = m_server.options.limits.headerBytes;
+    std::size_t taken = 0;
     m_stream.expires_after(m_server.options.limits.header);
-    co_await http::async_read_header(m_stream, m_buffer, parser,
-                                     asio::redirect_error(asio::use_awaitable, error));
-    if (!error)
-        co_return true;
-    // What ended by itself or ran out of time gets no answer; what cannot be read as HTTP does.
-    if (error.category() != http::make_error_code(http::error::bad_method).category() ||
-        error == http::error::end_of_stream || error == http::error::partial_message)
-        co_return false;
-    if (error == http::error::header_limit || error == http::error::buffer_overflow)
-        co_await refuse(requestOf({}),
-                        Problem(431, QByteArrayLiteral("header-too-large"),
-                                QStringLiteral("The head of the request is too large.")));
-    else
-        co_await refuse(requestOf({}), Problem(400, QByteArrayLiteral("bad-request"),
-                                               QStringLiteral("The request is not valid HTTP.")));
-    co_return false;
+    for (;;) {
+        error_code error;
+        const std::size_t used = parser.put(m_buffer.data(), error);
+        m_buffer.consume(used);
+        taken += used;
+        const bool tooLarge = taken > limit || error == http::error::header_limit ||
+                              (error == http::error::need_more && taken + m_buffer.size() >= limit);
+        if (tooLarge || (error && error != http::error::need_more)) {
+            co_await refuse(requestOf({}), tooLarge ? headTooLarge() : noHttp());
+            co_return false;
+        }
+        if (parser.is_header_done())
+            co_return true;
+        error = {};
+        const std::size_t count = co_await m_stream.async_read_some(
+            m_buffer.prepare(headBufferBytes), asio::redirect_error(asio::use_awaitable, error));
+        if (error)
+            co_return false; // gone away or out of time: nobody waits for an answer
+        m_buffer.commit(count);
+    }
 }
 
 asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &plan,
@@ -305,6 +327,8 @@ asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &pla
         if (error)
             co_return false;
     }
+    if (!length || *length > headBufferBytes)
+        m_buffer.reserve(readBufferBytes);
     http::request_parser<http::string_body> parser(std::move(head));
     parser.body_limit(limit);
     co_await http::async_read(m_stream, m_buffer, parser,
@@ -317,9 +341,7 @@ asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &pla
         co_await refuse(request, tooLarge);
     else if (error.category() == http::make_error_code(http::error::bad_method).category() &&
              error != http::error::partial_message && error != http::error::end_of_stream)
-        co_await refuse(request,
-                        Problem(400, QByteArrayLiteral("bad-request"),
-                                QStringLiteral("The body of the request is not valid HTTP.")));
+        co_await refuse(request, noHttp());
     co_return false;
 }
 
@@ -467,9 +489,9 @@ void HttpServer::Private::listen()
     const unsigned processors = std::max(1U, std::thread::hardware_concurrency());
     const auto count =
         options.workers > 0 ? static_cast<unsigned>(options.workers) : std::max(8U, 2 * processors);
-    workers = std::make_unique<WorkerPool>(count, longestWorkerQueue);
+    workers = std::make_unique<WorkerPool>(count, options.limits.workerQueue);
     signInWorkers = std::make_unique<WorkerPool>(static_cast<std::size_t>(options.signInWorkers),
-                                                 longestSignInQueue);
+                                                 options.limits.signInQueue);
     asio::co_spawn(m_acceptor.get_executor(), acceptAll(), asio::detached);
     for (int i = 0; i < options.ioThreads; ++i)
         m_threads.emplace_back([this] { context.run(); });

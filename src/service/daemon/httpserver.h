@@ -38,6 +38,8 @@ struct HttpLimits
 {
     quint32 headerBytes = 16 * 1024;
     std::size_t connections = 1024;
+    std::size_t workerQueue = 1024; ///< calls that wait for a worker; further ones are answered 503
+    std::size_t signInQueue = 64;   ///< the same for sign-ins
     std::chrono::milliseconds header{
         15'000}; ///< from the first byte of a request to the end of its head
     std::chrono::milliseconds body{30'000};  ///< for the whole body

@@ -21,8 +21,11 @@ constexpr qsizetype longestShownName = 64;
 
 JsonFields::JsonFields(const QByteArray &body)
 {
+    // Qt drops a byte order mark at the beginning of every text; it keeps the escape of one.
+    QByteArray json = body;
+    json.replace("\xef\xbb\xbf", "\\ufeff");
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(body, &error);
+    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError)
         throw Problem(400, QByteArrayLiteral("bad-json"),
                       QStringLiteral("The request is not valid JSON (%1, at byte %2).")

@@ -100,7 +100,8 @@ void JsonWriter::appendString(QStringView value)
         const char16_t unit = value.at(at).unicode();
         if (const char *escape = shortEscape(unit)) {
             m_json += escape;
-        } else if (unit < 0x20) {
+        } else if (unit < 0x20 || unit == QChar::ByteOrderMark) {
+            // Readers tend to drop a byte order mark at the beginning of a text.
             appendEscape(m_json, unit);
         } else if (unit < 0x80) {
             m_json += char(unit);

@@ -4,7 +4,6 @@
 #include "service/daemon/passwordinput.h"
 #include "service/daemon/program.h"
 #include "service/store/databaseerror.h"
-#include "service/store/storabletext.h"
 #include "service/store/store.h"
 
 #include <limits>
@@ -59,8 +58,7 @@ Request requestOf(const QCommandLineParser &parser)
                                    QStringLiteral("viewer")};
     if (!roles.contains(request.role))
         throw UsageError(QStringLiteral("--role is owner, author or viewer."));
-    if (request.login.trimmed().isEmpty() || request.login.size() > Users::longestLogin ||
-        !isStorableText(request.login))
+    if (!Users::isUsableLogin(request.login))
         throw UsageError(
             QStringLiteral("the name must have 1 to %1 characters.").arg(Users::longestLogin));
     const QStringList accounts = parser.values(QStringLiteral("account"));

@@ -68,12 +68,12 @@ std::optional<QString> Accounts::role(qint64 accountId, const QString &userId)
 
 void Accounts::add(const Account &account)
 {
-    m_database.exec(addAccount, {account.accountId, account.name, foldedKey(account.name)});
+    m_database.exec(addAccount, {account.accountId, account.name, orderKey(account.name)});
 }
 
 void Accounts::rename(const Account &account)
 {
-    m_database.exec(renameAccount, {account.accountId, account.name, foldedKey(account.name)});
+    m_database.exec(renameAccount, {account.accountId, account.name, orderKey(account.name)});
 }
 
 void Accounts::setRole(qint64 accountId, const QString &userId, const QString &role)

@@ -51,6 +51,7 @@ DatabaseError::Kind DatabaseError::kindOfSqlite(int code)
     case 14: // SQLITE_CANTOPEN
         return Kind::Missing;
     case 19: // SQLITE_CONSTRAINT
+    case 20: // SQLITE_MISMATCH
         return Kind::Check;
     default:
         return Kind::Other;

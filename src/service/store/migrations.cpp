@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QMap>
 #include <QRegularExpression>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <stdexcept>
@@ -140,21 +141,36 @@ void Migrations::refuseNewer(int current)
 
 int Migrations::migrate(int version)
 {
-    int count = 0;
-    m_database.tx([&] {
-        count = 0;
-        if (m_database.address().engine == DatabaseAddress::Engine::Postgres)
-            m_database.runNative(
-                QStringLiteral("SELECT 1 FROM (SELECT pg_advisory_xact_lock(%1)) x")
-                    .arg(advisoryLock));
-        const int current = currentVersion();
-        refuseNewer(current);
-        for (int step = current + 1; step <= version; ++step) {
-            applyStep(step);
-            ++count;
+    if (m_database.address().engine == DatabaseAddress::Engine::Sqlite)
+        return takeSteps(version);
+    const QString encoding =
+        m_database.runNative(QStringLiteral("SHOW server_encoding")).toString();
+    if (encoding != QLatin1String("UTF8"))
+        throw DatabaseError(DatabaseError::Kind::Check,
+                            QStringLiteral("The database %1 is encoded in %2; make one in UTF8.")
+                                .arg(m_database.address().display(), encoding));
+    // Taken before the transaction, which would otherwise not see what the holder before has done.
+    m_database.runNative(
+        QStringLiteral("SELECT 1 FROM (SELECT pg_advisory_lock(%1)) x").arg(advisoryLock));
+    const auto unlock = qScopeGuard([this] {
+        try {
+            m_database.runNative(QStringLiteral("SELECT pg_advisory_unlock(%1)").arg(advisoryLock));
+        } catch (const DatabaseError &) {
+            // The connection is lost, and the lock with it.
         }
     });
-    return count;
+    return takeSteps(version);
+}
+
+int Migrations::takeSteps(int version)
+{
+    return m_database.tx([&] {
+        const int current = currentVersion();
+        refuseNewer(current);
+        for (int step = current + 1; step <= version; ++step)
+            applyStep(step);
+        return std::max(0, version - current);
+    });
 }
 
 void Migrations::applyStep(int version)

@@ -45,6 +45,7 @@ public:
 
 private:
     void refuseNewer(int current);
+    int takeSteps(int version);
     void applyStep(int version);
 
     Database &m_database;

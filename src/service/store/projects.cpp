@@ -76,17 +76,10 @@ Project projectOf(const SqlRow &row)
 
 SqlValues valuesOf(qint64 accountId, const Project &project)
 {
-    return {accountId,
-            project.guid,
-            project.typeId,
-            project.name,
-            foldedKey(project.name),
-            project.description,
-            project.createdAt,
-            project.modifiedAt,
-            project.createdById,
-            project.eventAt,
-            project.published};
+    return {accountId,         project.guid,           project.typeId,
+            project.name,      orderKey(project.name), project.description,
+            project.createdAt, project.modifiedAt,     project.createdById,
+            project.eventAt,   project.published};
 }
 
 /// Whether two projects were asked for with the same words by the same user.

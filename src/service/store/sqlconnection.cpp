@@ -130,7 +130,7 @@ void SqlConnection::openPostgres(const DatabaseAddress &address)
     }
     run(QStringLiteral("SET statement_timeout = '30s'"));
     run(QStringLiteral("SET idle_in_transaction_session_timeout = '60s'"));
-    run(QStringLiteral("SET client_min_messages = warning"));
+    run(QStringLiteral("SET client_min_messages = error"));
     // A write outside of a transaction is refused: it could not be retried.
     run(QStringLiteral("SET default_transaction_read_only = on"));
 }
@@ -258,7 +258,9 @@ void SqlConnection::fail(const QSqlError &error)
     m_failedInTransaction = m_inTransaction;
     if (kind == DatabaseError::Kind::Lost)
         m_lost = true;
-    throw DatabaseError(kind, error.databaseText().simplified(), code);
+    // Further lines of PostgreSQL's text show the row's values, which may be anything.
+    const QString text = error.databaseText().section(QLatin1Char('\n'), 0, 0);
+    throw DatabaseError(kind, text.simplified(), code);
 }
 
 } // namespace Zel

@@ -8,13 +8,25 @@
 
 namespace Zel {
 
-// The drivers bind a null QString or QByteArray as NULL; here both mean "empty".
+namespace {
+
+/// What the drivers have to be given so that `text` comes back. They bind a null QString as NULL,
+/// and each takes one byte order mark off the beginning of a text, SQLite when it stores it and
+/// PostgreSQL's when it reads it.
+QString bindable(const QString &text)
+{
+    if (text.isNull())
+        return QString::fromLatin1("");
+    return text.startsWith(QChar::ByteOrderMark) ? QChar(QChar::ByteOrderMark) + text : text;
+}
+
+} // namespace
 
 SqlValue::SqlValue(const QString &text)
-    : m_value(text.isNull() ? QString::fromLatin1("") : text)
+    : m_value(bindable(text))
 {
     if (!isStorableText(text))
-        throw std::invalid_argument("a text with U+0000 or half a surrogate pair cannot be stored");
+        throw std::invalid_argument("this text cannot be stored");
 }
 
 SqlValue::SqlValue(const QByteArray &bytes)

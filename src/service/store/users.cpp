@@ -41,7 +41,7 @@ UserAndHash userOf(const SqlRow &row)
 
 std::optional<UserAndHash> findByLogin(Database &database, const QString &login)
 {
-    if (login.size() > Users::longestLogin || !isStorableText(login))
+    if (!Users::isUsableLogin(login))
         return std::nullopt;
     return database.row(findUser, {foldedKey(login)}, userOf);
 }
@@ -53,6 +53,12 @@ Users::Users(Database &database, const PasswordHasher &hasher, const Clock &cloc
     , m_hasher(hasher)
     , m_clock(clock)
 {
+}
+
+bool Users::isUsableLogin(const QString &login)
+{
+    return login.size() <= longestLogin && !login.trimmed().isEmpty() && isStorableText(login) &&
+           foldedKey(login).size() <= longestLogin;
 }
 
 std::optional<User> Users::find(const QString &login)

@@ -32,6 +32,10 @@ public:
 
     Users(Database &database, const PasswordHasher &hasher, const Clock &clock);
 
+    /// Whether a name can be signed in with: not blank, storable, neither it nor its folded form
+    /// longer than `longestLogin`.
+    static bool isUsableLogin(const QString &login);
+
     std::optional<User> find(const QString &login);
 
     /// The user when name and password are right and the user may sign in. Takes the same time for

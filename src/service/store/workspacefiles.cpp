@@ -103,6 +103,8 @@ void WorkspaceFiles::readPeople(const QString &path)
         PersonEntry entry;
         entry.place = record.place;
         entry.login = record.text(QStringLiteral("user"), Users::longestLogin);
+        if (!Users::isUsableLogin(entry.login))
+            record.refuse(QStringLiteral("\"user\" is too long."));
         entry.displayName = record.text(QStringLiteral("displayName"), longestName);
         entry.password = record.text(QStringLiteral("password"), Users::longestPassword);
         const QJsonArray list = record.list(QStringLiteral("accounts"));

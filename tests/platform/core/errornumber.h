@@ -2,16 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/core/runtimeerror.h"
+#include "testsupport/errornumber.h"
 
-/// The number of the run-time error that an action ends in, 0 when it ends in none.
-template <typename Action>
-int errorNumber(Action action)
-{
-    try {
-        action();
-    } catch (const Zel::RuntimeError &error) {
-        return error.number();
-    }
-    return 0;
-}
+using ZelTest::errorNumber;

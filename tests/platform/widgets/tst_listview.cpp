@@ -53,6 +53,20 @@ private slots:
         QCOMPARE(m_list->columnCount(), 0);
     }
 
+    void columnsMayComeAfterTheRows()
+    {
+        m_list->clearColumns();
+        m_list->setRows(lines({"b", "a"}));
+        show(*m_list);
+        m_list->addColumn(QStringLiteral("Name"), 3000);
+        m_list->sortBy(0, Qt::AscendingOrder);
+        QTest::qWait(0);
+        QVERIFY(m_list->cellRect(0).isValid());
+        QVERIFY(m_list->cellRect(0).top() > m_list->cellRect(1).top());
+        click(*m_list, 0);
+        QCOMPARE(m_list->selectedRow(), 0);
+    }
+
     void widthsAreExactTwips()
     {
         show(*m_list);

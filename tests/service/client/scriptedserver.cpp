@@ -188,7 +188,7 @@ bool ScriptedServer::readHead(QSslSocket &socket, SeenRequest &request) const
 bool ScriptedServer::readBody(QSslSocket &socket, SeenRequest &request) const
 {
     const qsizetype length = request.header("content-length").toLongLong();
-    while (request.body.size() < length) {
+    while (request.body.size() < length && socket.isOpen()) {
         request.body += socket.read(length - request.body.size());
         if (request.body.size() == length)
             break;
@@ -196,7 +196,7 @@ bool ScriptedServer::readBody(QSslSocket &socket, SeenRequest &request) const
             return false;
         socket.waitForReadyRead(poll);
     }
-    return true;
+    return request.body.size() >= length;
 }
 
 QByteArray http(int status, const QByteArray &body, const QByteArray &contentType,

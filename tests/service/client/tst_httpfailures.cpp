@@ -244,6 +244,18 @@ private slots:
         QCOMPARE(error->description(), QStringLiteral("The text is too long."));
     }
 
+    void aServerThatGoesWhileALongBodyIsSentIsNoticed()
+    {
+        SignedIn there([](const SeenRequest &, Wire &wire) { wire.reset(); },
+                       ScriptedServer::Ask::HeadOnly);
+        NewProject project;
+        project.description = QString(20000000, QLatin1Char('d'));
+        const auto error = errorOf([&] { there.client.createProject(project); });
+        QVERIFY(error);
+        QVERIFY2(error->kind() == Kind::ConnectionLost, qPrintable(error->details()));
+        QCOMPARE(there.calls(), 1);
+    }
+
     // Limits --------------------------------------------------------------------------------------
 
     void aServerThatDripsIsGivenUp()
@@ -374,7 +386,7 @@ private slots:
         };
         coded(401, "signed-out", Kind::SignedOut, "Sign in again");
         coded(403, "no-account", Kind::Refused, "choose one");
-        coded(403, "account-refused", Kind::Refused, "does not let you");
+        coded(403, "account-refused", Kind::Refused, "The name is too long.");
         coded(404, "not-found", Kind::NotFound, "Refresh");
         coded(409, "conflict", Kind::Conflict, "The name is too long.");
         coded(400, "invalid", Kind::Invalid, "The name is too long.");
@@ -388,11 +400,19 @@ private slots:
         coded(429, "too-many-attempts", Kind::TooManyAttempts, "Wait 30 seconds",
               "Retry-After: 30\r\n");
         coded(401, "new-word-401", Kind::SignedOut, "Sign in again");
-        coded(403, "new-word-403", Kind::Refused, "does not let you");
+        coded(403, "new-word-403", Kind::Refused, "The name is too long.");
         coded(404, "new-word-404", Kind::NotFound, "Refresh");
         coded(412, "new-word-412", Kind::Conflict, "too long");
         coded(418, "new-word-418", Kind::Invalid, "too long");
         coded(507, "new-word-507", Kind::Unavailable, "Try again");
+
+        const auto silent = [](const char *name, int status, Kind kind, const char *says) {
+            QTest::newRow(name) << problem(status, "some-word", "") << kind
+                                << QStringLiteral("some-word") << QString::fromLatin1(says);
+        };
+        silent("refusal without words", 403, Kind::Refused, "does not let you");
+        silent("invalid without words", 400, Kind::Invalid, "Check the values");
+        silent("conflict without words", 409, Kind::Conflict, "Refresh");
 
         plain("500 bare", http(500, ""), Kind::Unavailable, "cannot answer now");
         plain("502 page", http(502, "<html>Bad gateway</html>", "text/html"), Kind::Unavailable,

@@ -213,8 +213,7 @@ private slots:
         QCOMPARE(server.requests().size(), 1);
         // And no longer than the host says.
         client.setNetworkPolicy(NetworkPolicy());
-        HttpServiceClient other;
-        QVERIFY(errorOf([&] { signIn(other, secure(server)); }));
+        QVERIFY(errorOf([&] { signIn(client, secure(server)); }));
         QCOMPARE(server.requests().size(), 1);
     }
 

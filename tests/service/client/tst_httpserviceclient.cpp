@@ -364,6 +364,22 @@ private slots:
         QCOMPARE(there.lastRequest().target, "/v1/projects?type=");
     }
 
+    void aLongListComesWholeAndInOrder()
+    {
+        constexpr int count = 100000;
+        QByteArray rows;
+        for (int i = 0; i < count; ++i)
+            rows += (i == 0 ? "[[\"" : ",[\"") + QByteArray::number(i) +
+                    "\",\"n\",\"d\",1168371904005,null,\"Ada\",null,false]";
+        const ProjectCollectionPtr projects = projectsOf(projectsAnswer(rows + "]"));
+        QVERIFY(projects);
+        QCOMPARE(projects->count(), count);
+        for (int i = 0; i < count; ++i) {
+            if (projects->item(i + 1)->guid.toInt() != i)
+                QFAIL(qPrintable(projects->item(i + 1)->guid));
+        }
+    }
+
     void columnsAreTakenByName()
     {
         const ProjectCollectionPtr projects = projectsOf(

@@ -1,43 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/widgets/listviews.h"
+#include "platform/widgets/listreportview.h"
 
 #include "platform/widgets/listdelegate.h"
 #include "platform/widgets/listheader.h"
 #include "platform/widgets/listlooks.h"
 #include "platform/widgets/listmodel.h"
+#include "platform/widgets/listviewsetup.h"
 
-#include <QHeaderView>
-#include <QPainter>
 #include <QScrollBar>
 
+#include <algorithm>
+
 namespace Zel {
-
-namespace {
-
-void setUp(QAbstractItemView *view, QAbstractItemModel *model, QAbstractItemDelegate *delegate)
-{
-    view->setItemDelegate(delegate);
-    view->setModel(model);
-    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->setSelectionMode(QAbstractItemView::SingleSelection);
-    view->setTextElideMode(Qt::ElideRight);
-    view->setTabKeyNavigation(false);
-    view->viewport()->setAttribute(Qt::WA_Hover);
-}
-
-void paintEmptyText(QAbstractItemView *view, const QString &text)
-{
-    if (text.isEmpty() || view->model()->rowCount() > 0)
-        return;
-    QPainter painter(view->viewport());
-    painter.setPen(view->palette().color(QPalette::PlaceholderText));
-    painter.drawText(view->viewport()->rect().adjusted(12, 12, -12, -12),
-                     Qt::AlignCenter | Qt::TextWordWrap, text);
-}
-
-} // namespace
 
 ListReportView::ListReportView(ListModel *model, QWidget *parent)
     : ListSurface(parent)
@@ -45,7 +20,8 @@ ListReportView::ListReportView(ListModel *model, QWidget *parent)
     , m_delegate(new ListDelegate(model, this))
 {
     setHeader(new ListHeader(this));
-    setUp(this, model, m_delegate);
+    header()->setSectionsClickable(true);
+    setUpListView(this, model, m_delegate);
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setExpandsOnDoubleClick(false);
@@ -88,7 +64,9 @@ void ListReportView::drawRow(QPainter *painter, const QStyleOptionViewItem &opti
     // A single selected line needs no frame to be found.
     if ((line.state & QStyle::State_Selected) && selectionMode() == SingleSelection)
         return;
-    line.rect.setWidth(std::min(header()->length() - header()->offset(), viewport()->width()));
+    const int width = std::min(header()->length() - header()->offset(), viewport()->width());
+    const int left = isRightToLeft() ? viewport()->width() - width : 0;
+    line.rect = QRect(left, option.rect.top(), width, option.rect.height());
     ListLooks::paintFocusFrame(painter, line.rect, line);
 }
 
@@ -130,57 +108,6 @@ void ListReportView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
     paintEmptyText(this, m_emptyText);
-}
-
-ListIconView::ListIconView(ListModel *model, QWidget *parent)
-    : ListSurface(parent)
-    , m_model(model)
-    , m_delegate(new ListIconDelegate(model, this))
-{
-    setUp(this, model, m_delegate);
-    setFlow(LeftToRight);
-    setWrapping(true);
-    setResizeMode(Adjust);
-    setUniformItemSizes(true);
-    setWordWrap(true);
-    setLargeIconSize({48, 48});
-}
-
-void ListIconView::setEmptyText(const QString &text)
-{
-    m_emptyText = text;
-    viewport()->update();
-}
-
-void ListIconView::setLargeIconSize(const QSize &size)
-{
-    setIconSize(size);
-    updateGrid();
-}
-
-void ListIconView::updateGrid()
-{
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    setGridSize(m_delegate->sizeHint(option, {}) + QSize(8, 8));
-}
-
-void ListIconView::keyboardSearch(const QString &search)
-{
-    emit typed(search);
-}
-
-void ListIconView::paintEvent(QPaintEvent *event)
-{
-    QListView::paintEvent(event);
-    paintEmptyText(this, m_emptyText);
-}
-
-void ListIconView::changeEvent(QEvent *event)
-{
-    QListView::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        updateGrid();
 }
 
 } // namespace Zel

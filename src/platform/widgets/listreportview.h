@@ -4,7 +4,6 @@
 
 #include "platform/widgets/listsurface.h"
 
-#include <QListView>
 #include <QTreeView>
 
 namespace Zel {
@@ -43,33 +42,6 @@ private:
     ListDelegate *m_delegate;
     QString m_emptyText;
     int m_laidOutRows = -1;
-};
-
-/// The icon view of a ListView: large icons over their texts, in lines from the left.
-class ListIconView : public ListSurface<QListView>
-{
-    Q_OBJECT
-
-public:
-    ListIconView(ListModel *model, QWidget *parent);
-
-    void setEmptyText(const QString &text);
-    void setLargeIconSize(const QSize &size);
-    void keyboardSearch(const QString &search) override;
-
-signals:
-    void typed(const QString &text);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
-    void changeEvent(QEvent *event) override;
-
-private:
-    void updateGrid();
-
-    ListModel *m_model;
-    ListDelegate *m_delegate;
-    QString m_emptyText;
 };
 
 } // namespace Zel

@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// exercise_controls [--without-controls]
+// Makes each control, binds it to a client without a service, uses it as a person might and
+// destroys it. With --without-controls the same is done with widgets of Qt alone: what that leaves
+// behind is Qt's. Ends with 1 when a control reported an error or brought up a message.
+
+#include "controls.h"
+#include "platform/widgets/control.h"
+#include "platform/widgets/latebound.h"
+#include "testsupport/messageboxdriver.h"
+#include "testsupport/recordingclient.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+void script(ZelTest::RecordingClient &client)
+{
+    client.accounts =
+        ZelTest::accountList({{QStringLiteral("Aurora"), 1}, {QStringLiteral("Borealis"), 2}});
+    QList<QXSC::ProjectRecord> projects;
+    for (int i = 0; i < 20; ++i) {
+        QXSC::ProjectRecord record;
+        record.guid = QString::number(i);
+        record.name = QStringLiteral("Project %1").arg(i);
+        record.hasCreated = true;
+        record.created = QDateTime(QDate(2024, 1, 1 + i), QTime(8, 0));
+        record.published = i % 2;
+        projects << record;
+    }
+    client.projects = ZelTest::projectList(projects);
+}
+
+/// Calls Init with the client, a text for every text, and defaults for whatever else it takes.
+void bind(QWidget *control, QXSC::ServiceClient *client)
+{
+    const QMetaObject *metaObject = control->metaObject();
+    for (int i = Zel::Control::staticMetaObject.methodCount(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        if (method.name() != "Init" || method.attributes() & QMetaMethod::Cloned)
+            continue;
+        QVariantList values;
+        for (int n = 0; n < method.parameterCount(); ++n) {
+            const QMetaType type = method.parameterMetaType(n);
+            if (type == QMetaType::fromType<QXSC::ServiceClient *>())
+                values << QVariant::fromValue(client);
+            else if (type == QMetaType::fromType<QString>())
+                values << QStringLiteral("Stage");
+            else
+                values << QVariant(type);
+        }
+        Zel::LateBound(control).call(QStringLiteral("Init"), values);
+        return;
+    }
+}
+
+void use(QWidget *widget)
+{
+    if (auto *header = qobject_cast<QHeaderView *>(widget)) {
+        for (int section = 0; section < header->count(); ++section) {
+            const QPoint at(header->sectionViewportPosition(section) + 20, header->height() / 2);
+            QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
+        }
+    } else if (auto *view = qobject_cast<QAbstractItemView *>(widget)) {
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(30, 10));
+        QTest::keyClick(view, Qt::Key_Down);
+        QTest::keyClicks(view, QStringLiteral("Pro"));
+        QTest::keyClick(view, Qt::Key_Return);
+    } else if (qobject_cast<QComboBox *>(widget)) {
+        QTest::keyClick(widget, Qt::Key_Down);
+    } else if (qobject_cast<QLineEdit *>(widget)) {
+        QTest::keyClicks(widget, QStringLiteral("abc"));
+    } else if (qobject_cast<QAbstractButton *>(widget)) {
+        QTest::mouseClick(widget, Qt::LeftButton);
+    }
+}
+
+/// Goes through everything a person can reach, twice: a click may bring up more.
+void useEverything(QWidget &form)
+{
+    for (int round = 0; round < 2; ++round) {
+        QList<QPointer<QWidget>> widgets;
+        for (QWidget *widget : form.findChildren<QWidget *>())
+            widgets << widget;
+        for (const QPointer<QWidget> &widget : std::as_const(widgets)) {
+            if (widget && widget->isVisible() && widget->isEnabled())
+                use(widget);
+        }
+    }
+    form.resize(form.width() / 2, form.height() / 2);
+    form.setPalette(QPalette(Qt::darkGray));
+    QCoreApplication::processEvents();
+    form.grab();
+}
+
+void showOn(QWidget &form, QWidget *widget)
+{
+    (new QVBoxLayout(&form))->addWidget(widget);
+    form.resize(1000, 600);
+    form.show();
+    form.activateWindow();
+    QCoreApplication::processEvents();
+}
+
+bool exercise(const QString &progId)
+{
+    bool good = true;
+    ZelTest::RecordingClient client;
+    script(client);
+    QWidget form;
+    QWidget *control = Zel::ControlRegistry::create(progId, &form);
+    if (auto *own = qobject_cast<Zel::Control *>(control))
+        QObject::connect(own, &Zel::Control::runtimeError, [&good] { good = false; });
+    showOn(form, control);
+    bind(control, &client);
+    useEverything(form);
+    return good && !client.calls().isEmpty();
+}
+
+void exerciseQtAlone()
+{
+    QWidget form;
+    auto *widgets = new QWidget(&form);
+    auto *column = new QVBoxLayout(widgets);
+    auto *tree = new QTreeWidget(widgets);
+    new QTreeWidgetItem(tree, {QStringLiteral("Project")});
+    auto *choice = new QComboBox(widgets);
+    choice->addItems({QStringLiteral("a"), QStringLiteral("b")});
+    for (QWidget *widget : std::initializer_list<QWidget *>{
+             tree, choice, new QLineEdit(widgets), new QPushButton(QStringLiteral("Go"), widgets)})
+        column->addWidget(widget);
+    showOn(form, widgets);
+    useEverything(form);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    if (QApplication::arguments().contains(QStringLiteral("--without-controls"))) {
+        exerciseQtAlone();
+        return 0;
+    }
+    introduceControls();
+    const ZelTest::MessageBoxDriver boxes;
+    bool good = true;
+    for (const QString &progId : Zel::ControlRegistry::progIds())
+        good = exercise(progId) && good;
+    return good && boxes.shown().isEmpty() ? 0 : 1;
+}

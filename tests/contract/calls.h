@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "service/client/httpserviceclient.h"
+
+#include <QString>
+
+#include <functional>
+
+namespace ZelTest {
+
+using Client = QXSC::HttpServiceClient;
+
+// The operations of the contract with their answers as return values. Errors pass through.
+
+/// Signs in under the name of a program, which is how a session is found again in the database.
+bool authenticate(Client &client, const QString &address, const QString &user,
+                  const QString &password,
+                  const QString &appName = QStringLiteral("Contract tests"));
+QXSC::AccountCollectionPtr accountsOf(Client &client);
+bool chooseAccount(Client &client, const QString &number);
+QXSC::ProjectCollectionPtr projectsOf(Client &client, const QString &type);
+bool isPublished(Client &client, const QString &guid);
+
+/// How a call ended: "none" when it did not fail, else the kind of the error and the service's word
+/// for it: "Refused/no-account", "SignedOut" where the service was not asked. An error that has no
+/// sentence for people is told apart.
+QString failureOf(const std::function<void()> &call);
+
+/// The records of a list with that guid.
+QList<QXSC::ProjectRecordPtr> withGuid(const QXSC::ProjectCollectionPtr &projects,
+                                       const QString &guid);
+
+/// A new guid in the form the service stores: 36 characters, lower case.
+QString newGuid();
+
+/// A project to make: with a guid of its own, of a type of the account "Contract Studio".
+QXSC::NewProject newProject(const QString &name = QStringLiteral("A project"));
+
+} // namespace ZelTest

@@ -1,0 +1,290 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/client/waitobserver.h"
+#include "tests/contract/contracttest.h"
+#include "tests/contract/databaseoutage.h"
+#include "tests/contract/recordtext.h"
+#include "tests/contract/serviceproxy.h"
+
+#include <QTest>
+
+#include <csignal>
+
+using namespace ZelTest;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Call = std::function<void(Client &)>;
+
+const QString session = QStringLiteral("session");
+
+/// Stops a process where it stands, until it is let go on or killed.
+class Pause
+{
+public:
+    explicit Pause(const ServiceProcess &process)
+        : m_id(static_cast<pid_t>(process.processId()))
+    {
+        ::kill(m_id, SIGSTOP);
+    }
+
+    ~Pause() { end(); }
+
+    Pause(const Pause &) = delete;
+    Pause &operator=(const Pause &) = delete;
+
+    void end() { ::kill(m_id, SIGCONT); }
+
+private:
+    pid_t m_id;
+};
+
+/// Does something once, in the middle of a call that takes its time.
+class MidCall : public QXSC::WaitObserver
+{
+public:
+    MidCall(Client &client, std::function<void()> action)
+        : m_client(client)
+        , m_action(std::move(action))
+    {
+        m_client.setWaitObserver(this);
+    }
+
+    ~MidCall() override { m_client.setWaitObserver(nullptr); }
+
+    bool isDone() const { return !m_action; }
+
+    void waiting(std::chrono::milliseconds) noexcept override
+    {
+        if (const auto action = std::exchange(m_action, nullptr))
+            action();
+    }
+
+    void finished() noexcept override {}
+
+private:
+    Client &m_client;
+    std::function<void()> m_action;
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Call)
+
+class TestContractFailures : public ContractTest
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void aServiceThatIsGoneIsUnreachable_data() { addCalls(); }
+
+    void aServiceThatIsGoneIsUnreachable();
+    void theSessionGoesOnAfterTheServiceStartedAgain();
+    void aServiceKilledInTheMiddleLosesTheConnection();
+
+    void aServiceThatDoesNotAnswerTimesOut_data() { addCalls(); }
+
+    void aServiceThatDoesNotAnswerTimesOut();
+    void anAnswerThatIsLostCanBeAskedForAgain();
+    void aRequestThatIsLostChangesNothing();
+
+    void everyCallTellsThatItsAnswerWasLost_data() { addCalls(); }
+
+    void everyCallTellsThatItsAnswerWasLost();
+    void aSignInWhoseAnswerIsLostCanBeRepeated();
+    void signingOutOfAServiceThatIsGoneIsQuiet();
+    void aDatabaseThatIsAwayMakesTheServiceUnavailable();
+    void aServiceThatIsStoppedFinishesTheCallInFlight();
+
+private:
+    static void addCalls();
+
+    std::unique_ptr<Client> m_client;
+};
+
+void TestContractFailures::addCalls()
+{
+    QTest::addColumn<Call>("call");
+    const auto row = [](const char *name, const Call &call) { QTest::newRow(name) << call; };
+    row("getAccounts", [](Client &client) { accountsOf(client); });
+    row("setActiveAccount",
+        [](Client &client) { chooseAccount(client, QString::number(contractStudio)); });
+    row("getProjectList", [](Client &client) { projectsOf(client, session); });
+    row("isProjectPublished", [](Client &client) {
+        isPublished(client, QStringLiteral("11111111-2222-4333-8444-555555555555"));
+    });
+    row("projectTypes", [](Client &client) { client.projectTypes(); });
+    row("createProject", [](Client &client) { client.createProject(newProject()); });
+}
+
+void TestContractFailures::init()
+{
+    ContractTest::init();
+    m_client = signIn(nora(), contractStudio);
+}
+
+void TestContractFailures::aServiceThatIsGoneIsUnreachable()
+{
+    QFETCH(Call, call);
+    QCOMPARE(service().stop(), 0);
+    QCOMPARE(failureOf([&] { call(*m_client); }), QStringLiteral("Unreachable"));
+    QVERIFY(m_client->isSignedIn());
+    Client other;
+    QCOMPARE(
+        failureOf([&] { authenticate(other, service().address(), nora().user, nora().password); }),
+        QStringLiteral("Unreachable"));
+}
+
+void TestContractFailures::theSessionGoesOnAfterTheServiceStartedAgain()
+{
+    const quint16 port = service().port();
+    QCOMPARE(service().stop(), 0);
+    QVERIFY2(service().startAgain(), qPrintable(service().error()));
+    QCOMPARE(service().port(), port);
+    QCOMPARE(projectsOf(*m_client, session)->item(1)->createdBy,
+             QStringLiteral("Nora \"Quote\" O'Brien"));
+    service().kill();
+    QVERIFY2(service().startAgain(), qPrintable(service().error()));
+    QVERIFY(m_client->createProject(newProject()));
+}
+
+void TestContractFailures::aServiceKilledInTheMiddleLosesTheConnection()
+{
+    const QXSC::NewProject project = newProject();
+    Pause pause(service());
+    MidCall midCall(*m_client, [this] { service().kill(); });
+    QCOMPARE(failureOf([&] { m_client->createProject(project); }),
+             QStringLiteral("ConnectionLost"));
+    QVERIFY(midCall.isDone());
+    QVERIFY(m_client->isSignedIn());
+    QVERIFY2(service().startAgain(), qPrintable(service().error()));
+    QVERIFY(withGuid(projectsOf(*m_client, session), project.guid).isEmpty());
+    m_client->createProject(project);
+    QCOMPARE(withGuid(projectsOf(*m_client, session), project.guid).size(), 1);
+}
+
+void TestContractFailures::aServiceThatDoesNotAnswerTimesOut()
+{
+    QFETCH(Call, call);
+    QXSC::NetworkPolicy impatient;
+    impatient.inactivityLimit = 300ms;
+    {
+        const Pause pause(service());
+        m_client->setNetworkPolicy(impatient);
+        QCOMPARE(failureOf([&] { call(*m_client); }), QStringLiteral("TimedOut"));
+    }
+    m_client->setNetworkPolicy(QXSC::NetworkPolicy());
+    QVERIFY(m_client->isSignedIn());
+    QCOMPARE(failureOf([&] { call(*m_client); }), QStringLiteral("none"));
+}
+
+void TestContractFailures::anAnswerThatIsLostCanBeAskedForAgain()
+{
+    ServiceProxy proxy(service().port());
+    Client client;
+    QVERIFY(authenticate(client, proxy.address(), nora().user, nora().password));
+    QVERIFY(chooseAccount(client, QString::number(contractStudio)));
+    const QXSC::NewProject project = newProject();
+
+    proxy.setFate(ServiceProxy::Fate::LoseAnswer);
+    const int before = proxy.requests();
+    QCOMPARE(failureOf([&] { client.createProject(project); }), QStringLiteral("ConnectionLost"));
+    QCOMPARE(proxy.requests(), before + 1); // never sent twice behind the caller's back
+    const auto made = withGuid(projectsOf(*m_client, session), project.guid);
+    QCOMPARE(made.size(), 1); // the service had done it
+
+    proxy.setFate(ServiceProxy::Fate::PassOn);
+    QCOMPARE(textOf(*client.createProject(project)), textOf(*made.first()));
+    QCOMPARE(withGuid(projectsOf(*m_client, session), project.guid).size(), 1);
+}
+
+void TestContractFailures::aRequestThatIsLostChangesNothing()
+{
+    ServiceProxy proxy(service().port());
+    Client client;
+    QVERIFY(authenticate(client, proxy.address(), nora().user, nora().password));
+    QVERIFY(chooseAccount(client, QString::number(contractStudio)));
+    const QXSC::NewProject project = newProject();
+    proxy.setFate(ServiceProxy::Fate::LoseRequest);
+    QCOMPARE(failureOf([&] { client.createProject(project); }), QStringLiteral("ConnectionLost"));
+    QVERIFY(withGuid(projectsOf(*m_client, session), project.guid).isEmpty());
+    proxy.setFate(ServiceProxy::Fate::PassOn);
+    QVERIFY(client.createProject(project));
+}
+
+void TestContractFailures::everyCallTellsThatItsAnswerWasLost()
+{
+    QFETCH(Call, call);
+    ServiceProxy proxy(service().port());
+    Client client;
+    QVERIFY(authenticate(client, proxy.address(), nora().user, nora().password));
+    QVERIFY(chooseAccount(client, QString::number(contractStudio)));
+    for (const auto fate : {ServiceProxy::Fate::LoseAnswer, ServiceProxy::Fate::LoseRequest}) {
+        proxy.setFate(fate);
+        QCOMPARE(failureOf([&] { call(client); }), QStringLiteral("ConnectionLost"));
+        QVERIFY(client.isSignedIn());
+    }
+    proxy.setFate(ServiceProxy::Fate::PassOn);
+    QCOMPARE(failureOf([&] { call(client); }), QStringLiteral("none"));
+}
+
+void TestContractFailures::aSignInWhoseAnswerIsLostCanBeRepeated()
+{
+    ServiceProxy proxy(service().port());
+    Client client;
+    const auto signsIn = [&] {
+        return authenticate(client, proxy.address(), nora().user, nora().password);
+    };
+    for (const auto fate : {ServiceProxy::Fate::LoseAnswer, ServiceProxy::Fate::LoseRequest}) {
+        proxy.setFate(fate);
+        const int before = proxy.requests();
+        QCOMPARE(failureOf(signsIn), QStringLiteral("ConnectionLost"));
+        QCOMPARE(proxy.requests(), before + 1);
+        QVERIFY(!client.isSignedIn());
+    }
+    proxy.setFate(ServiceProxy::Fate::PassOn);
+    QVERIFY(signsIn());
+    QCOMPARE(accountsOf(client)->count(), 3);
+}
+
+void TestContractFailures::signingOutOfAServiceThatIsGoneIsQuiet()
+{
+    QCOMPARE(service().stop(), 0);
+    QCOMPARE(failureOf([&] { m_client->signOut(); }), QStringLiteral("none"));
+    QVERIFY(!m_client->isSignedIn());
+}
+
+void TestContractFailures::aDatabaseThatIsAwayMakesTheServiceUnavailable()
+{
+    const QXSC::NewProject project = newProject();
+    DatabaseOutage outage(database(), postgres());
+    QCOMPARE(failureOf([&] { m_client->createProject(project); }),
+             QStringLiteral("Unavailable/unavailable"));
+    QVERIFY(m_client->isSignedIn());
+    QVERIFY(outage.end());
+    m_client->createProject(project);
+    QCOMPARE(withGuid(projectsOf(*m_client, session), project.guid).size(), 1);
+}
+
+void TestContractFailures::aServiceThatIsStoppedFinishesTheCallInFlight()
+{
+    const QXSC::NewProject project = newProject();
+    WriteHold hold(database());
+    MidCall midCall(*m_client, [&] {
+        service().terminate();
+        hold.release();
+    });
+    const auto made = m_client->createProject(project);
+    QVERIFY(midCall.isDone());
+    QCOMPARE(service().waitForEnd(), 0);
+    QVERIFY2(service().startAgain(), qPrintable(service().error()));
+    const auto found = withGuid(projectsOf(*m_client, session), project.guid);
+    QCOMPARE(found.size(), 1);
+    QCOMPARE(textOf(*found.first()), textOf(*made));
+}
+
+ZEL_TEST_MAIN(TestContractFailures)
+#include "tst_contractfailures.moc"

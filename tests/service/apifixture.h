@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "service/daemon/api.h"
+#include "service/daemon/httpserver.h"
+#include "service/store/store.h"
+#include "tests/service/httpprobe.h"
+
+#include <QJsonObject>
+
+#include <atomic>
+#include <memory>
+
+namespace ZelTest {
+
+/// The service's HTTP interface over a database with the sample workspace, in this process, with a
+/// clock that only the test moves.
+class ApiFixture
+{
+public:
+    explicit ApiFixture(const Zel::DatabaseAddress &address);
+
+    quint16 port() const { return m_server.port(); }
+
+    Zel::Store &store() { return m_store; }
+
+    Zel::Database &database() { return m_database; }
+
+    void advance(qint64 milliseconds) { m_now += milliseconds; }
+
+    qint64 now() const { return m_now; }
+
+    /// One call; `token` empty for none.
+    HttpReply call(const QByteArray &method, const QByteArray &target, const QString &token,
+                   const QByteArray &body = QByteArray()) const;
+    HttpReply call(const QByteArray &method, const QByteArray &target, const QString &token,
+                   const QJsonObject &body) const;
+
+    HttpReply signIn(const QString &user, const QString &password) const;
+    /// The token of a sample person ("maja", "tomas", "ines"); with an account chosen unless 0.
+    QString token(const QString &user, qint64 account = 0) const;
+
+    /// How many rows each table has, to see that nothing has changed.
+    QString rowCounts();
+
+private:
+    Zel::Service::HttpServerOptions options() const;
+
+    std::atomic<qint64> m_now;
+    Zel::Database m_database;
+    Zel::Store m_store;
+    Zel::Service::Api m_api;
+    Zel::Service::HttpServer m_server;
+};
+
+} // namespace ZelTest
