@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cstdio>
@@ -73,7 +74,7 @@ public:
         options.workspace = m_parser.value(m_workspace);
         options.serviceProgram =
             m_parser.isSet(m_program)
-                ? m_parser.value(m_program)
+                ? QFileInfo(m_parser.value(m_program)).absoluteFilePath()
                 : QCoreApplication::applicationDirPath() + QStringLiteral("/zel-service");
         options.timeLimit = std::chrono::seconds(m_parser.value(m_timeLimit).toInt());
         return options;

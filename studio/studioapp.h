@@ -47,6 +47,8 @@ public:
 
     ErrorCenter &errors() { return m_errors; }
 
+    WaitNotice &waitNotice() { return *m_waitNotice; }
+
     /// Null when the service is elsewhere.
     EmbeddedService *embeddedService() { return m_service.get(); }
 

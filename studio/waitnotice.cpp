@@ -4,12 +4,37 @@
 
 #include <QCoreApplication>
 #include <QLabel>
+#include <QPainter>
 
 namespace Studio {
 
 namespace {
 
 constexpr int DistanceFromTop = 14;
+
+/// A pill in the inverse of the window's colours, which nothing on a page is drawn in.
+class Pill : public QLabel
+{
+public:
+    explicit Pill(QWidget *parent)
+        : QLabel(parent)
+    {
+        setForegroundRole(QPalette::Window);
+        setContentsMargins(16, 7, 16, 7);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().color(QPalette::WindowText));
+        painter.drawRoundedRect(rect(), height() / 2.0, height() / 2.0);
+        painter.end();
+        QLabel::paintEvent(event);
+    }
+};
 
 QString noticeText(std::chrono::seconds waited)
 {
@@ -31,13 +56,8 @@ WaitNotice::~WaitNotice() = default;
 QLabel *WaitNotice::label()
 {
     if (!m_label) {
-        m_label = new QLabel(m_window);
+        m_label = new Pill(m_window);
         m_label->setObjectName(QStringLiteral("waitNotice"));
-        m_label->setAutoFillBackground(true);
-        m_label->setBackgroundRole(QPalette::ToolTipBase);
-        m_label->setForegroundRole(QPalette::ToolTipText);
-        m_label->setFrameShape(QFrame::StyledPanel);
-        m_label->setContentsMargins(14, 7, 14, 7);
     }
     return m_label;
 }

@@ -13,6 +13,8 @@
 #include <QTreeView>
 
 #include <csignal>
+#include <exception>
+#include <utility>
 
 namespace Studio {
 
@@ -20,6 +22,11 @@ namespace {
 
 constexpr int CreatedColumn = 2;
 constexpr int NameColumn = 0;
+
+void signalService(StudioApp &studio, int signal)
+{
+    ::kill(static_cast<pid_t>(studio.embeddedService()->processId()), signal);
+}
 
 QXSC::ProjectRecordPtr shownProject(Zel::ListView &list, qsizetype position)
 {
@@ -81,10 +88,62 @@ void switchColumns(TourActor &actor, Zel::ListView &list)
     actor.expect(list.columnWidth(3) > 0, QStringLiteral("the column Modified to be back"));
 }
 
+/// Takes a picture of a wait as soon as the notice is there, and ends the wait.
+class WaitWatcher : public QXSC::WaitObserver
+{
+public:
+    WaitWatcher(StudioApp &studio, TourActor &actor)
+        : m_studio(studio)
+        , m_actor(actor)
+    {
+        m_studio.client().setWaitObserver(this);
+    }
+
+    ~WaitWatcher() override { m_studio.client().setWaitObserver(&m_studio.waitNotice()); }
+
+    Q_DISABLE_COPY_MOVE(WaitWatcher)
+
+    void waiting(std::chrono::milliseconds waited) noexcept override
+    {
+        m_studio.waitNotice().waiting(waited);
+        signalService(m_studio, SIGCONT);
+        if (std::exchange(m_hasShot, true))
+            return;
+        try {
+            m_actor.shootNow(QStringLiteral("Waiting for the service"));
+        } catch (...) {
+            m_failure = std::current_exception(); // nothing may be thrown from here
+        }
+    }
+
+    void finished() noexcept override { m_studio.waitNotice().finished(); }
+
+    void check() const
+    {
+        if (m_failure)
+            std::rethrow_exception(m_failure);
+        TourActor::expect(m_hasShot, QStringLiteral("a notice while the service takes its time"));
+    }
+
+private:
+    StudioApp &m_studio;
+    TourActor &m_actor;
+    bool m_hasShot = false;
+    std::exception_ptr m_failure;
+};
+
+void waitForTheService(TourActor &actor, StudioApp &studio)
+{
+    const WaitWatcher watcher(studio, actor);
+    signalService(studio, SIGSTOP);
+    actor.click(QStringLiteral("refreshButton"));
+    watcher.check();
+}
+
 void surviveTheService(TourActor &actor, Zel::ListView &list, StudioApp &studio)
 {
     const qsizetype before = list.count();
-    ::kill(static_cast<pid_t>(studio.embeddedService()->processId()), SIGKILL);
+    signalService(studio, SIGKILL);
     actor.waitFor(QStringLiteral("the service to end"),
                   [&] { return !studio.embeddedService()->isRunning(); });
     actor.click(QStringLiteral("refreshButton"));
@@ -107,6 +166,7 @@ void tourProjects(TourActor &actor, StudioApp &studio)
     sortAndChoose(actor, list);
     filterRows(actor, list);
     switchColumns(actor, list);
+    waitForTheService(actor, studio);
     surviveTheService(actor, list, studio);
 }
 

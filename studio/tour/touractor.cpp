@@ -20,7 +20,7 @@ namespace Studio {
 
 namespace {
 
-constexpr int Patience = 10000; // milliseconds
+constexpr int Patience = 60000; // milliseconds: machines may be busy
 constexpr int MenuDelay = 150;
 
 QString fileName(int number, const QString &part, const QString &caption)
@@ -125,6 +125,11 @@ void TourActor::chooseFrom(QMenu &menu, const QString &action, const std::functi
 void TourActor::shoot(const QString &caption)
 {
     QTest::qWait(60); // animations of the style end, pending paints happen
+    shootNow(caption);
+}
+
+void TourActor::shootNow(const QString &caption)
+{
     QPixmap picture = m_window.grab();
     if (QWidget *popup = QApplication::activePopupWidget()) {
         QPainter painter(&picture);

@@ -30,7 +30,7 @@ public:
     /// @param part what the pictures of this run are called by, for instance "dark-150"
     TourActor(QWidget &window, const QString &folder, const QString &part);
 
-    /// The visible widget of that name; a failure when there is none within ten seconds.
+    /// The visible widget of that name; a failure when there is none within a minute.
     template <typename Widget = QWidget>
     Widget &find(const QString &name)
     {
@@ -60,12 +60,14 @@ public:
     /// name (none: closes the menu).
     void useMenu(const QString &button, const QString &action, const std::function<void()> &atMenu);
 
-    /// Lets events be handled until the condition holds; a failure after ten seconds.
+    /// Lets events be handled until the condition holds; a failure after a minute.
     void waitFor(const QString &what, const std::function<bool()> &condition);
     static void expect(bool condition, const QString &what);
 
     /// Takes a picture of the window and of a menu open over it.
     void shoot(const QString &caption);
+    /// The same at this very moment, without letting events be handled.
+    void shootNow(const QString &caption);
 
 private:
     static void chooseFrom(QMenu &menu, const QString &action, const std::function<void()> &atMenu);

@@ -74,7 +74,9 @@ bool ServiceProcess::startAgain()
         return false;
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     // A pipe that nobody reads while a test waits for something else would fill and stop it.
-    m_process.setStandardErrorFile(logPath(), QIODevice::Append);
+    if (logPath.isEmpty())
+        logPath = m_folder.filePath(QStringLiteral("service.log"));
+    m_process.setStandardErrorFile(logPath, QIODevice::Append);
     m_process.start(programPath(),
                     QStringList{QStringLiteral("serve"), QStringLiteral("--database"), database,
                                 QStringLiteral("--listen"),
@@ -123,13 +125,8 @@ void ServiceProcess::kill()
 
 QByteArray ServiceProcess::log() const
 {
-    QFile file(logPath());
+    QFile file(logPath);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QString ServiceProcess::logPath() const
-{
-    return m_folder.filePath(QStringLiteral("service.log"));
 }
 
 int ServiceProcess::runCommand(const QStringList &commandLine, QByteArray *output)

@@ -26,6 +26,8 @@ public:
     QString database;
     /// Further arguments of `serve`.
     QStringList arguments;
+    /// Where its standard error goes: empty for a file of its own.
+    QString logPath;
 
     /// The folder of the sample workspace that comes with the sources.
     static QStringList sampleWorkspace();
@@ -66,7 +68,6 @@ private:
     bool hasFolder();
     bool prepareDatabase();
     bool fail(const QString &why);
-    QString logPath() const;
 
     QTemporaryDir m_folder;
     QProcess m_process;

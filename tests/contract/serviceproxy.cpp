@@ -28,7 +28,6 @@ void ServiceProxyServer::forwardTo(quint16 servicePort)
 void ServiceProxyServer::setFate(Fate fate)
 {
     m_fate = fate;
-    endConnections();
 }
 
 void ServiceProxyServer::endConnections()

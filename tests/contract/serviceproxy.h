@@ -32,7 +32,7 @@ public:
     /// Calls go to another service from now on; open connections end.
     void forwardTo(quint16 servicePort);
 
-    /// What becomes of the calls from now on; open connections end.
+    /// What becomes of the calls from now on.
     void setFate(Fate fate);
 
     /// How many requests came, those that were lost or sent again included.

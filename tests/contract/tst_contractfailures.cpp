@@ -6,9 +6,15 @@
 #include "tests/contract/recordtext.h"
 #include "tests/contract/serviceproxy.h"
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 
 using namespace ZelTest;
 using namespace std::chrono_literals;
@@ -19,7 +25,7 @@ using Call = std::function<void(Client &)>;
 
 const QString session = QStringLiteral("session");
 
-/// Stops a process where it stands, until it is let go on or killed.
+/// Stops a child process where it stands, until it is let go on or killed.
 class Pause
 {
 public:
@@ -27,6 +33,8 @@ public:
         : m_id(static_cast<pid_t>(process.processId()))
     {
         ::kill(m_id, SIGSTOP);
+        siginfo_t state{};
+        ::waitid(P_PID, static_cast<id_t>(m_id), &state, WSTOPPED); // all its threads
     }
 
     ~Pause() { end(); }
@@ -98,6 +106,7 @@ private slots:
     void signingOutOfAServiceThatIsGoneIsQuiet();
     void aDatabaseThatIsAwayMakesTheServiceUnavailable();
     void aServiceThatIsStoppedFinishesTheCallInFlight();
+    void aServiceWhoseLogNobodyReadsGoesOn();
 
 private:
     static void addCalls();
@@ -284,6 +293,33 @@ void TestContractFailures::aServiceThatIsStoppedFinishesTheCallInFlight()
     const auto found = withGuid(projectsOf(*m_client, session), project.guid);
     QCOMPARE(found.size(), 1);
     QCOMPARE(textOf(*found.first()), textOf(*made));
+}
+
+void TestContractFailures::aServiceWhoseLogNobodyReadsGoesOn()
+{
+    QTemporaryDir folder;
+    ServiceProcess quiet;
+    quiet.database = service().database;
+    quiet.logPath = folder.filePath(QStringLiteral("pipe"));
+    const QByteArray path = QFile::encodeName(quiet.logPath);
+    QCOMPARE(::mkfifo(path.constData(), 0600), 0);
+    QFile reader;
+    QVERIFY(reader.open(::open(path.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC),
+                        QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle));
+    QVERIFY2(quiet.startAgain(), qPrintable(quiet.error()));
+
+    Client client;
+    QVERIFY(authenticate(client, quiet.address(), nora().user, nora().password));
+    for (int call = 0; call < 1500; ++call) // more lines than a pipe holds
+        QCOMPARE(accountsOf(client)->count(), 3);
+    const QByteArray kept = reader.read(1024 * 1024);
+    QVERIFY(kept.startsWith("time=") && kept.endsWith('\n'));
+    QVERIFY(kept.count('\n') < 1500);
+    QVERIFY(accountsOf(client));
+    QCOMPARE(quiet.stop(), 0);
+    const QByteArray later = reader.read(1024 * 1024);
+    QVERIFY2(later.contains(" level=warning lost="), later.constData());
+    QVERIFY2(later.contains(" event=stopped\n"), later.constData());
 }
 
 ZEL_TEST_MAIN(TestContractFailures)

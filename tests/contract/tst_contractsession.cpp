@@ -17,6 +17,10 @@ const Zel::SqlText leaveIdle(R"sql(
     UPDATE session SET seen_at = $2 WHERE app_name = $1
 )sql");
 
+const Zel::SqlText findSeen(R"sql(
+    SELECT seen_at FROM session WHERE app_name = $1
+)sql");
+
 const Zel::SqlText disable(R"sql(
     UPDATE app_user SET disabled = $2 WHERE login = $1
 )sql");
@@ -121,7 +125,9 @@ void TestContractSession::aSessionLeftIdleIsSignedOut()
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     change(leaveIdle, {m_program, now - 11 * hourMs});
     QVERIFY(accountsOf(*m_client)); // which counts as use
-    QVERIFY(accountsOf(*m_client));
+    const auto seenAt = database().row(findSeen, {m_program},
+                                       [](const Zel::SqlRow &row) { return row.integer(0); });
+    QVERIFY(seenAt.value() >= now);
     change(leaveIdle, {m_program, now - 12 * hourMs});
     QCOMPARE(failureOf([&] { accountsOf(*m_client); }), QStringLiteral("SignedOut/signed-out"));
 }

@@ -93,6 +93,7 @@ QByteArray orderKey(const ProjectInFile &project)
     return project.record.name.normalized(QString::NormalizationForm_KC)
                .toCaseFolded()
                .normalized(QString::NormalizationForm_KC)
+               .left(200)
                .toUtf8() +
            '\0' + project.record.guid.toUtf8();
 }

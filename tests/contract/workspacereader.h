@@ -23,7 +23,8 @@ struct ProjectInFile
 QList<ProjectInFile> projectsInFolder(const QString &folder);
 
 /// The projects of one account and type in the order in which the service is to answer them: by the
-/// UTF-8 bytes of the name with compatibility forms unified and case folded, then by guid.
+/// UTF-8 bytes of the first 200 characters of the name with compatibility forms unified and case
+/// folded, then by guid.
 QList<ProjectInFile> inServiceOrder(const QList<ProjectInFile> &all, qint64 account,
                                     const QString &typeID);
 

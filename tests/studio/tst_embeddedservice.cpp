@@ -381,6 +381,19 @@ private slots:
         QVERIFY(!isAlive(process));
     }
 
+    void letsTheServiceFinishInOrder()
+    {
+        const QString end = fresh() + QStringLiteral("/end");
+        const QString program =
+            makeScript(fresh() + QStringLiteral("/zel-service"),
+                       QFile::encodeName(serviceProgram()) + " \"$@\"\necho $? > " +
+                           QFile::encodeName(end) + "\n");
+        auto f = std::make_unique<Service>(program, sample());
+        QVERIFY(f->start());
+        f.reset();
+        QCOMPARE(contentOf(end), QByteArray("0\n")); // nobody had to be killed
+    }
+
     void endsWithAnOwnerThatIsKilled()
     {
         QProcess parent;

@@ -34,6 +34,8 @@ ListView::ListView(QWidget *parent)
             emit selectionChanged();
     });
     connect(m_model, &ListModel::checkChanged, this, &ListView::lineCheckChanged);
+    // A host's tab order takes part only when this widget says that it takes the focus.
+    setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_report);
 }
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "common/contract/serviceerror.h"
+#include "common/network/networkpolicy.h"
 #include "service/client/message.h"
-#include "service/client/networkpolicy.h"
 
 namespace QXSC {
 

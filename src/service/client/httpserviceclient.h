@@ -4,7 +4,7 @@
 
 #include "common/contract/serviceclient.h"
 #include "common/contract/studioservice.h"
-#include "service/client/networkpolicy.h"
+#include "common/network/networkpolicy.h"
 #include "service/client/serveraddress.h"
 #include "service/client/waitobserver.h"
 

@@ -3,6 +3,7 @@
 #include "service/client/serveraddress.h"
 
 #include "common/contract/serviceerror.h"
+#include "common/network/loopback.h"
 
 #include <QCoreApplication>
 #include <QHostAddress>
@@ -54,13 +55,6 @@ bool isPlainBase(const QUrl &url)
     return url.isValid() && !url.host().isEmpty() && url.port() != 0 && url.userInfo().isEmpty() &&
            (url.path().isEmpty() || url.path() == QLatin1String("/")) && !url.hasQuery() &&
            !url.hasFragment();
-}
-
-/// @param host a name or address as QUrl gives it, without brackets
-bool isLoopbackHost(const QString &host)
-{
-    return host.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0 ||
-           QHostAddress(host).isLoopback();
 }
 
 } // namespace

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "common/network/networkpolicy.h"
 #include "service/client/message.h"
-#include "service/client/networkpolicy.h"
 #include "service/client/waitnotice.h"
 
 #include <QThread>

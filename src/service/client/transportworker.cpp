@@ -2,12 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/client/transportworker.h"
 
-#include "service/client/proxychoice.h"
 #include "service/client/replyreader.h"
 #include "service/client/singleusebody.h"
-
-#include <QNetworkProxy>
-#include <QSslCertificate>
 
 namespace QXSC {
 
@@ -36,20 +32,12 @@ QNetworkRequest networkRequest(const Request &call)
     return request;
 }
 
-/// The system's authorities and those of the file; nothing when the file holds none.
-std::optional<QSslConfiguration> trusting(const QString &caFile)
-{
-    const QList<QSslCertificate> own = QSslCertificate::fromPath(caFile, QSsl::Pem);
-    if (own.isEmpty())
-        return std::nullopt;
-    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    tls.setCaCertificates(QSslConfiguration::systemCaCertificates() + own);
-    return tls;
-}
-
 } // namespace
 
-TransportWorker::TransportWorker() = default;
+TransportWorker::TransportWorker()
+    : m_roads(this)
+{
+}
 
 TransportWorker::~TransportWorker() = default;
 
@@ -57,9 +45,10 @@ void TransportWorker::start(const std::shared_ptr<Exchange> &exchange)
 {
     if (exchange->isFinished())
         return;
-    const Road *way = road(exchange->request(), exchange->policy());
+    const Request &call = exchange->request();
+    const NetworkRoads::Road *way = m_roads.to(call.server.url(call.path), exchange->policy());
     if (way) {
-        new ReplyReader(send(*way, exchange->request()), exchange);
+        new ReplyReader(send(*way, call), exchange);
         return;
     }
     Reply reply;
@@ -76,30 +65,7 @@ void TransportWorker::abort(const std::shared_ptr<Exchange> &exchange)
     }
 }
 
-const TransportWorker::Road *TransportWorker::road(const Request &call, const NetworkPolicy &policy)
-{
-    const bool useProxy = policy.useSystemProxy && !call.server.isLoopback();
-    const QString caFile = call.server.isEncrypted() ? policy.caFile : QString();
-    const auto key = std::make_pair(useProxy, caFile);
-    const auto found = m_roads.find(key);
-    if (found != m_roads.end())
-        return &found->second;
-
-    Road road;
-    if (!caFile.isEmpty()) {
-        road.tls = trusting(caFile);
-        if (!road.tls)
-            return nullptr;
-    }
-    road.manager = new QNetworkAccessManager(this);
-    if (useProxy)
-        road.manager->setProxyFactory(new ProxyChoice);
-    else
-        road.manager->setProxy(QNetworkProxy(QNetworkProxy::NoProxy));
-    return &m_roads.emplace(key, road).first->second;
-}
-
-QNetworkReply *TransportWorker::send(const Road &road, const Request &call)
+QNetworkReply *TransportWorker::send(const NetworkRoads::Road &road, const Request &call)
 {
     QNetworkRequest request = networkRequest(call);
     if (road.tls)

@@ -2,14 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "common/network/networkroads.h"
 #include "service/client/exchange.h"
 
-#include <QNetworkAccessManager>
-#include <QSslConfiguration>
-
-#include <map>
 #include <memory>
-#include <optional>
 
 namespace QXSC {
 
@@ -27,19 +23,9 @@ public:
     void abort(const std::shared_ptr<Exchange> &exchange);
 
 private:
-    /// Open connections are shared only by calls that trust the same authorities and take the same
-    /// way.
-    struct Road
-    {
-        QNetworkAccessManager *manager = nullptr; ///< a child of the worker
-        std::optional<QSslConfiguration> tls;
-    };
+    static QNetworkReply *send(const NetworkRoads::Road &road, const Request &call);
 
-    /// Null when the file of certificate authorities cannot be used.
-    const Road *road(const Request &call, const NetworkPolicy &policy);
-    static QNetworkReply *send(const Road &road, const Request &call);
-
-    std::map<std::pair<bool, QString>, Road> m_roads; ///< by proxy and file of authorities
+    NetworkRoads m_roads;
 };
 
 } // namespace QXSC

@@ -5,9 +5,13 @@
 #include "service/daemon/jsonwriter.h"
 
 #include <QDateTime>
+#include <QMutex>
 
 #include <algorithm>
 
+#include <climits>
+
+#include <poll.h>
 #include <unistd.h>
 
 namespace Zel::Service {
@@ -20,6 +24,31 @@ bool needsQuotes(const QString &value)
                return c <= QLatin1Char(' ') || c == QLatin1Char('"') || c == QLatin1Char('=') ||
                       c == QLatin1Char('\\') || c == QChar(0x7f);
            });
+}
+
+/// Whether standard error takes a line at once. One whose reader stands still must not make the
+/// service stand still, too.
+bool takesLine()
+{
+    pollfd output{STDERR_FILENO, POLLOUT, 0};
+    return ::poll(&output, 1, 0) == 1 && (output.revents & POLLOUT) != 0;
+}
+
+/// Writes a line whole or not at all.
+bool writeLine(const QByteArray &text)
+{
+    if (!takesLine())
+        return false;
+    QByteArray line =
+        "time=" + QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs).toLatin1() + ' ' +
+        text;
+    // A pipe that takes anything takes this much in one piece.
+    line.truncate(PIPE_BUF - 1);
+    line += '\n';
+    // Nothing can be done about a log that cannot be written.
+    [[maybe_unused]] const auto written =
+        ::write(STDERR_FILENO, line.constData(), static_cast<std::size_t>(line.size()));
+    return true;
 }
 
 } // namespace
@@ -39,12 +68,14 @@ QByteArray formatLogLine(const char *level,
 
 void logLine(const char *level, std::initializer_list<std::pair<const char *, QString>> values)
 {
-    const QByteArray line =
-        "time=" + QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs).toLatin1() + ' ' +
-        formatLogLine(level, values) + '\n';
-    // One write keeps the line whole. Nothing can be done about a log that cannot be written.
-    [[maybe_unused]] const auto written =
-        ::write(STDERR_FILENO, line.constData(), static_cast<std::size_t>(line.size()));
+    static QMutex mutex;
+    static quint64 lost = 0;
+    const QByteArray line = formatLogLine(level, values);
+    const QMutexLocker lock(&mutex);
+    if (lost > 0 && writeLine(formatLogLine("warning", {{"lost", QString::number(lost)}})))
+        lost = 0;
+    if (!writeLine(line))
+        ++lost;
 }
 
 } // namespace Zel::Service

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "service/client/proxychoice.h"
+#include "common/network/proxychoice.h"
 
 #include <algorithm>
 
