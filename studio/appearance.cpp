@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/appearance.h"
 
+#include "studio/studiostyle.h"
+
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
-#include <QStyle>
-#include <QStyleFactory>
 #include <QWidget>
 
 #include <array>
@@ -22,10 +22,10 @@ struct Scheme
 
 constexpr Scheme lightScheme{0xfff4f5f7, 0xffffffff, 0xfff8f9fa, 0xff1d2129, 0xfffafbfc, 0xff2762c9,
                              0xffffffff, 0xffffffff, 0xffebedf0, 0xffc9cdd4, 0xff9aa1ac};
-constexpr Scheme darkScheme{0xff1f2228, 0xff17191d, 0xff1c1f24, 0xffe6e8eb, 0xff2c3038, 0xff3f7de0,
+constexpr Scheme darkScheme{0xff1f2228, 0xff17191d, 0xff1c1f24, 0xffe6e8eb, 0xff2c3038, 0xff3470d2,
                             0xffffffff, 0xff434954, 0xff363b44, 0xff15171a, 0xff0e0f12};
 
-constexpr double MutedShare = 0.38;
+constexpr double MutedShare = 0.35;
 constexpr double DisabledShare = 0.55;
 constexpr QRgb AlarmColor = 0xffc8372d;
 
@@ -74,10 +74,9 @@ void applyAppearance(Appearance appearance)
         QApplication::setPalette(QPalette());
         return;
     }
-    // A desktop's style may paint with colours of its own and ignore the palette; Fusion does not.
-    if (appearance != Appearance::System &&
-        QApplication::style()->objectName().compare(QLatin1String("fusion"), Qt::CaseInsensitive))
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    // A desktop's style may paint with colours of its own and ignore the palette.
+    if (!qobject_cast<StudioStyle *>(QApplication::style()))
+        QApplication::setStyle(new StudioStyle);
     QApplication::setPalette(paletteOf(appearance == Appearance::Dark ? darkScheme : lightScheme));
 }
 

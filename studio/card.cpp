@@ -39,6 +39,11 @@ void Card::paintEvent(QPaintEvent *)
         mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), EdgeShare));
     painter.setBrush(ground(palette));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Radius, Radius);
+    if (!hasFocus())
+        return;
+    painter.setPen(QPen(palette.color(QPalette::Highlight), 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Radius, Radius);
 }
 
 } // namespace Studio

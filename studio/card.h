@@ -6,7 +6,8 @@
 
 namespace Studio {
 
-/// A raised sheet with rounded corners that groups what belongs together.
+/// A raised sheet with rounded corners that groups what belongs together. One that takes the
+/// keyboard shows a ring while it has it.
 class Card : public QWidget
 {
     Q_OBJECT

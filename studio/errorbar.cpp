@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -23,7 +24,7 @@ namespace Studio {
 
 namespace {
 
-constexpr int DetailsHeight = 84;
+constexpr int DetailLines = 6;
 /// The strip is for reading at a glance; Copy has the whole texts.
 constexpr qsizetype LongestSentence = 400;
 
@@ -94,7 +95,9 @@ void ErrorBar::build()
     m_details->setObjectName(QStringLiteral("errorDetails"));
     m_details->setAccessibleName(tr("Details"));
     m_details->setReadOnly(true);
-    m_details->setFixedHeight(DetailsHeight);
+    const int around =
+        2 * (m_details->frameWidth() + qRound(m_details->document()->documentMargin()));
+    m_details->setFixedHeight(DetailLines * m_details->fontMetrics().lineSpacing() + around);
     m_details->hide();
 
     auto *texts = new QVBoxLayout;

@@ -9,9 +9,12 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFormLayout>
+#include <QHash>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace Studio {
@@ -130,6 +133,22 @@ void ProjectDetails::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         applyColors();
+}
+
+void ProjectDetails::keyPressEvent(QKeyEvent *event)
+{
+    static const QHash<int, QAbstractSlider::SliderAction> actions{
+        {Qt::Key_Up, QAbstractSlider::SliderSingleStepSub},
+        {Qt::Key_Down, QAbstractSlider::SliderSingleStepAdd},
+        {Qt::Key_PageUp, QAbstractSlider::SliderPageStepSub},
+        {Qt::Key_PageDown, QAbstractSlider::SliderPageStepAdd},
+        {Qt::Key_Home, QAbstractSlider::SliderToMinimum},
+        {Qt::Key_End, QAbstractSlider::SliderToMaximum}};
+    const auto action = actions.constFind(event->key());
+    if (action != actions.cend())
+        m_scroll->verticalScrollBar()->triggerAction(*action);
+    else
+        Card::keyPressEvent(event);
 }
 
 } // namespace Studio

@@ -14,7 +14,8 @@ namespace Studio {
 
 class TextLabel;
 
-/// Everything about one project, beside the list.
+/// Everything about one project, beside the list. It takes the keyboard so that a long description
+/// can be scrolled without a mouse.
 class ProjectDetails : public Card
 {
     Q_OBJECT
@@ -32,6 +33,7 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void build();

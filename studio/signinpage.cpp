@@ -103,6 +103,8 @@ QWidget *SignInPage::makeCard()
     m_accountPart = part<QWidget>("selectAccountFrame");
     m_accounts = part<QComboBox>("accountsList");
     m_continue = part<QPushButton>("selectAccount");
+    m_signIn->setDefault(true);
+    m_continue->setDefault(true);
     m_accountPart->installEventFilter(this);
     m_message = new QLabel(card);
     m_message->setObjectName(QStringLiteral("signInMessage"));

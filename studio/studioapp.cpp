@@ -31,6 +31,7 @@ StudioApp::StudioApp(const Options &options)
 StudioApp::~StudioApp()
 {
     m_client.setWaitObserver(nullptr);
+    m_client.signOut(); // nobody else shall go on with a session that nobody needs
 }
 
 void StudioApp::start()

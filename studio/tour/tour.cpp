@@ -50,8 +50,6 @@ QProcessEnvironment environmentFor(const QString &home, const char *scale)
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QLatin1String(scale));
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), offscreenPlatform(home));
-    // What that platform has no use for is not worth a line.
-    environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("qt.qpa.*=false"));
     return environment;
 }
 

@@ -25,6 +25,13 @@ QString partName(Appearance appearance, qreal scale)
     return QStringLiteral("%1-%2").arg(appearanceKey(appearance)).arg(std::lround(scale * 100));
 }
 
+/// The platform without a screen tells at every window what it cannot do.
+void dropPlatformNotes(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.startsWith(QLatin1String("This plugin does not support")))
+        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, text)));
+}
+
 void walk(const QString &folder, const Options &options, Appearance appearance)
 {
     Settings().reset();
@@ -41,6 +48,7 @@ void walk(const QString &folder, const Options &options, Appearance appearance)
 
 int runTourPart(const QString &folder, const Options &options)
 {
+    qInstallMessageHandler(dropPlatformNotes);
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     applyFont();
     try {

@@ -20,11 +20,16 @@ QString textOf(bool has, const QDateTime &date)
 
 QString oneLine(const QString &text)
 {
-    QString line = text;
-    line.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
-    line.replace(QLatin1Char('\n'), QLatin1String("\\n"));
-    line.replace(QLatin1Char('\r'), QLatin1String("\\r"));
-    line.replace(QLatin1Char('|'), QLatin1String("\\b"));
+    QString line;
+    for (const QChar c : text) {
+        const bool isUnseen =
+            c.category() == QChar::Other_Control || c.category() == QChar::Other_Format ||
+            c.category() == QChar::Separator_Line || c.category() == QChar::Separator_Paragraph;
+        if (c == QLatin1Char('\\') || c == QLatin1Char('|') || isUnseen)
+            line += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            line += c;
+    }
     return line;
 }
 

@@ -8,7 +8,8 @@
 
 namespace ZelTest {
 
-/// A text on one line: line ends, backslashes and bars escaped, nothing else changed.
+/// A text on one line, to be read and compared: line ends, other characters that are not seen,
+/// backslashes and bars as \\uXXXX.
 QString oneLine(const QString &text);
 
 /// Every field of a record in one line, in the order of the contract and separated by " | ". A date

@@ -178,7 +178,8 @@ void TestContractProjects::keepsToTheClockAroundItsChanges()
     QFETCH(QString, name);
     const TimeZoneFixture local(zone);
     const auto client = signIn(nora(), clockTower);
-    for (const QXSC::ProjectRecordPtr &project : *projectsOf(*client, session)) {
+    const auto projects = projectsOf(*client, session);
+    for (const QXSC::ProjectRecordPtr &project : *projects) {
         if (project->name != name)
             continue;
         QTEST(wallClock(project->created), "created");
@@ -326,7 +327,8 @@ void TestContractProjects::listsTheTypesOfTheAccount()
     const auto typesOf = [this](const Person &person, qint64 account) {
         QStringList types;
         const auto client = signIn(person, account);
-        for (const QXSC::ProjectType &type : client->projectTypes())
+        const auto projectTypes = client->projectTypes();
+        for (const QXSC::ProjectType &type : projectTypes)
             types << type.typeID + QLatin1String(" = ") + type.name;
         return types;
     };

@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QMutex>
+#include <QSemaphore>
 #include <QTest>
 #include <QThread>
 
@@ -17,10 +18,11 @@ namespace {
 
 const QString session = QStringLiteral("session");
 constexpr int writers = 4;
-constexpr int projectsOfEach = 50;
+constexpr int rounds = 5;
+constexpr int projectsOfRound = 10;
 
-/// Makes projects one after the other, each for as long as it takes until the service says that it
-/// is made, and notes which ones it said that of.
+/// Signs in, then makes projects in rounds, each project for as long as it takes until the service
+/// says that it is made, and notes which ones it said that of.
 class Writer
 {
 public:
@@ -28,7 +30,19 @@ public:
     {
         m_thread.reset(QThread::create([this, address] { work(address); }));
         m_thread->start();
+        m_signedIn.acquire();
     }
+
+    ~Writer()
+    {
+        m_begun.release(rounds);
+        wait();
+    }
+
+    Writer(const Writer &) = delete;
+    Writer &operator=(const Writer &) = delete;
+
+    void beginRound() { m_begun.release(); }
 
     void wait() { m_thread->wait(); }
 
@@ -46,10 +60,15 @@ private:
             Client client;
             authenticate(client, address, nora().user, nora().password);
             chooseAccount(client, QString::number(contractStudio));
-            for (int i = 0; i < projectsOfEach; ++i)
+            m_signedIn.release();
+            for (int i = 0; i < rounds * projectsOfRound; ++i) {
+                if (i % projectsOfRound == 0)
+                    m_begun.acquire();
                 make(client);
+            }
         } catch (const std::exception &error) {
             faults << QString::fromUtf8(error.what());
+            m_signedIn.release();
         }
     }
 
@@ -75,19 +94,13 @@ private:
         }
     }
 
+    QSemaphore m_signedIn;
+    QSemaphore m_begun;
     std::unique_ptr<QThread> m_thread;
     std::atomic_int m_acknowledged = 0;
 };
 
 using Writers = std::vector<std::unique_ptr<Writer>>;
-
-Writers startWriters(const QString &address)
-{
-    Writers result;
-    for (int i = 0; i < writers; ++i)
-        result.push_back(std::make_unique<Writer>(address));
-    return result;
-}
 
 int acknowledged(const Writers &all)
 {
@@ -241,15 +254,18 @@ void TestContractReplicas::theSameProjectIsMadeOnceByBoth()
 
 void TestContractReplicas::interruptWriters(const std::function<void()> &interrupt)
 {
-    constexpr int interruptions = 4;
     const auto reader = signIn(nora(), contractStudio);
     const qsizetype before = projectsOf(*reader, session)->count();
-    const Writers all = startWriters(service().address());
-    for (int i = 1; i <= interruptions; ++i) {
-        // Somewhere in the middle of the work, which goes on only when the service does.
-        const int next = i * writers * projectsOfEach / (interruptions + 1);
-        QTRY_VERIFY_WITH_TIMEOUT(acknowledged(all) >= next, 60'000);
-        interrupt();
+    Writers all;
+    for (int i = 0; i < writers; ++i)
+        all.push_back(std::make_unique<Writer>(service().address()));
+    for (int round = 0; round < rounds; ++round) {
+        const int done = round * writers * projectsOfRound;
+        QVERIFY(QTest::qWaitFor([&] { return acknowledged(all) == done; }, 60'000));
+        for (const auto &writer : all)
+            writer->beginRound();
+        QVERIFY(QTest::qWaitFor([&] { return acknowledged(all) > done; }, 60'000));
+        interrupt(); // with a call of each writer on its way, or nearly so
         QVERIFY2(service().startAgain(), qPrintable(service().error()));
     }
     QStringList guids;
@@ -260,12 +276,12 @@ void TestContractReplicas::interruptWriters(const std::function<void()> &interru
         guids += writer->guids;
         repeated += writer->repeated;
     }
-    QCOMPARE(guids.size(), writers * projectsOfEach);
-    QVERIFY(repeated > 0); // else nobody noticed
+    QCOMPARE(guids.size(), writers * rounds * projectsOfRound);
+    QVERIFY(repeated > 0); // else no call was interrupted
     const auto projects = projectsOf(*reader, session);
     for (const QString &guid : guids)
         QCOMPARE(withGuid(projects, guid).size(), 1);
-    QCOMPARE(projects->count(), before + writers * projectsOfEach); // and not one more
+    QCOMPARE(projects->count(), before + writers * rounds * projectsOfRound); // and not one more
 }
 
 void TestContractReplicas::losesNothingWhenItIsStoppedAgainAndAgain()

@@ -3,25 +3,16 @@
 #include "loginfixture.h"
 #include "platform/core/propertybag.h"
 #include "platform/widgets/latebound.h"
+#include "testsupport/errornumber.h"
 #include "testsupport/testcase.h"
 
 #include <QSignalSpy>
 
 using Zel::PropertyBag;
+using ZelTest::errorNumber;
 using ZelWebServiceControls::Login;
 
 namespace {
-
-/// The number of the run-time error an action ends in, 0 when in none.
-int errorOf(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const Zel::RuntimeError &error) {
-        return error.number();
-    }
-    return 0;
-}
 
 QString awkwardText()
 {
@@ -56,9 +47,10 @@ void tst_LoginProperties::useProxyIsRefusedInRunMode()
 {
     LoginFixture f;
     const QSignalSpy changed(f.login, &Login::changed);
-    QCOMPARE(errorOf([&f] { f.login->setUseProxy(true); }), 382);
-    QCOMPARE(errorOf([&f] { f.login->setUseProxy(false); }), 382);
-    QCOMPARE(errorOf([&f] { Zel::LateBound(f.login).let(QStringLiteral("UseProxy"), true); }), 382);
+    QCOMPARE(errorNumber([&f] { f.login->setUseProxy(true); }), 382);
+    QCOMPARE(errorNumber([&f] { f.login->setUseProxy(false); }), 382);
+    QCOMPARE(errorNumber([&f] { Zel::LateBound(f.login).let(QStringLiteral("UseProxy"), true); }),
+             382);
     QCOMPARE(f.login->UseProxy(), false);
     QCOMPARE(changed.count(), 0);
     QCOMPARE(f.trail, QStringList());
@@ -85,7 +77,7 @@ void tst_LoginProperties::useProxyIsReadFromABagInRunMode()
     f.bind();
     f.click("login");
     QVERIFY(f.client.calls().constFirst().endsWith(QStringLiteral(", True, True)")));
-    QCOMPARE(errorOf([&f] { f.login->setUseProxy(false); }), 382);
+    QCOMPARE(errorNumber([&f] { f.login->setUseProxy(false); }), 382);
     QCOMPARE(f.login->UseProxy(), true);
     f.login->readPropertyBag(PropertyBag());
     QCOMPARE(f.login->UseProxy(), false);

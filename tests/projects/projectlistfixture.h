@@ -4,6 +4,7 @@
 
 #include "platform/widgets/listview.h"
 #include "projects/projectlist.h"
+#include "testsupport/errornumber.h"
 #include "testsupport/messageboxdriver.h"
 #include "testsupport/recordingclient.h"
 
@@ -30,16 +31,32 @@ inline QList<QXSC::ProjectRecord> projectsNumbered(const QList<int> &numbers)
     return records;
 }
 
-/// The number of the run-time error an action ends in, 0 when in none.
-template <typename Action>
-int errorOf(Action action)
+/// The columns in their order.
+enum Column
 {
-    try {
-        action();
-    } catch (const Zel::RuntimeError &error) {
-        return error.number();
-    }
-    return 0;
+    Name,
+    Description,
+    Created,
+    Modified,
+    CreatedBy,
+    EventDate
+};
+
+/// A record with a description.
+inline QXSC::ProjectRecord described(int number, const QString &description)
+{
+    QXSC::ProjectRecord record = project(number);
+    record.description = description;
+    return record;
+}
+
+/// A record with a date of creation.
+inline QXSC::ProjectRecord createdOn(int number, const QDateTime &created)
+{
+    QXSC::ProjectRecord record = project(number);
+    record.hasCreated = created.isValid();
+    record.created = created;
+    return record;
 }
 
 /// A project list on a form of its own, not loaded yet, and a trail of what happens: every call,

@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr int Created = 2;
 constexpr int RecordCount = 600;
 
 QDateTime randomMoment(QRandomGenerator &random)

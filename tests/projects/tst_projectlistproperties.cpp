@@ -113,10 +113,10 @@ void tst_ProjectListProperties::aSwitchThatIsOffHidesItsColumn_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<int>("column");
-    QTest::newRow("ShowEventDate") << QByteArray("ShowEventDate") << 5;
-    QTest::newRow("ShowCreated") << QByteArray("ShowCreated") << 2;
-    QTest::newRow("ShowModiffied") << QByteArray("ShowModiffied") << 3;
-    QTest::newRow("ShowCreatedBy") << QByteArray("ShowCreatedBy") << 4;
+    QTest::newRow("ShowEventDate") << QByteArray("ShowEventDate") << int(EventDate);
+    QTest::newRow("ShowCreated") << QByteArray("ShowCreated") << int(Created);
+    QTest::newRow("ShowModiffied") << QByteArray("ShowModiffied") << int(Modified);
+    QTest::newRow("ShowCreatedBy") << QByteArray("ShowCreatedBy") << int(CreatedBy);
 }
 
 void tst_ProjectListProperties::aSwitchThatIsOffHidesItsColumn()
@@ -185,14 +185,14 @@ void tst_ProjectListProperties::readingMarksNothingAsChanged()
 void tst_ProjectListProperties::readingSetsWidthsAPersonDragged()
 {
     ProjectListFixture f;
-    ListTesting::header(f.view())->resizeSection(2, 300);
-    ListTesting::header(f.view())->resizeSection(0, 300);
-    QCOMPARE(f.view().columnWidth(2), 4500.0);
+    ListTesting::header(f.view())->resizeSection(Created, 300);
+    ListTesting::header(f.view())->resizeSection(Name, 300);
+    QCOMPARE(f.view().columnWidth(Created), 4500.0);
     f.list->setShowCreated(false);
-    QCOMPARE(f.view().columnWidth(2), 4500.0);
+    QCOMPARE(f.view().columnWidth(Created), 4500.0);
     f.list->readPropertyBag(PropertyBag());
-    QCOMPARE(f.view().columnWidth(2), 1900.0);
-    QCOMPARE(f.view().columnWidth(0), 4500.0);
+    QCOMPARE(f.view().columnWidth(Created), 1900.0);
+    QCOMPARE(f.view().columnWidth(Name), 4500.0);
 }
 
 void tst_ProjectListProperties::wrongTypesAreReportedAndOtherwiseRead()

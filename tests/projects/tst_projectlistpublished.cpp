@@ -4,6 +4,7 @@
 #include "testsupport/testcase.h"
 
 using QXSC::ServiceError;
+using ZelTest::errorNumber;
 
 namespace {
 
@@ -196,7 +197,7 @@ void tst_ProjectListPublished::updateFailsOnceTheClientIsGone()
     }
     f.list->UpdateSelected(); // nothing is selected
     f.list->SelectProject(QStringLiteral("g2"));
-    QCOMPARE(errorOf([&f] { f.list->UpdateSelected(); }), 91);
+    QCOMPARE(errorNumber([&f] { f.list->UpdateSelected(); }), 91);
     QCOMPARE(icons(f), QList<int>({0, 1, 0}));
 }
 

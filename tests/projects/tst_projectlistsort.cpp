@@ -8,28 +8,6 @@ using ListTesting::clickHeader;
 
 namespace {
 
-constexpr int Name = 0;
-constexpr int Description = 1;
-constexpr int Created = 2;
-constexpr int Modified = 3;
-constexpr int CreatedBy = 4;
-constexpr int EventDate = 5;
-
-QXSC::ProjectRecord createdOn(int number, const QDateTime &created)
-{
-    QXSC::ProjectRecord record = project(number);
-    record.hasCreated = created.isValid();
-    record.created = created;
-    return record;
-}
-
-QXSC::ProjectRecord described(int number, const QString &description)
-{
-    QXSC::ProjectRecord record = project(number);
-    record.description = description;
-    return record;
-}
-
 /// A click on a header that a person cannot hit because its column is hidden.
 void clickHiddenHeader(const Zel::ListView &list, int column)
 {
@@ -55,13 +33,6 @@ private slots:
     void numbersSortByValue();
     void cellsThatAreNoNumberComeFirst();
     void aTextThatIsNoDateSortsAsNone();
-    void aLoadEndsTheSortAndKeepsTheOrder();
-    void textsAndTagsComeBackAsTheyWere();
-    void theSelectionStaysOnItsProject();
-    void theListWaitsAndIsFrozenMeanwhile();
-    void theFormerPointerComesBack();
-    void anEmptyListCanBeSorted();
-    void sortingRaisesNothing();
 };
 
 void tst_ProjectListSort::theFirstClickSortsDescending()
@@ -237,100 +208,6 @@ void tst_ProjectListSort::aTextThatIsNoDateSortsAsNone()
     clickHeader(f.view(), Created);
     QCOMPARE(f.order(), QStringLiteral("g1 g3 g2"));
     QCOMPARE(f.view().text(1, Created), QStringLiteral("some day"));
-}
-
-void tst_ProjectListSort::aLoadEndsTheSortAndKeepsTheOrder()
-{
-    ProjectListFixture f;
-    f.load(projectsNumbered({2, 3, 1}));
-    clickHeader(f.view(), Name);
-    QVERIFY(ListTesting::header(f.view())->isSortIndicatorShown());
-    f.list->Refresh();
-    QCOMPARE(f.order(), QStringLiteral("g2 g3 g1"));
-    QVERIFY(!f.view().isSorted());
-    QVERIFY(!ListTesting::header(f.view())->isSortIndicatorShown());
-    QCOMPARE(f.view().sortOrder(), Qt::DescendingOrder);
-    clickHeader(f.view(), Name);
-    QCOMPARE(f.order(), QStringLiteral("g1 g2 g3"));
-    f.load(projectsNumbered({3, 1, 2}));
-    QCOMPARE(f.order(), QStringLiteral("g3 g1 g2"));
-    clickHeader(f.view(), Name);
-    QCOMPARE(f.order(), QStringLiteral("g3 g2 g1"));
-}
-
-void tst_ProjectListSort::textsAndTagsComeBackAsTheyWere()
-{
-    ProjectListFixture f;
-    f.load({createdOn(1, QDateTime(QDate(2007, 1, 10), QTime(8, 0))),
-            described(2, QString(u'a') + QChar(QChar::Null) + QString(u'b'))});
-    f.view().setCellTag(0, Created, QStringLiteral("mine"));
-    const QString created = f.view().text(0, Created);
-    for (const int column : {Created, Description, Name, EventDate})
-        clickHeader(f.view(), column);
-    QCOMPARE(f.view().text(0, Created), created);
-    QCOMPARE(f.view().text(1, Description), QString(u'a') + QChar(QChar::Null) + QString(u'b'));
-    QCOMPARE(f.view().cellTag(0, Created), QVariant(QStringLiteral("mine")));
-    QVERIFY(!f.view().cellTag(1, Created).isValid());
-    QCOMPARE(f.view().tag(0).value<QXSC::ProjectRecordPtr>(), f.client.projects->item(1));
-}
-
-void tst_ProjectListSort::theSelectionStaysOnItsProject()
-{
-    ProjectListFixture f;
-    f.load(projectsNumbered({1, 2, 3}));
-    ListTesting::click(f.view(), 0);
-    clickHeader(f.view(), Name);
-    QCOMPARE(f.selected(), QStringLiteral("g1"));
-    QCOMPARE(f.view().positionOf(f.view().selectedRow()), 2);
-}
-
-void tst_ProjectListSort::theListWaitsAndIsFrozenMeanwhile()
-{
-    for (const int column : {Name, Created}) {
-        ProjectListFixture f;
-        f.load();
-        int seen = 0;
-        connect(f.view().model(), &QAbstractItemModel::layoutAboutToBeChanged, this, [&] {
-            ++seen;
-            QCOMPARE(f.view().cursor().shape(), Qt::WaitCursor);
-            QVERIFY(!f.view().updatesEnabled());
-        });
-        clickHeader(f.view(), column);
-        QCOMPARE(seen, 1);
-        QVERIFY(f.view().updatesEnabled());
-        QCOMPARE(f.view().cursor().shape(), Qt::ArrowCursor);
-        QVERIFY(!f.view().testAttribute(Qt::WA_SetCursor));
-    }
-}
-
-void tst_ProjectListSort::theFormerPointerComesBack()
-{
-    ProjectListFixture f;
-    f.load();
-    f.view().setCursor(Qt::CrossCursor);
-    clickHeader(f.view(), Created);
-    QCOMPARE(f.view().cursor().shape(), Qt::CrossCursor);
-}
-
-void tst_ProjectListSort::anEmptyListCanBeSorted()
-{
-    ProjectListFixture f;
-    for (int column = Name; column <= EventDate; ++column)
-        clickHeader(f.view(), column);
-    QCOMPARE(f.view().sortOrder(), Qt::AscendingOrder);
-    f.load(projectsNumbered({2, 1}));
-    QCOMPARE(f.order(), QStringLiteral("g2 g1"));
-}
-
-void tst_ProjectListSort::sortingRaisesNothing()
-{
-    ProjectListFixture f;
-    f.load();
-    f.list->SelectProject(QStringLiteral("g2"));
-    f.takeTrail();
-    clickHeader(f.view(), Name);
-    clickHeader(f.view(), Created);
-    QCOMPARE(f.trail, QStringList());
 }
 
 ZEL_TEST_MAIN(tst_ProjectListSort)

@@ -5,6 +5,7 @@
 
 #include <QTimer>
 
+using ZelTest::errorNumber;
 using ZelWebServiceControls::ProjectList;
 
 /// A load lets the message loop run once before its call: anything may happen there.
@@ -74,7 +75,7 @@ void tst_ProjectListYield::survivesTheControlBeingDestroyed()
     f.load();
     f.client.takeCalls();
     inTheYield([&f] { delete f.list; });
-    const int error = errorOf([&] {
+    const int error = errorNumber([&] {
         if (refresh)
             f.list->Refresh();
         else
@@ -121,7 +122,7 @@ void tst_ProjectListYield::survivesTheClientGoing()
     ProjectListFixture f;
     auto client = std::make_unique<ZelTest::RecordingClient>();
     inTheYield([&client] { client.reset(); });
-    QCOMPARE(errorOf([&] { f.list->Init(client.get()); }), 91);
+    QCOMPARE(errorNumber([&] { f.list->Init(client.get()); }), 91);
     QCOMPARE(f.trail, QStringList());
     QVERIFY(!f.list->testAttribute(Qt::WA_SetCursor));
 }
@@ -147,7 +148,7 @@ void tst_ProjectListYield::mayEndInTheUnloadRequest()
 {
     ProjectListFixture f;
     QObject::connect(f.list, &ProjectList::unloadRequested, qApp, [&f] { delete f.list; });
-    QCOMPARE(errorOf([&f] { f.list->Init(nullptr); }), 0);
+    QCOMPARE(errorNumber([&f] { f.list->Init(nullptr); }), 0);
     QVERIFY(!f.list);
 }
 
@@ -155,7 +156,7 @@ void tst_ProjectListYield::mayGetAClientInTheUnloadRequest()
 {
     ProjectListFixture f;
     QObject::connect(f.list, &ProjectList::unloadRequested, qApp, [&f] { f.load(); });
-    QCOMPARE(errorOf([&f] { f.list->Init(nullptr, QStringLiteral("poll")); }), 0);
+    QCOMPARE(errorNumber([&f] { f.list->Init(nullptr, QStringLiteral("poll")); }), 0);
     QCOMPARE(f.order(), QStringLiteral("g1 g2 g3"));
 }
 

@@ -5,7 +5,8 @@
 #include "testsupport/localefixture.h"
 #include "testsupport/testcase.h"
 
-#include <QSignalSpy>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 using QXSC::ServiceError;
@@ -333,6 +334,27 @@ private slots:
         }
         type(f.page, "projectFilter", QStringLiteral("xxx"));
         QCOMPARE(f.text("projectCount"), QStringLiteral("1 project"));
+    }
+
+    void aLongDescriptionScrollsByKeyboard()
+    {
+        ProjectsPageFixture f;
+        f.client.projects = ZelTest::projectList(
+            {makeProject("g-1", "Long", QStringLiteral("line\n").repeated(300))});
+        f.open();
+        f.clickLine(0);
+        auto *details = child(f.page, "projectDetails");
+        details->setFocus();
+        auto *bar = details->findChild<QScrollArea *>()->verticalScrollBar();
+        QTRY_VERIFY(bar->maximum() > 0);
+        press(Qt::Key_PageDown);
+        QVERIFY(bar->value() > 0);
+        press(Qt::Key_End);
+        QCOMPARE(bar->value(), bar->maximum());
+        press(Qt::Key_Up);
+        QVERIFY(bar->value() < bar->maximum());
+        press(Qt::Key_Home);
+        QCOMPARE(bar->value(), 0);
     }
 
     void leavingForgetsTheAccount()

@@ -341,6 +341,37 @@ private slots:
         QCOMPARE(child<QLineEdit>(f.window, "qxPassword")->text(), QStringLiteral("sample-tomas"));
     }
 
+    void closingEndsTheSession()
+    {
+        using ZelTest::http;
+        ZelTest::ScriptedServer server([](const ZelTest::SeenRequest &request, ZelTest::Wire &wire) {
+            const QByteArray what = request.method + ' ' + request.target.split('?').constFirst();
+            if (what == "POST /v1/sessions")
+                wire.write(http(201, R"({"token":"t","expiresAt":99999999999999})"));
+            else if (what == "GET /v1/accounts")
+                wire.write(http(200, R"({"accounts":[{"accountID":7,"accountName":"Seven"}]})"));
+            else if (what == "GET /v1/project-types")
+                wire.write(http(200, R"({"types":[]})"));
+            else if (what == "GET /v1/projects")
+                wire.write(http(200, R"({"projects":null})"));
+            else
+                wire.write("HTTP/1.1 204 No Content\r\n\r\n");
+        });
+        {
+            Options named;
+            named.server = server.address();
+            Running f(named);
+            f.signIn();
+            QVERIFY(f.isShown("projectsPage"));
+            QVERIFY(!f.isShown("errorBar"));
+            f.window.close();
+        }
+        const ZelTest::SeenRequest last = server.requests().constLast();
+        QCOMPARE(last.method, QByteArray("DELETE"));
+        QCOMPARE(last.target, QByteArray("/v1/sessions/current"));
+        QCOMPARE(last.header("authorization"), QByteArray("Bearer t"));
+    }
+
 private:
     /// A workspace of its own with the sample content.
     Options options()
