@@ -96,6 +96,7 @@ ServiceProcess &ContractTest::replica()
     if (!m_replica) {
         m_replica = std::make_unique<ServiceProcess>();
         m_replica->database = m_service->database;
+        m_replica->files = m_service->files;
     }
     if (!m_replica->isRunning() && !m_replica->startAgain())
         throw std::runtime_error(qPrintable(m_replica->error()));

@@ -68,10 +68,20 @@ bool ServiceProcess::prepareDatabase()
     return true;
 }
 
+QProcessEnvironment ServiceProcess::environment()
+{
+    if (files.isEmpty())
+        files = m_folder.filePath(QStringLiteral("files"));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("ZEL_FILES"), files);
+    return environment;
+}
+
 bool ServiceProcess::startAgain()
 {
     if (!hasFolder())
         return false;
+    m_process.setProcessEnvironment(environment());
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     // A pipe that nobody reads while a test waits for something else would fill and stop it.
     if (logPath.isEmpty())
@@ -132,6 +142,7 @@ QByteArray ServiceProcess::log() const
 int ServiceProcess::runCommand(const QStringList &commandLine, QByteArray *output)
 {
     QProcess process;
+    process.setProcessEnvironment(environment());
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(programPath(), commandLine + QStringList{QStringLiteral("--database"), database});
     process.closeWriteChannel();

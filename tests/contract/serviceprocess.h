@@ -24,6 +24,8 @@ public:
     QStringList importPaths = sampleWorkspace();
     /// The database: empty for a SQLite file of its own, or a fresh one of `PostgresServer`.
     QString database;
+    /// The folder of uploaded files; empty for one of its own.
+    QString files;
     /// Further arguments of `serve`.
     QStringList arguments;
     /// Where its standard error goes: empty for a file of its own.
@@ -65,6 +67,7 @@ public:
     int runCommand(const QStringList &commandLine, QByteArray *output = nullptr);
 
 private:
+    QProcessEnvironment environment();
     bool hasFolder();
     bool prepareDatabase();
     bool fail(const QString &why);

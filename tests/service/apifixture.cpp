@@ -26,8 +26,9 @@ Zel::Database &migrated(Zel::Database &database)
 ApiFixture::ApiFixture(const Zel::DatabaseAddress &address)
     : m_now(start)
     , m_database(address, Zel::Database::Missing::Create)
-    , m_store(migrated(m_database), Zel::PasswordHasher::Cost::Minimal,
-              [this] { return m_now.load(); })
+    , m_store(
+          migrated(m_database), Zel::PasswordHasher::Cost::Minimal, [this] { return m_now.load(); },
+          m_files.path())
     , m_api(m_store)
     , m_server(options())
 {

@@ -8,6 +8,7 @@
 #include "tests/service/httpprobe.h"
 
 #include <QJsonObject>
+#include <QTemporaryDir>
 
 #include <atomic>
 #include <memory>
@@ -47,6 +48,7 @@ public:
 private:
     Zel::Service::HttpServerOptions options() const;
 
+    QTemporaryDir m_files;
     std::atomic<qint64> m_now;
     Zel::Database m_database;
     Zel::Store m_store;

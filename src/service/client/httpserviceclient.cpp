@@ -4,39 +4,15 @@
 
 #include "service/client/answerreader.h"
 #include "service/client/callfailure.h"
+#include "service/client/jsoncall.h"
 #include "service/client/recordreader.h"
 #include "service/client/transport.h"
 
-#include <QJsonDocument>
 #include <QUuid>
 
 namespace QXSC {
 
 namespace {
-
-QByteArray json(const QJsonObject &object)
-{
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
-}
-
-/// Reads the body of an answer with one of the functions of recordreader.h.
-template <typename Read>
-auto readAnswer(const Request &request, const Reply &reply, Read read)
-{
-    try {
-        return read(reply.body);
-    } catch (const AnswerProblem &problem) {
-        throw badAnswer(request, reply, problem.what);
-    }
-}
-
-/// An answer that says "done" and nothing else. Anything that merely is not an error, such as the
-/// page of a network that wants a log-in first, does not count.
-void expectNoContent(const Request &request, const Reply &reply)
-{
-    if (reply.status != 204)
-        throw badAnswer(request, reply, QStringLiteral("HTTP status %1").arg(reply.status));
-}
 
 QJsonValue milliseconds(const std::optional<QDateTime> &time)
 {
@@ -176,8 +152,13 @@ Request HttpServiceClient::sessionRequest(const QByteArray &method, const QByteA
 std::optional<Reply> HttpServiceClient::ask(const Request &request, QLatin1String refusal)
 {
     const NetworkPolicy policy = m_policy;
-    const Reply reply = m_transport->call(request, policy);
-    // From here on this object may be gone, if and only if the call ended as closed.
+    return taken(request, m_transport->call(request, policy), policy, refusal);
+}
+
+std::optional<Reply> HttpServiceClient::taken(const Request &request, const Reply &reply,
+                                              const NetworkPolicy &policy, QLatin1String refusal)
+{
+    // This object may be gone, if and only if the call ended as closed.
     if (reply.ending == Reply::Ending::Answered && reply.status >= 200 && reply.status < 300)
         return reply;
     if (!refusal.isEmpty() && refusalCode(reply) == refusal)

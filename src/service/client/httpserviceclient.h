@@ -8,14 +8,19 @@
 #include "service/client/serveraddress.h"
 #include "service/client/waitobserver.h"
 
+#include <QJsonArray>
+
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace QXSC {
 
 struct Reply;
 struct Request;
 class Transport;
+class UploadFile;
+struct UploadTicket;
 
 /// The service contract over HTTP: the object a host creates once, signs in with and hands to every
 /// control.
@@ -65,6 +70,21 @@ public:
     void getProjectList(const QString &projectType, ProjectCollectionPtr &projects) override;
     void isProjectPublished(const QString &guid, const QString &reserved, bool &published) override;
 
+    AssetFolderCollectionPtr GetAssetFolders(qint16 parentId) override;
+    void GetFolderAssets(qint16 folderId, const QString &nameFilter, const QString &formats,
+                         qint32 first, qint32 count, AssetCollectionPtr &assets) override;
+    /// A file goes up piece by piece; after a broken connection it goes on where the service has
+    /// got to, for about a quarter of a minute. Only the last step lists the asset.
+    QString CreateAsset(const QString &name, const QString &description, qint16 folderId,
+                        const AssetFileCollectionPtr &files, const QString &keywords,
+                        const QString &reserved,
+                        const AssetFileCollectionPtr &dependencies) override;
+    qint16 CreateAssetFolder(qint16 parentId, const QString &name) override;
+    QString GetFolderPermissions(qint16 folderId) override;
+    void DeleteAssetFolder(qint16 folderId) override;
+    void DeleteAsset(const QString &guid) override;
+    QString GetAssetValue(const QString &guid) override;
+
     QList<ProjectType> projectTypes() override;
     /// An empty guid is replaced by a new one. To repeat the call after a lost answer without
     /// making a second project, choose the guid yourself and send it again.
@@ -86,6 +106,19 @@ private:
     /// Makes a call. Answers nothing when the service refuses it with the code given, which is an
     /// answer where the contract says so; every other failure is thrown.
     std::optional<Reply> ask(const Request &request, QLatin1String refusal = QLatin1String());
+
+    std::optional<Reply> taken(const Request &request, const Reply &reply,
+                               const NetworkPolicy &policy,
+                               QLatin1String refusal = QLatin1String());
+
+    QByteArray assetPath(const QString &guid) const;
+    void sendFile(const UploadTicket &ticket, int position, UploadFile &file);
+    /// Returns how much of the file the service has then.
+    qint64 sendPiece(const QByteArray &path, qint64 offset, const QByteArray &bytes);
+    QString commitUpload(const UploadTicket &ticket, const QJsonArray &checksums,
+                         const std::vector<std::unique_ptr<UploadFile>> &files);
+    void dropUpload(const UploadTicket &ticket);
+    void reportProgress(int percent, const QString &path);
 
     std::shared_ptr<Transport> m_transport;
     NetworkPolicy m_policy;

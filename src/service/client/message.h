@@ -14,10 +14,11 @@ struct Request
 {
     QByteArray method;
     ServerAddress server;
-    QByteArray path;  ///< percent-encoded
-    QByteArray query; ///< percent-encoded, without "?"
-    QByteArray body;  ///< JSON, empty for none
-    QByteArray token; ///< empty for a call without a session
+    QByteArray path;                             ///< percent-encoded
+    QByteArray query;                            ///< percent-encoded, without "?"
+    QByteArray body;                             ///< empty for none
+    QByteArray token;                            ///< empty for a call without a session
+    QByteArray contentType = "application/json"; ///< of the body
 
     /// Whether making the call twice does the same as making it once, so that it may go out again
     /// when a connection that was kept open turns out to be closed.

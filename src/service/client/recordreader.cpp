@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/client/recordreader.h"
 
-#include "service/client/answerreader.h"
+#include "service/client/tablereader.h"
 
 #include <algorithm>
 #include <array>
@@ -17,8 +17,6 @@ constexpr std::array projectFields{
     QLatin1String("created"),   QLatin1String("modified"),  QLatin1String("createdBy"),
     QLatin1String("eventDate"), QLatin1String("published"),
 };
-
-using ColumnOrder = std::array<qsizetype, projectFields.size()>;
 
 void readDate(const QJsonValue &value, QLatin1String name, bool &has, QDateTime &date)
 {
@@ -42,46 +40,6 @@ ProjectRecordPtr readProject(const ValueAt &valueAt)
     readDate(valueAt(6), projectFields[6], record->hasEventDate, record->eventDate);
     record->published = readFlag(valueAt(7), projectFields[7]);
     return record;
-}
-
-/// Where each field stands in a row. Columns we do not know are left alone, so that a newer service
-/// can add some.
-ColumnOrder readColumns(const QJsonArray &columns)
-{
-    ColumnOrder order;
-    for (std::size_t field = 0; field < projectFields.size(); ++field) {
-        const auto found =
-            std::find(columns.begin(), columns.end(), QJsonValue(projectFields[field]));
-        if (found == columns.end())
-            throw AnswerProblem{
-                QStringLiteral("column \"%1\" is missing").arg(projectFields[field])};
-        order[field] = found - columns.begin();
-    }
-    return order;
-}
-
-ProjectRecordPtr readRow(const QJsonValue &value, qsizetype width, const ColumnOrder &order)
-{
-    const QJsonArray row = readList(value, QLatin1String("row"));
-    if (row.size() != width)
-        throw AnswerProblem{QStringLiteral("%1 values for %2 columns").arg(row.size()).arg(width)};
-    return readProject([&](std::size_t field) { return row.at(order[field]); });
-}
-
-/// Calls `read` on each entry; a problem says which entry it is in, counted from 1.
-template <typename Read>
-void readEach(const QJsonArray &list, const char *word, const Read &read)
-{
-    qsizetype number = 0;
-    for (const QJsonValue value : list) {
-        ++number;
-        try {
-            read(value);
-        } catch (const AnswerProblem &problem) {
-            throw AnswerProblem{
-                QStringLiteral("%1 %2: %3").arg(QLatin1String(word)).arg(number).arg(problem.what)};
-        }
-    }
 }
 
 bool isHeaderSafe(const QString &token)
@@ -123,20 +81,10 @@ AccountCollectionPtr readAccounts(const QByteArray &body)
 
 ProjectCollectionPtr readProjects(const QByteArray &body)
 {
-    const QLatin1String name("projects");
-    const QLatin1String columnsName("columns");
-    const QLatin1String rowsName("rows");
-    const QJsonValue value = readMember(readObject(body), name);
-    if (value.isNull())
-        return nullptr;
-    const QJsonObject table = readObject(value, name);
-    const QJsonArray columns = readList(readMember(table, columnsName), columnsName);
-    const QJsonArray rows = readList(readMember(table, rowsName), rowsName);
-    const ColumnOrder order = readColumns(columns);
     auto projects = std::make_shared<ProjectCollection>();
-    projects->reserve(rows.size());
-    readEach(rows, "row",
-             [&](const QJsonValue &row) { projects->add(readRow(row, columns.size(), order)); });
+    const auto take = [&](const auto &valueAt) { projects->add(readProject(valueAt)); };
+    if (!readTable(body, QLatin1String("projects"), projectFields, take))
+        return nullptr;
     return projects;
 }
 

@@ -15,7 +15,7 @@ QNetworkRequest networkRequest(const Request &call)
     request.setRawHeader("Accept", "application/json");
     request.setRawHeader("User-Agent", "ZelServiceClient");
     if (!call.body.isEmpty())
-        request.setRawHeader("Content-Type", "application/json");
+        request.setRawHeader("Content-Type", call.contentType);
     if (!call.token.isEmpty())
         request.setRawHeader("Authorization", "Bearer " + call.token);
     // The token goes where it was meant to go and nowhere else; nothing is remembered between

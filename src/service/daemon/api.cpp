@@ -6,6 +6,7 @@
 #include "service/daemon/hostguard.h"
 #include "service/daemon/logline.h"
 #include "service/daemon/problem.h"
+#include "service/store/blobstore.h"
 #include "service/store/databaseerror.h"
 
 #include <new>
@@ -25,6 +26,12 @@ Problem internal()
 {
     return Problem(500, QByteArrayLiteral("internal"),
                    QStringLiteral("The service failed. The log names the cause under this id."));
+}
+
+Problem storageFull()
+{
+    return Problem(507, QByteArrayLiteral("storage-full"),
+                   QStringLiteral("The service has no room for more files."));
 }
 
 Problem ofDatabase(const DatabaseError &error)
@@ -54,6 +61,9 @@ HttpResponse responseOfCurrentException(const QByteArray &requestId)
     } catch (const DatabaseError &error) {
         report(error.what());
         return ofDatabase(error).response(requestId);
+    } catch (const BlobError &error) {
+        report(error.what());
+        return (error.isFull() ? storageFull() : unavailable()).response(requestId);
     } catch (const std::bad_alloc &error) {
         report(error.what());
         return unavailable().response(requestId);
@@ -72,6 +82,38 @@ HttpResponse guarded(const HttpRequest &request, Function function)
         return responseOfCurrentException(request.requestId);
     }
 }
+
+/// Turns what a sink throws into an answer.
+class GuardedSink : public BodySink
+{
+public:
+    GuardedSink(const HttpRequest &request, std::shared_ptr<BodySink> sink)
+        : m_request(request)
+        , m_sink(std::move(sink))
+    {
+    }
+
+    std::optional<HttpResponse> take(QByteArrayView piece) override
+    {
+        std::optional<HttpResponse> answer;
+        bool passed = false;
+        HttpResponse failure = guarded(m_request, [&] {
+            answer = m_sink->take(piece);
+            passed = true;
+            return HttpResponse();
+        });
+        return passed ? answer : failure;
+    }
+
+    HttpResponse finish() override
+    {
+        return guarded(m_request, [this] { return m_sink->finish(); });
+    }
+
+private:
+    HttpRequest m_request;
+    std::shared_ptr<BodySink> m_sink;
+};
 
 /// A plan that answers with a problem, after the body has been read.
 HttpPlan refusal(const Problem &problem)
@@ -113,6 +155,20 @@ const QList<Route> &Api::routes()
         {"GET", "/v1/projects", Account, Lane::Worker, listProjects},
         {"POST", "/v1/projects", Account, Lane::Worker, createProject},
         {"GET", "/v1/projects/{guid}/published", Account, Lane::Worker, projectPublished},
+        {"GET", "/v1/asset-folders", Account, Lane::Worker, listAssetFolders},
+        {"POST", "/v1/asset-folders", Account, Lane::Worker, createAssetFolder},
+        {"DELETE", "/v1/asset-folders/{id}", Account, Lane::Worker, deleteAssetFolder},
+        {"GET", "/v1/asset-folders/{id}/permissions", Account, Lane::Worker, folderPermissions},
+        {"GET", "/v1/asset-folders/{id}/assets", Account, Lane::Worker, listAssets},
+        {"DELETE", "/v1/assets/{guid}", Account, Lane::Worker, deleteAsset},
+        {"GET", "/v1/assets/{guid}/value", Account, Lane::Worker, assetValue},
+        {"POST", "/v1/uploads", Account, Lane::Worker, reserveUpload},
+        {"PUT", "/v1/uploads/{id}/files/{n}", Account, Lane::Worker, nullptr, Uploads::chunkBytes,
+         takeUploadChunk},
+        {"POST", "/v1/uploads/{id}/commit", Account, Lane::Worker, commitUpload},
+        {"DELETE", "/v1/uploads/{id}", Account, Lane::Worker, dropUpload},
+        {"GET", "/a/{guid}", Public, Lane::Worker, assetBytes},
+        {"GET", "/t/{guid}/{size}", Public, Lane::Worker, assetThumbnail},
     };
     return table;
 }
@@ -134,10 +190,7 @@ HttpPlan Api::plan(const HttpRequest &head) const
             if (!parameters)
                 continue;
             if (route.method == method)
-                return {route.pattern, route.bodyLimit, route.lane,
-                        [this, &route, values = *parameters](const HttpRequest &request) {
-                            return run(route, values, request);
-                        }};
+                return planOf(route, *parameters);
             allowed << route.method;
         }
         if (!allowed.isEmpty())
@@ -149,18 +202,52 @@ HttpPlan Api::plan(const HttpRequest &head) const
     }
 }
 
+HttpPlan Api::planOf(const Route &route, const QStringList &parameters) const
+{
+    HttpPlan plan;
+    plan.route = route.pattern;
+    plan.bodyLimit = route.bodyLimit;
+    plan.lane = route.lane;
+    if (route.stream)
+        plan.begin = [this, &route, parameters](const HttpRequest &request) {
+            return begin(route, parameters, request);
+        };
+    else
+        plan.handler = [this, &route, parameters](const HttpRequest &request) {
+            return run(route, parameters, request);
+        };
+    return plan;
+}
+
 HttpResponse Api::run(const Route &route, const QStringList &parameters,
                       const HttpRequest &request) const
 {
-    return guarded(request, [&] {
-        Call call{request, m_store, parameters, {}};
-        if (route.access != Access::Public)
-            call.session = sessionOf(request);
-        if (route.access == Access::Account && call.session.accountId == 0)
-            throw Problem(403, QByteArrayLiteral("no-account"),
-                          QStringLiteral("No account has been chosen."));
-        return route.handler(call);
+    return guarded(request, [&] { return route.handler(callOf(route, parameters, request)); });
+}
+
+BodyStart Api::begin(const Route &route, const QStringList &parameters,
+                     const HttpRequest &request) const
+{
+    std::shared_ptr<BodySink> sink;
+    HttpResponse refusal = guarded(request, [&] {
+        sink = route.stream(callOf(route, parameters, request));
+        return HttpResponse();
     });
+    if (!sink)
+        return refusal;
+    return std::make_shared<GuardedSink>(request, std::move(sink));
+}
+
+Call Api::callOf(const Route &route, const QStringList &parameters,
+                 const HttpRequest &request) const
+{
+    Call call{request, m_store, parameters, {}};
+    if (route.access != Access::Public)
+        call.session = sessionOf(request);
+    if (route.access == Access::Account && call.session.accountId == 0)
+        throw Problem(403, QByteArrayLiteral("no-account"),
+                      QStringLiteral("No account has been chosen."));
+    return call;
 }
 
 Session Api::sessionOf(const HttpRequest &request) const

@@ -22,8 +22,13 @@ public:
     static const QList<Route> &routes();
 
 private:
+    HttpPlan planOf(const Route &route, const QStringList &parameters) const;
     HttpResponse run(const Route &route, const QStringList &parameters,
                      const HttpRequest &request) const;
+    BodyStart begin(const Route &route, const QStringList &parameters,
+                    const HttpRequest &request) const;
+    Call callOf(const Route &route, const QStringList &parameters,
+                const HttpRequest &request) const;
     Session sessionOf(const HttpRequest &request) const;
 
     Store &m_store;

@@ -24,6 +24,8 @@ constexpr std::array counted{
     Counted{"memberships", "SELECT COUNT(*) FROM membership"},
     Counted{"project types", "SELECT COUNT(*) FROM project_type"},
     Counted{"projects", "SELECT COUNT(*) FROM project"},
+    Counted{"folders", "SELECT COUNT(*) FROM asset_folder"},
+    Counted{"assets", "SELECT COUNT(*) FROM asset WHERE deleted_at IS NULL"},
     Counted{"sessions", "SELECT COUNT(*) FROM session"},
 };
 

@@ -21,4 +21,20 @@ HttpResponse listProjects(const Call &call);
 HttpResponse createProject(const Call &call);
 HttpResponse projectPublished(const Call &call);
 
+HttpResponse listAssetFolders(const Call &call);
+HttpResponse createAssetFolder(const Call &call);
+HttpResponse deleteAssetFolder(const Call &call);
+HttpResponse folderPermissions(const Call &call);
+
+HttpResponse listAssets(const Call &call);
+HttpResponse deleteAsset(const Call &call);
+HttpResponse assetValue(const Call &call);
+HttpResponse assetBytes(const Call &call);
+HttpResponse assetThumbnail(const Call &call);
+
+HttpResponse reserveUpload(const Call &call);
+std::shared_ptr<BodySink> takeUploadChunk(const Call &call);
+HttpResponse commitUpload(const Call &call);
+HttpResponse dropUpload(const Call &call);
+
 } // namespace Zel::Service

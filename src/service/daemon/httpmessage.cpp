@@ -18,6 +18,8 @@ const HttpHeader *find(const QList<HttpHeader> &headers, QByteArrayView name)
 
 } // namespace
 
+BodySink::~BodySink() = default;
+
 QByteArray HttpRequest::header(QByteArrayView name) const
 {
     const HttpHeader *found = find(headers, name);

@@ -9,6 +9,9 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
+#include <optional>
+#include <variant>
 
 namespace Zel::Service {
 
@@ -40,7 +43,32 @@ struct HttpResponse
     QByteArray contentType; ///< left out when empty
     QByteArray body;
     QList<HttpHeader> headers;
+
+    /// Instead of `body`: a section of a file, sent piece by piece.
+    struct FileSection
+    {
+        QString path;
+        qint64 offset = 0;
+        qint64 length = 0;
+    };
+
+    std::optional<FileSection> file;
 };
+
+/// Takes in the body of a request piece by piece, so that it never lies in memory as a whole. Made
+/// and used on worker threads, by one at a time; destroyed early when the client goes away.
+class ZEL_EXPORT BodySink
+{
+public:
+    virtual ~BodySink();
+    /// The next piece. An answer ends the request: the rest of the body is not taken in.
+    virtual std::optional<HttpResponse> take(QByteArrayView piece) = 0;
+    /// The answer when the body has come to its end.
+    virtual HttpResponse finish() = 0;
+};
+
+/// A sink, or the answer that refuses the body before it is read.
+using BodyStart = std::variant<HttpResponse, std::shared_ptr<BodySink>>;
 
 /// Where a request is answered.
 enum class Lane
@@ -57,6 +85,8 @@ struct HttpPlan
     qint64 bodyLimit = 0;
     Lane lane = Lane::Immediate;
     std::function<HttpResponse(const HttpRequest &)> handler;
+    /// Instead of `handler`, for bodies that are taken in piece by piece; runs on the lane, too.
+    std::function<BodyStart(const HttpRequest &)> begin;
 };
 
 /// One answered (or refused) request, for the log.

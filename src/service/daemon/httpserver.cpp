@@ -21,6 +21,7 @@
 
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QLocale>
 #include <QRandomGenerator>
 
@@ -50,6 +51,8 @@ namespace {
 
 /// One read of a body; smaller buffers made uploads several times slower.
 constexpr std::size_t readBufferBytes = 64 * 1024;
+/// What is taken from, or given to, a file at once.
+constexpr qsizetype pieceBytes = 256 * 1024;
 /// One read of a head, and what an idle connection keeps.
 constexpr std::size_t headBufferBytes = 4 * 1024;
 /// What may wait to be parsed: nothing legal in the framing of a body (a chunk's extensions, the
@@ -96,6 +99,19 @@ Problem headTooLarge()
                    QStringLiteral("The head of the request is too large."));
 }
 
+Problem tooLarge(qint64 limit)
+{
+    return Problem(413, QByteArrayLiteral("too-large"),
+                   QStringLiteral("The request is larger than %1 bytes.").arg(limit));
+}
+
+Problem tooBusy()
+{
+    return Problem(503, QByteArrayLiteral("unavailable"),
+                   QStringLiteral("The service has too much to do. Try again shortly."),
+                   {{QByteArrayLiteral("Retry-After"), QByteArrayLiteral("1")}});
+}
+
 template <class Message>
 void setHead(Message &message, const HttpResponse &response, const QByteArray &requestId,
              bool keepAlive)
@@ -103,7 +119,7 @@ void setHead(Message &message, const HttpResponse &response, const QByteArray &r
     message.set(http::field::date, view(httpDate()));
     message.set("X-Request-Id", view(requestId));
     message.set("X-Content-Type-Options", "nosniff");
-    message.set(http::field::cache_control, "no-store");
+    message.set(http::field::cache_control, "no-store"); // unless the answer says otherwise
     if (!response.contentType.isEmpty())
         message.set(http::field::content_type, view(response.contentType));
     for (const HttpHeader &header : response.headers)
@@ -111,7 +127,8 @@ void setHead(Message &message, const HttpResponse &response, const QByteArray &r
     message.keep_alive(keepAlive);
     const bool bodyless = response.status == 204 || response.status == 304;
     if (!bodyless)
-        message.content_length(static_cast<std::uint64_t>(response.body.size()));
+        message.content_length(static_cast<std::uint64_t>(
+            response.file ? response.file->length : qint64(response.body.size())));
 }
 
 } // namespace
@@ -142,9 +159,15 @@ private:
     asio::awaitable<bool> waitForRequest();
     asio::awaitable<bool> readHead(HeadParser &parser);
     asio::awaitable<bool> readBody(HeadParser &head, const HttpPlan &plan, HttpRequest &request);
+    asio::awaitable<bool> inviteBody(const HeadParser &head);
+    asio::awaitable<std::optional<HttpResponse>>
+    streamBody(HeadParser &head, const HttpPlan &plan, const HttpRequest &request, bool &whole);
+    asio::awaitable<bool> onWorker(Lane lane, std::function<void()> job);
     asio::awaitable<HttpResponse> answer(const HttpPlan &plan, const HttpRequest &request);
     asio::awaitable<bool> write(const HttpRequest &request, const HttpResponse &response,
                                 bool keepAlive);
+    asio::awaitable<error_code> writeFile(const HttpRequest &request, const HttpResponse &response,
+                                          bool keepAlive);
     template <class Message>
     asio::awaitable<error_code> writeMessage(Message &message);
     asio::awaitable<void> refuse(HttpRequest request, Problem problem);
@@ -252,12 +275,23 @@ asio::awaitable<void> Connection::run(std::shared_ptr<Connection> self)
         HttpRequest request = requestOf(head.get().base());
         const bool wantsMore = head.get().keep_alive();
         const HttpPlan plan = m_server.options.plan(request);
-        if (!co_await readBody(head, plan, request))
-            co_return;
-        const HttpResponse response = co_await answer(plan, request);
-        const bool keepAlive = wantsMore && !m_ending && !m_server.draining;
+        bool whole = true; // the body is read to its end
+        HttpResponse response;
+        if (plan.begin) {
+            auto streamed = co_await streamBody(head, plan, request, whole);
+            if (!streamed)
+                co_return;
+            response = std::move(*streamed);
+        } else {
+            if (!co_await readBody(head, plan, request))
+                co_return;
+            response = co_await answer(plan, request);
+        }
+        const bool keepAlive = wantsMore && whole && !m_ending && !m_server.draining;
         log(request, plan.route, response.status, m_since);
         open = co_await write(request, response, keepAlive) && keepAlive;
+        if (!whole)
+            co_await linger();
     }
     error_code ignored;
     m_stream.socket().shutdown(tcp::socket::shutdown_both, ignored);
@@ -309,24 +343,16 @@ asio::awaitable<bool> Connection::readHead(HeadParser &parser)
 asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &plan,
                                            HttpRequest &request)
 {
-    const Problem tooLarge(
-        413, QByteArrayLiteral("too-large"),
-        QStringLiteral("The request is larger than %1 bytes.").arg(plan.bodyLimit));
     const auto limit = static_cast<std::uint64_t>(plan.bodyLimit);
     const auto length = head.content_length();
     if (length && *length > limit) {
-        co_await refuse(request, tooLarge);
+        co_await refuse(request, tooLarge(plan.bodyLimit));
         co_return false;
     }
     error_code error;
     m_stream.expires_after(m_server.options.limits.body);
-    if (beast::iequals(head.get()[http::field::expect], "100-continue")) {
-        static const std::string goOn = "HTTP/1.1 100 Continue\r\n\r\n";
-        co_await asio::async_write(m_stream, asio::buffer(goOn),
-                                   asio::redirect_error(asio::use_awaitable, error));
-        if (error)
-            co_return false;
-    }
+    if (!co_await inviteBody(head))
+        co_return false;
     if (!length || *length > headBufferBytes)
         m_buffer.reserve(readBufferBytes);
     http::request_parser<http::string_body> parser(std::move(head));
@@ -338,11 +364,106 @@ asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &pla
         co_return true;
     }
     if (error == http::error::body_limit)
-        co_await refuse(request, tooLarge);
+        co_await refuse(request, tooLarge(plan.bodyLimit));
     else if (error.category() == http::make_error_code(http::error::bad_method).category() &&
              error != http::error::partial_message && error != http::error::end_of_stream)
         co_await refuse(request, noHttp());
     co_return false;
+}
+
+/// Tells a client that waits for it that its body may come.
+asio::awaitable<bool> Connection::inviteBody(const HeadParser &head)
+{
+    if (!beast::iequals(head.get()[http::field::expect], "100-continue"))
+        co_return true;
+    static const std::string goOn = "HTTP/1.1 100 Continue\r\n\r\n";
+    error_code error;
+    co_await asio::async_write(m_stream, asio::buffer(goOn),
+                               asio::redirect_error(asio::use_awaitable, error));
+    co_return !error;
+}
+
+/// Hands a body to its sink piece by piece. Nothing when the client went away or has been answered;
+/// `whole` tells whether the body was read to its end.
+asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &head,
+                                                                    const HttpPlan &plan,
+                                                                    const HttpRequest &request,
+                                                                    bool &whole)
+{
+    const auto limit = static_cast<std::uint64_t>(plan.bodyLimit);
+    const auto length = head.content_length();
+    if (length && *length > limit) {
+        co_await refuse(request, tooLarge(plan.bodyLimit));
+        co_return std::nullopt;
+    }
+    const auto start = std::make_shared<BodyStart>(tooBusy().response(request.requestId));
+    std::function<void()> begin = [start, begin = plan.begin, request] { *start = begin(request); };
+    co_await onWorker(plan.lane, std::move(begin));
+    const auto answer = std::make_shared<std::optional<HttpResponse>>();
+    std::shared_ptr<BodySink> sink;
+    if (const HttpResponse *refusal = std::get_if<HttpResponse>(start.get()))
+        *answer = *refusal;
+    else
+        sink = std::get<std::shared_ptr<BodySink>>(*start);
+    if (*answer && head.get().count(http::field::expect) > 0) {
+        whole = false;
+        co_return **answer;
+    }
+    if (!co_await inviteBody(head))
+        co_return std::nullopt;
+
+    // A body that was refused is read all the same, up to its limit: answered in its middle, many
+    // clients would lose the answer.
+    m_buffer.reserve(readBufferBytes);
+    http::request_parser<http::buffer_body> parser(std::move(head));
+    parser.body_limit(limit);
+    const auto piece = std::make_shared<QByteArray>(pieceBytes, Qt::Uninitialized);
+    while (!parser.is_done()) {
+        parser.get().body().data = piece->data();
+        parser.get().body().size = static_cast<std::size_t>(piece->size());
+        error_code error;
+        m_stream.expires_after(m_server.options.limits.body);
+        co_await http::async_read(m_stream, m_buffer, parser,
+                                  asio::redirect_error(asio::use_awaitable, error));
+        if (error == http::error::need_buffer)
+            error = {};
+        if (error == http::error::body_limit) {
+            co_await refuse(request, tooLarge(plan.bodyLimit));
+            co_return std::nullopt;
+        }
+        const qsizetype count = piece->size() - static_cast<qsizetype>(parser.get().body().size);
+        // What came before a connection broke is kept, too: the client goes on behind it.
+        std::function<void()> take = [sink, piece, answer, count] {
+            *answer = sink->take(QByteArrayView(*piece).first(count));
+        };
+        if (count > 0 && !*answer && !co_await onWorker(plan.lane, std::move(take)))
+            *answer = tooBusy().response(request.requestId);
+        if (error)
+            co_return std::nullopt;
+    }
+    std::function<void()> finish = [sink, answer] { *answer = sink->finish(); };
+    if (!*answer && !co_await onWorker(plan.lane, std::move(finish)))
+        co_return tooBusy().response(request.requestId);
+    co_return **answer;
+}
+
+/// Runs a job on a lane's pool and resumes on this strand; false when the pool does not take it.
+asio::awaitable<bool> Connection::onWorker(Lane lane, std::function<void()> job)
+{
+    const auto executor = m_stream.get_executor();
+    const auto done = std::make_shared<asio::steady_timer>(executor);
+    done->expires_at(asio::steady_timer::time_point::max());
+    // The cancel below is queued on this strand, so it cannot come before the wait has begun.
+    std::function<void()> hop = [done, executor, job = std::move(job)] {
+        job();
+        asio::post(executor, [done] { done->cancel(); });
+    };
+    if (!m_server.pool(lane).post(std::move(hop)))
+        co_return false;
+    m_stream.expires_never();
+    error_code ignored;
+    co_await done->async_wait(asio::redirect_error(asio::use_awaitable, ignored));
+    co_return true;
 }
 
 /// Runs the handler on its lane and resumes on this strand with what it returned.
@@ -350,31 +471,13 @@ asio::awaitable<HttpResponse> Connection::answer(const HttpPlan &plan, const Htt
 {
     if (plan.lane == Lane::Immediate)
         co_return plan.handler(request);
-
-    struct Hop
-    {
-        asio::steady_timer done;
-        HttpResponse response;
+    const auto response = std::make_shared<HttpResponse>();
+    std::function<void()> job = [response, handler = plan.handler, request] {
+        *response = handler(request);
     };
-
-    const auto executor = m_stream.get_executor();
-    const auto hop = std::make_shared<Hop>(Hop{asio::steady_timer(executor), {}});
-    hop->done.expires_at(asio::steady_timer::time_point::max());
-    // The cancel below is queued on this strand, so it cannot come before the wait has begun.
-    std::function<void()> job = [hop, executor, handler = plan.handler, request] {
-        hop->response = handler(request);
-        asio::post(executor, [hop] { hop->done.cancel(); });
-    };
-    if (!m_server.pool(plan.lane).post(std::move(job))) {
-        const Problem busy(503, QByteArrayLiteral("unavailable"),
-                           QStringLiteral("The service has too much to do. Try again shortly."),
-                           {{QByteArrayLiteral("Retry-After"), QByteArrayLiteral("1")}});
-        co_return busy.response(request.requestId);
-    }
-    m_stream.expires_never();
-    error_code ignored;
-    co_await hop->done.async_wait(asio::redirect_error(asio::use_awaitable, ignored));
-    co_return std::move(hop->response);
+    if (!co_await onWorker(plan.lane, std::move(job)))
+        co_return tooBusy().response(request.requestId);
+    co_return std::move(*response);
 }
 
 asio::awaitable<bool> Connection::write(const HttpRequest &request, const HttpResponse &response,
@@ -382,7 +485,9 @@ asio::awaitable<bool> Connection::write(const HttpRequest &request, const HttpRe
 {
     error_code error;
     const auto status = static_cast<unsigned>(response.status);
-    if (request.method == "HEAD" || response.body.isEmpty()) {
+    if (response.file && request.method != "HEAD") {
+        error = co_await writeFile(request, response, keepAlive);
+    } else if (request.method == "HEAD" || response.body.isEmpty()) {
         http::response<http::empty_body> message;
         message.result(status);
         setHead(message, response, request.requestId, keepAlive);
@@ -408,6 +513,40 @@ asio::awaitable<error_code> Connection::writeMessage(Message &message)
         m_stream.expires_after(m_server.options.limits.write);
         co_await http::async_write_some(m_stream, serializer,
                                         asio::redirect_error(asio::use_awaitable, error));
+    }
+    co_return error;
+}
+
+/// Sends a section of a file, piece by piece.
+asio::awaitable<error_code> Connection::writeFile(const HttpRequest &request,
+                                                  const HttpResponse &response, bool keepAlive)
+{
+    http::response<http::empty_body> message;
+    message.result(static_cast<unsigned>(response.status));
+    setHead(message, response, request.requestId, keepAlive);
+    http::response_serializer<http::empty_body> serializer(message);
+    error_code error;
+    m_stream.expires_after(m_server.options.limits.write);
+    co_await http::async_write_header(m_stream, serializer,
+                                      asio::redirect_error(asio::use_awaitable, error));
+    const auto file = std::make_shared<QFile>(response.file->path);
+    const auto piece = std::make_shared<QByteArray>();
+    qint64 left = response.file->length;
+    while (!error && left > 0) {
+        const qint64 offset = response.file->offset + response.file->length - left;
+        std::function<void()> read = [file, piece, offset, left] {
+            piece->clear();
+            if ((file->isOpen() || file->open(QIODevice::ReadOnly)) && file->seek(offset))
+                *piece = file->read(std::min<qint64>(pieceBytes, left));
+        };
+        // The head is out, so all that can be said of a failure is the end of the connection.
+        if (!co_await onWorker(Lane::Worker, std::move(read)) || piece->isEmpty())
+            co_return make_error_code(asio::error::connection_aborted);
+        left -= piece->size();
+        m_stream.expires_after(m_server.options.limits.write);
+        co_await asio::async_write(
+            m_stream, asio::buffer(piece->constData(), static_cast<std::size_t>(piece->size())),
+            asio::redirect_error(asio::use_awaitable, error));
     }
     co_return error;
 }

@@ -13,6 +13,7 @@ int importCommand(const QStringList &arguments)
 {
     QCommandLineParser parser;
     addCostOption(parser);
+    addFilesOption(parser);
     parser.addPositionalArgument(QStringLiteral("files"),
                                  QStringLiteral("Folders or files: accounts.json, people.json, "
                                                 "project-types.json, projects.csv."),
@@ -31,7 +32,7 @@ int importCommand(const QStringList &arguments)
     const WorkspaceFiles files = WorkspaceFiles::read(paths);
     Database database(address, Database::Missing::Create);
     makeReady(database);
-    Store store(database, cost);
+    Store store(database, cost, systemClock(), filesFolder(parser));
     const QList<ImportCount> counts = importWorkspace(store, files);
     for (const ImportCount &count : counts)
         print(QStringLiteral("%1: %2 added, %3 changed, %4 unchanged")

@@ -36,6 +36,11 @@ JsonFields::JsonFields(const QByteArray &body)
     m_object = document.object();
 }
 
+JsonFields::JsonFields(const QJsonObject &object)
+    : m_object(object)
+{
+}
+
 QJsonValue JsonFields::take(const QString &name)
 {
     const auto found = m_object.constFind(name);
@@ -58,6 +63,29 @@ QString JsonFields::text(const QString &name, qsizetype longest)
     if (!isStorableText(text))
         throw Problem::invalidText(name);
     return text;
+}
+
+qint64 JsonFields::integer(const QString &name, qint64 least, qint64 most)
+{
+    const QJsonValue value = take(name);
+    // What is no whole number of 64 bits comes back as the default given, whichever that is.
+    constexpr qint64 one = std::numeric_limits<qint64>::min();
+    const qint64 number = value.toInteger(one);
+    if ((number == one && value.toInteger(0) == 0) || number < least || number > most)
+        throw Problem::invalid(QStringLiteral("The field \"%1\" must be a whole number from %2 to "
+                                              "%3.")
+                                   .arg(name)
+                                   .arg(least)
+                                   .arg(most));
+    return number;
+}
+
+QJsonArray JsonFields::list(const QString &name)
+{
+    const QJsonValue value = take(name);
+    if (!value.isArray())
+        throw Problem::invalid(QStringLiteral("The field \"%1\" must be a list.").arg(name));
+    return value.toArray();
 }
 
 std::optional<qint64> JsonFields::timeOrNull(const QString &name)

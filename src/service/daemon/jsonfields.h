@@ -4,6 +4,7 @@
 
 #include "platform/core/export.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QSet>
 #include <QString>
@@ -18,9 +19,13 @@ class ZEL_EXPORT JsonFields
 {
 public:
     explicit JsonFields(const QByteArray &body);
+    explicit JsonFields(const QJsonObject &object);
 
     /// A text of at most `longest` UTF-16 units.
     QString text(const QString &name, qsizetype longest);
+    /// A whole number from `least` to `most`.
+    qint64 integer(const QString &name, qint64 least, qint64 most);
+    QJsonArray list(const QString &name);
     /// Milliseconds UTC within the years 1 to 9999, or null.
     std::optional<qint64> timeOrNull(const QString &name);
 

@@ -20,11 +20,19 @@ Problem::~Problem() = default;
 Problem::Problem(const Problem &) = default;
 Problem &Problem::operator=(const Problem &) = default;
 
+Problem &Problem::with(const QString &name, qint64 value)
+{
+    m_numbers.append({name, value});
+    return *this;
+}
+
 HttpResponse Problem::response(const QByteArray &requestId) const
 {
-    const QJsonObject body{{QStringLiteral("code"), QString::fromLatin1(m_code)},
-                           {QStringLiteral("detail"), m_detail},
-                           {QStringLiteral("requestId"), QString::fromLatin1(requestId)}};
+    QJsonObject body{{QStringLiteral("code"), QString::fromLatin1(m_code)},
+                     {QStringLiteral("detail"), m_detail},
+                     {QStringLiteral("requestId"), QString::fromLatin1(requestId)}};
+    for (const auto &[name, value] : m_numbers)
+        body.insert(name, value);
     HttpResponse response;
     response.status = m_status;
     response.contentType = QByteArrayLiteral("application/problem+json");

@@ -27,6 +27,9 @@ public:
 
     const char *what() const noexcept override { return m_code.constData(); }
 
+    /// Adds a number to the answer, for clients to go on from ("received").
+    Problem &with(const QString &name, qint64 value);
+
     HttpResponse response(const QByteArray &requestId) const;
 
     static Problem invalid(const QString &detail);
@@ -37,6 +40,7 @@ private:
     QByteArray m_code;
     QString m_detail;
     QList<HttpHeader> m_headers;
+    QList<std::pair<QString, qint64>> m_numbers;
 };
 
 } // namespace Zel::Service

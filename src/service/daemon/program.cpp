@@ -29,6 +29,7 @@ constexpr std::array commands{
     Command{"migrate", "bring a database to the form this program needs", migrateCommand},
     Command{"import", "take in a workspace from readable files", importCommand},
     Command{"user", "add people (user add NAME)", userCommand},
+    Command{"trash", "list, restore or purge deleted assets", trashCommand},
     Command{"doctor", "check a database", doctorCommand},
 };
 
@@ -130,6 +131,21 @@ DatabaseAddress databaseAddress(const QCommandLineParser &parser)
     if (text.isEmpty())
         throw UsageError(QStringLiteral("say which database with --database."));
     return DatabaseAddress::parse(text);
+}
+
+void addFilesOption(QCommandLineParser &parser)
+{
+    parser.addOption(
+        {QStringLiteral("files"),
+         QStringLiteral("The folder of the files that are uploaded; beside a SQLite file unless "
+                        "named. The environment variable ZEL_FILES stands in for it."),
+         QStringLiteral("folder")});
+}
+
+QString filesFolder(const QCommandLineParser &parser)
+{
+    const QString folder = parser.value(QStringLiteral("files"));
+    return folder.isEmpty() ? qEnvironmentVariable("ZEL_FILES") : folder;
 }
 
 void addCostOption(QCommandLineParser &parser)

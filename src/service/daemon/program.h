@@ -46,6 +46,10 @@ void parseCommand(QCommandLineParser &parser, const QString &command, const QStr
 /// The database of --database or, so that a password need not stand in the process list, of the
 /// environment variable ZEL_DATABASE.
 DatabaseAddress databaseAddress(const QCommandLineParser &parser);
+/// Adds --files.
+void addFilesOption(QCommandLineParser &parser);
+/// The folder of --files or of the environment variable ZEL_FILES; empty for the usual one.
+QString filesFolder(const QCommandLineParser &parser);
 /// Adds --sign-in-cost.
 void addCostOption(QCommandLineParser &parser);
 PasswordHasher::Cost costOf(const QCommandLineParser &parser);
@@ -60,6 +64,7 @@ int serveCommand(const QStringList &arguments);
 int migrateCommand(const QStringList &arguments);
 int importCommand(const QStringList &arguments);
 int userCommand(const QStringList &arguments);
+int trashCommand(const QStringList &arguments);
 int doctorCommand(const QStringList &arguments);
 
 } // namespace Zel::Service

@@ -37,13 +37,16 @@ std::optional<QStringList> matchPath(const QByteArray &pattern, const QByteArray
     return parameters;
 }
 
-QString Call::queryText(const QByteArray &name, qsizetype longest) const
+namespace {
+
+/// A query parameter that may be there once.
+std::optional<QString> findQueryText(const QByteArray &target, const QByteArray &name,
+                                     qsizetype longest)
 {
     const QString shownName = QString::fromLatin1(name);
     std::optional<QString> found;
-    const qsizetype mark = request.target.indexOf('?');
-    const QByteArrayList items =
-        mark < 0 ? QByteArrayList() : request.target.mid(mark + 1).split('&');
+    const qsizetype mark = target.indexOf('?');
+    const QByteArrayList items = mark < 0 ? QByteArrayList() : target.mid(mark + 1).split('&');
     for (const QByteArray &item : items) {
         const qsizetype equals = item.indexOf('=');
         if ((equals < 0 ? item : item.left(equals)) != name)
@@ -52,11 +55,39 @@ QString Call::queryText(const QByteArray &name, qsizetype longest) const
             throw Problem::invalid(QStringLiteral("\"%1\" is given twice.").arg(shownName));
         found = equals < 0 ? QString() : decodedPart(item.mid(equals + 1), shownName);
     }
-    if (!found)
-        throw Problem::invalid(QStringLiteral("\"%1\" is missing.").arg(shownName));
-    if (found->size() > longest)
+    if (found && found->size() > longest)
         throw Problem::invalid(QStringLiteral("\"%1\" is too long.").arg(shownName));
+    return found;
+}
+
+} // namespace
+
+QString Call::queryText(const QByteArray &name, qsizetype longest) const
+{
+    const auto found = findQueryText(request.target, name, longest);
+    if (!found)
+        throw Problem::invalid(QStringLiteral("\"%1\" is missing.").arg(QString::fromLatin1(name)));
     return *found;
+}
+
+QString Call::queryTextOrEmpty(const QByteArray &name, qsizetype longest) const
+{
+    return findQueryText(request.target, name, longest).value_or(QString());
+}
+
+qint64 Call::queryNumber(const QByteArray &name, qint64 most, qint64 fallback) const
+{
+    constexpr qsizetype longestNumber = 20;
+    const auto found = findQueryText(request.target, name, longestNumber);
+    if (!found)
+        return fallback;
+    bool ok = false;
+    const qint64 number = found->toLongLong(&ok);
+    if (!ok || number < 0 || number > most)
+        throw Problem::invalid(QStringLiteral("\"%1\" must be a whole number from 0 to %2.")
+                                   .arg(QString::fromLatin1(name))
+                                   .arg(most));
+    return number;
 }
 
 HttpResponse jsonResponse(const QByteArray &json, int status)

@@ -32,9 +32,14 @@ struct ZEL_EXPORT Call
 
     /// The value of a query parameter that must be there once. Throws `Problem`.
     QString queryText(const QByteArray &name, qsizetype longest) const;
+    /// The same for one that may be missing, which reads as empty.
+    QString queryTextOrEmpty(const QByteArray &name, qsizetype longest) const;
+    /// A whole number of the query from 0 to `most`; `fallback` when it is missing.
+    qint64 queryNumber(const QByteArray &name, qint64 most, qint64 fallback) const;
 };
 
 using Handler = HttpResponse (*)(const Call &);
+using StreamHandler = std::shared_ptr<BodySink> (*)(const Call &);
 
 constexpr qint64 jsonBodyLimit = 1024 * 1024;
 
@@ -47,6 +52,8 @@ struct Route
     Lane lane = Lane::Worker;
     Handler handler = nullptr;
     qint64 bodyLimit = jsonBodyLimit;
+    /// Instead of a handler: takes the body in piece by piece.
+    StreamHandler stream = nullptr;
 };
 
 /// The texts at the {places} of a pattern, percent-decoded; nothing when the path does not match.

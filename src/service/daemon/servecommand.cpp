@@ -14,6 +14,8 @@
 #include <QHostAddress>
 #include <QUrl>
 
+#include <csignal>
+
 namespace Zel::Service {
 
 namespace {
@@ -94,6 +96,7 @@ void startListening(HttpServer &server, const ListenAddress &address)
 void setUp(QCommandLineParser &parser, const QStringList &arguments)
 {
     addCostOption(parser);
+    addFilesOption(parser);
     parser.addOptions(
         {{QStringLiteral("listen"), QStringLiteral("Where to listen; port 0 takes a free one."),
           QStringLiteral("address:port"), QStringLiteral("127.0.0.1:0")},
@@ -137,7 +140,9 @@ int serveCommand(const QStringList &arguments)
     database.open();
     refuseDamagedFile(database);
     makeReady(database);
-    Store store(database, cost);
+    // A limit on the size of files is to be an error that can be answered, not the end.
+    std::signal(SIGXFSZ, SIG_IGN);
+    Store store(database, cost, systemClock(), filesFolder(parser));
     const Api api(store);
     HttpServerOptions options;
     options.address = address.host;

@@ -259,8 +259,10 @@ void SqlConnection::fail(const QSqlError &error)
     if (kind == DatabaseError::Kind::Lost)
         m_lost = true;
     // Further lines of PostgreSQL's text show the row's values, which may be anything.
-    const QString text = error.databaseText().section(QLatin1Char('\n'), 0, 0);
-    throw DatabaseError(kind, text.simplified(), code);
+    QString text = error.databaseText().section(QLatin1Char('\n'), 0, 0).simplified();
+    if (kind == DatabaseError::Kind::Corrupt)
+        text = QStringLiteral("The database is damaged: %1.").arg(text);
+    throw DatabaseError(kind, text, code);
 }
 
 } // namespace Zel

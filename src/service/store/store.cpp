@@ -2,18 +2,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/store.h"
 
+#include <QStandardPaths>
+
 namespace Zel {
 
-Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &clock)
+Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now,
+             const QString &files)
     : database(openDatabase)
+    , clock(now)
     , hasher(cost)
-    , keys(openDatabase, clock)
-    , users(openDatabase, hasher, clock)
-    , sessions(openDatabase, keys, clock)
-    , throttle(openDatabase, keys, clock)
+    , keys(openDatabase, now)
+    , users(openDatabase, hasher, now)
+    , sessions(openDatabase, keys, now)
+    , throttle(openDatabase, keys, now)
     , accounts(openDatabase)
-    , projects(openDatabase, clock)
+    , projects(openDatabase, now)
+    , blobs(files.isEmpty() ? defaultFilesFolder(openDatabase.address()) : files)
+    , folders(openDatabase, accounts)
+    , assets(openDatabase, folders, blobs, now)
+    , uploads(openDatabase, folders, assets, blobs, now)
 {
+}
+
+QString Store::defaultFilesFolder(const DatabaseAddress &address)
+{
+    if (address.engine == DatabaseAddress::Engine::Sqlite)
+        return address.file + QLatin1String(".files");
+    return QStringLiteral("%1/zel-service/%2-%3-%4")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+             address.host.isEmpty() ? QStringLiteral("local") : address.host)
+        .arg(address.port)
+        .arg(address.database);
 }
 
 } // namespace Zel

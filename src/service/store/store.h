@@ -4,6 +4,9 @@
 
 #include "platform/core/export.h"
 #include "service/store/accounts.h"
+#include "service/store/assetfolders.h"
+#include "service/store/assets.h"
+#include "service/store/blobstore.h"
 #include "service/store/clock.h"
 #include "service/store/database.h"
 #include "service/store/passwordhasher.h"
@@ -11,6 +14,7 @@
 #include "service/store/serverkeys.h"
 #include "service/store/sessions.h"
 #include "service/store/signinthrottle.h"
+#include "service/store/uploads.h"
 #include "service/store/users.h"
 
 namespace Zel {
@@ -20,11 +24,17 @@ namespace Zel {
 class ZEL_EXPORT Store
 {
 public:
+    /// @param files the folder of the bytes of assets; empty for `defaultFilesFolder`
     explicit Store(Database &database,
                    PasswordHasher::Cost cost = PasswordHasher::Cost::Interactive,
-                   const Clock &clock = systemClock());
+                   const Clock &clock = systemClock(), const QString &files = QString());
+
+    /// Where the files of a database lie unless another folder is named: beside a SQLite file,
+    /// else among the person's own data.
+    static QString defaultFilesFolder(const DatabaseAddress &address);
 
     Database &database;
+    Clock clock;
     PasswordHasher hasher;
     ServerKeys keys;
     Users users;
@@ -32,6 +42,10 @@ public:
     SignInThrottle throttle;
     Accounts accounts;
     Projects projects;
+    BlobStore blobs;
+    AssetFolders folders;
+    Assets assets;
+    Uploads uploads;
 };
 
 } // namespace Zel

@@ -1,0 +1,235 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The asset operations over HTTP.
+#include "service/client/httpserviceclient.h"
+
+#include "service/client/answerreader.h"
+#include "service/client/assetreader.h"
+#include "service/client/callfailure.h"
+#include "service/client/jsoncall.h"
+#include "service/client/transport.h"
+#include "service/client/uploadfile.h"
+
+#include <QPointer>
+#include <QThread>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace QXSC {
+
+namespace {
+
+/// How often a piece is sent again after the connection broke, and how long before it. Together
+/// longer than a service takes to start again.
+constexpr std::array retryPauses{200, 500, 1000, 2000, 4000, 8000};
+/// Pieces are small enough that a person sees an upload move, and no smaller.
+constexpr qint64 leastPiece = 256 * 1024;
+constexpr qint64 piecesPerFile = 16;
+
+QByteArray folderPath(qint16 folderId, const char *rest = "")
+{
+    return "/v1/asset-folders/" + QByteArray::number(folderId) + rest;
+}
+
+bool isTransient(const ServiceError &error)
+{
+    return error.isTransient() || error.code() == QLatin1String("busy");
+}
+
+} // namespace
+
+AssetFolderCollectionPtr HttpServiceClient::GetAssetFolders(qint16 parentId)
+{
+    const Request request =
+        sessionRequest("GET", "/v1/asset-folders", "parent=" + QByteArray::number(parentId));
+    return readAnswer(request, *ask(request), readAssetFolders);
+}
+
+void HttpServiceClient::GetFolderAssets(qint16 folderId, const QString &nameFilter,
+                                        const QString &formats, qint32 first, qint32 count,
+                                        AssetCollectionPtr &assets)
+{
+    const Request request = sessionRequest("GET", folderPath(folderId, "/assets"),
+                                           "formats=" + QUrl::toPercentEncoding(formats) +
+                                               "&name=" + QUrl::toPercentEncoding(nameFilter) +
+                                               "&first=" + QByteArray::number(first) +
+                                               "&count=" + QByteArray::number(count));
+    assets = readAnswer(request, *ask(request), readAssets);
+}
+
+qint16 HttpServiceClient::CreateAssetFolder(qint16 parentId, const QString &name)
+{
+    const Request request = sessionRequest(
+        "POST", "/v1/asset-folders", {},
+        json({{QStringLiteral("parentId"), parentId}, {QStringLiteral("name"), name}}));
+    return readAnswer(request, *ask(request), readFolderId);
+}
+
+QString HttpServiceClient::GetFolderPermissions(qint16 folderId)
+{
+    const Request request = sessionRequest("GET", folderPath(folderId, "/permissions"));
+    return readAnswer(request, *ask(request), readPermissions);
+}
+
+void HttpServiceClient::DeleteAssetFolder(qint16 folderId)
+{
+    const Request request = sessionRequest("DELETE", folderPath(folderId));
+    expectNoContent(request, *ask(request));
+}
+
+void HttpServiceClient::DeleteAsset(const QString &guid)
+{
+    const Request request = sessionRequest("DELETE", assetPath(guid));
+    expectNoContent(request, *ask(request));
+}
+
+QString HttpServiceClient::GetAssetValue(const QString &guid)
+{
+    const Request request = sessionRequest("GET", assetPath(guid) + "/value");
+    return readAnswer(request, *ask(request), readAssetValue);
+}
+
+QByteArray HttpServiceClient::assetPath(const QString &guid) const
+{
+    // An address takes one or two dots for a folder, however they are written.
+    if (guid.isEmpty() || guid == QLatin1String(".") || guid == QLatin1String(".."))
+        throw ServiceError(ServiceError::Kind::NotFound,
+                           tr("This asset has no identity the service could know it by."));
+    return "/v1/assets/" + QUrl::toPercentEncoding(guid);
+}
+
+QString HttpServiceClient::CreateAsset(const QString &name, const QString &description,
+                                       qint16 folderId, const AssetFileCollectionPtr &files,
+                                       const QString &, const QString &,
+                                       const AssetFileCollectionPtr &)
+{
+    if (!files || files->count() == 0)
+        throw ServiceError(ServiceError::Kind::Invalid, tr("Choose a file to upload first."));
+    // Every file is opened before anything is sent.
+    std::vector<std::unique_ptr<UploadFile>> open;
+    QJsonArray list;
+    for (const AssetFileEntryPtr &entry : *files) {
+        open.push_back(std::make_unique<UploadFile>(entry->localPath));
+        list.append(QJsonObject{{QStringLiteral("name"), open.back()->name()},
+                                {QStringLiteral("size"), open.back()->size()}});
+    }
+    const Request request = sessionRequest("POST", "/v1/uploads", {},
+                                           json({{QStringLiteral("name"), name},
+                                                 {QStringLiteral("detail"), description},
+                                                 {QStringLiteral("folderId"), folderId},
+                                                 {QStringLiteral("files"), list}}));
+    const UploadTicket ticket = readAnswer(request, *ask(request), readUploadTicket);
+    const QPointer<HttpServiceClient> self(this);
+    try {
+        QJsonArray checksums;
+        for (std::size_t i = 0; i < open.size(); ++i) {
+            sendFile(ticket, static_cast<int>(i), *open[i]);
+            checksums.append(QString::fromLatin1(open[i]->checksum()));
+            reportProgress(100, open[i]->path());
+        }
+        return commitUpload(ticket, checksums, open);
+    } catch (...) {
+        if (self)
+            dropUpload(ticket);
+        throw;
+    }
+}
+
+void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, UploadFile &file)
+{
+    const QByteArray path = "/v1/uploads/" + ticket.id + "/files/" + QByteArray::number(position);
+    const qint64 piece = std::min(ticket.chunk, std::max(leastPiece, file.size() / piecesPerFile));
+    qint64 offset = 0;
+    std::size_t failures = 0;
+    bool isAsking = false;
+    int shown = -1;
+    while (offset < file.size()) {
+        // Never as a whole in memory: one piece is read, sent and let go of. After a failure one
+        // without bytes asks how far the service has got.
+        const QByteArray bytes = isAsking ? QByteArray() : file.read(offset, piece);
+        try {
+            const qint64 received = sendPiece(path, offset, bytes);
+            if (received > offset)
+                failures = 0;
+            isAsking = false;
+            offset = received;
+        } catch (const ServiceError &error) {
+            if (!isTransient(error) || failures == retryPauses.size())
+                throw;
+            QThread::msleep(static_cast<unsigned long>(retryPauses[failures++]));
+            isAsking = true;
+            continue;
+        }
+        if (offset > file.size())
+            throw ServiceError(
+                ServiceError::Kind::BadAnswer,
+                tr("The service has more of \"%1\" than there is.").arg(file.path()));
+        const int percent = static_cast<int>(double(offset) * 100 / double(file.size()));
+        if (percent > shown && percent < 100)
+            reportProgress(shown = percent, file.path());
+    }
+}
+
+qint64 HttpServiceClient::sendPiece(const QByteArray &path, qint64 offset, const QByteArray &bytes)
+{
+    Request request = sessionRequest("PUT", path, "offset=" + QByteArray::number(offset), bytes);
+    request.contentType = "application/octet-stream";
+    const NetworkPolicy policy = m_policy;
+    const Reply reply = m_transport->call(request, policy);
+    if (reply.ending == Reply::Ending::Answered && reply.status == 409 &&
+        refusalCode(reply) == QLatin1String("offset"))
+        return readAnswer(request, reply, readReceived);
+    return readAnswer(request, *taken(request, reply, policy), readReceived);
+}
+
+QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonArray &checksums,
+                                        const std::vector<std::unique_ptr<UploadFile>> &files)
+{
+    // The service reads all of it once more before it answers.
+    constexpr qint64 slowestBytesPerMs = 10'000;
+    qint64 total = 0;
+    for (const auto &file : files)
+        total += file->size();
+    NetworkPolicy policy = m_policy;
+    const std::chrono::milliseconds more(total / slowestBytesPerMs);
+    if (policy.inactivityLimit.count() > 0)
+        policy.inactivityLimit += more;
+    if (policy.callLimit.count() > 0)
+        policy.callLimit += more;
+    // Sent as what may be repeated: a second time the service says the same again.
+    const Request request = sessionRequest("POST", "/v1/uploads/" + ticket.id + "/commit", {},
+                                           json({{QStringLiteral("checksums"), checksums}}));
+    for (std::size_t failures = 0;; ++failures) {
+        try {
+            const Reply reply = m_transport->call(request, policy);
+            return readAnswer(request, *taken(request, reply, policy), readAssetGuid);
+        } catch (const ServiceError &error) {
+            if (!isTransient(error) || failures == retryPauses.size())
+                throw;
+        }
+        QThread::msleep(static_cast<unsigned long>(retryPauses[failures]));
+    }
+}
+
+void HttpServiceClient::dropUpload(const UploadTicket &ticket)
+{
+    if (!m_session)
+        return;
+    NetworkPolicy policy = m_policy;
+    policy.callLimit = std::chrono::seconds(5); // the service forgets it by itself, too
+    m_transport->call(sessionRequest("DELETE", "/v1/uploads/" + ticket.id), policy);
+}
+
+void HttpServiceClient::reportProgress(int percent, const QString &path)
+{
+    const QPointer<HttpServiceClient> self(this);
+    emit CreateAssetFileProgress(percent, path);
+    if (!self)
+        throw ServiceError(ServiceError::Kind::ConnectionLost,
+                           tr("The upload of \"%1\" was given up.").arg(path));
+}
+
+} // namespace QXSC

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/client/uploadfile.h"
+
+#include "common/contract/serviceerror.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace QXSC {
+
+namespace {
+
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(QXSC::ServiceError)
+};
+
+[[noreturn]] void refuse(const QString &sentence)
+{
+    throw ServiceError(ServiceError::Kind::Invalid, sentence);
+}
+
+} // namespace
+
+UploadFile::UploadFile(const QString &path)
+    : m_path(path)
+    , m_file(path)
+{
+    const QString shown = QDir::toNativeSeparators(path);
+    if (path.startsWith(QLatin1String("http")))
+        refuse(Texts::tr("%1 is an address on the web. Only files of this computer can be "
+                         "uploaded: save it as a file first, then choose that file.")
+                   .arg(path));
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.exists())
+        refuse(Texts::tr("The file \"%1\" is not there (any more). Choose it again.").arg(shown));
+    if (!info.isFile())
+        refuse(Texts::tr("\"%1\" is no file. Choose a file.").arg(shown));
+    if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        refuse(Texts::tr("The file \"%1\" cannot be read: %2.").arg(shown, m_file.errorString()));
+    m_size = m_file.size();
+    m_modified = info.lastModified();
+}
+
+QString UploadFile::name() const
+{
+    return QFileInfo(m_path).fileName();
+}
+
+void UploadFile::changed() const
+{
+    refuse(Texts::tr("The file \"%1\" was changed while it was being uploaded. Upload it again.")
+               .arg(QDir::toNativeSeparators(m_path)));
+}
+
+QByteArray UploadFile::read(qint64 offset, qint64 longest)
+{
+    const qint64 count = qMin(longest, m_size - offset);
+    if (!m_file.seek(offset))
+        changed();
+    const QByteArray piece = m_file.read(count);
+    if (piece.size() != count)
+        changed();
+    // What was read before is in the checksum already.
+    const qint64 fresh = offset + count - m_hashed;
+    if (offset <= m_hashed && fresh > 0) {
+        m_hash.addData(QByteArrayView(piece).last(fresh));
+        m_hashed += fresh;
+    }
+    return piece;
+}
+
+QByteArray UploadFile::checksum()
+{
+    constexpr qint64 pieceBytes = 1024 * 1024;
+    // Where an upload went on behind a place this side has not read.
+    while (m_hashed < m_size)
+        read(m_hashed, pieceBytes);
+    const QFileInfo now(m_path);
+    if (!now.exists() || now.size() != m_size || now.lastModified() != m_modified)
+        changed();
+    return m_hash.result().toHex();
+}
+
+} // namespace QXSC

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/filesection.h"
+
+#include "service/daemon/problem.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <optional>
+
+namespace Zel::Service {
+
+namespace {
+
+struct Section
+{
+    qint64 first = 0;
+    qint64 last = 0;
+};
+
+std::optional<qint64> number(const QByteArray &digits)
+{
+    bool ok = false;
+    const qint64 value = digits.toLongLong(&ok);
+    return ok && value >= 0 && digits.at(0) != '+' ? std::optional(value) : std::nullopt;
+}
+
+/// Whether the header is one range in bytes; anything else is passed over and gives the whole file.
+bool isOneRange(const QByteArray &range)
+{
+    return range.startsWith("bytes=") && !range.contains(',') && range.count('-') == 1;
+}
+
+/// The section asked for; nothing when it lies behind the end.
+std::optional<Section> sectionOf(const QByteArray &range, qint64 size)
+{
+    const QByteArray text = range.mid(6).trimmed();
+    const qsizetype dash = text.indexOf('-');
+    const auto first = number(text.left(dash));
+    const auto last = number(text.mid(dash + 1));
+    if (!first && last && *last > 0 && size > 0)
+        return Section{std::max<qint64>(0, size - *last), size - 1};
+    if (!first || *first >= size || (last && *last < *first))
+        return std::nullopt;
+    return Section{*first, last ? std::min(*last, size - 1) : size - 1};
+}
+
+} // namespace
+
+HttpResponse fileResponse(const HttpRequest &request, const QString &path, const QByteArray &tag,
+                          const QByteArray &contentType)
+{
+    const QFileInfo info(path);
+    if (!info.isFile())
+        throw Problem(404, QByteArrayLiteral("not-found"),
+                      QStringLiteral("There is no such file."));
+    const QByteArray quoted = '"' + tag + '"';
+    HttpResponse response;
+    response.headers = {{"ETag", quoted},
+                        {"Cache-Control", "private, max-age=86400"},
+                        {"Accept-Ranges", "bytes"},
+                        // What people upload must not act as a page of this service.
+                        {"Content-Security-Policy", "default-src 'none'; sandbox"}};
+    if (request.header("If-None-Match") == quoted) {
+        response.status = 304;
+        return response;
+    }
+    response.contentType = contentType;
+    HttpResponse::FileSection whole{path, 0, info.size()};
+    const QByteArray range = request.header("Range");
+    const QByteArray condition = request.header("If-Range");
+    if (isOneRange(range) && (condition.isEmpty() || condition == quoted)) {
+        const auto section = sectionOf(range, info.size());
+        const QByteArray size = QByteArray::number(info.size());
+        if (!section)
+            throw Problem(416, QByteArrayLiteral("bad-range"),
+                          QStringLiteral("The file has no such section."),
+                          {{"Content-Range", "bytes */" + size}});
+        whole.offset = section->first;
+        whole.length = section->last - section->first + 1;
+        response.status = 206;
+        response.headers.append({"Content-Range", "bytes " + QByteArray::number(section->first) +
+                                                      '-' + QByteArray::number(section->last) +
+                                                      '/' + size});
+    }
+    response.file = whole;
+    return response;
+}
+
+} // namespace Zel::Service

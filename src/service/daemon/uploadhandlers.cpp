@@ -1,0 +1,167 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/assetcalls.h"
+#include "service/daemon/handlers.h"
+#include "service/daemon/jsonfields.h"
+#include "service/daemon/jsonwriter.h"
+
+#include <QRegularExpression>
+
+#include <limits>
+
+namespace Zel::Service {
+
+namespace {
+
+constexpr qsizetype longestFileName = 1024;
+
+[[noreturn]] void refuse(Uploads::Outcome outcome)
+{
+    switch (outcome) {
+    case Uploads::Outcome::NotAllowed:
+        throw notAllowed(QStringLiteral("You may not put assets into this folder."));
+    case Uploads::Outcome::NoRoom:
+        throw Problem(507, QByteArrayLiteral("storage-full"),
+                      QStringLiteral("The service has no room for these files."));
+    case Uploads::Outcome::TooLarge:
+        throw Problem(413, QByteArrayLiteral("too-large"),
+                      QStringLiteral("These files are larger than the service takes."));
+    case Uploads::Outcome::Busy:
+        throw Problem(409, QByteArrayLiteral("busy"),
+                      QStringLiteral("Another call is writing this file. Try again shortly."));
+    case Uploads::Outcome::Incomplete:
+        throw Problem(409, QByteArrayLiteral("incomplete"),
+                      QStringLiteral("Not all of the files has arrived."));
+    case Uploads::Outcome::Checksum:
+        throw Problem(409, QByteArrayLiteral("checksum"),
+                      QStringLiteral("A file did not arrive as it was sent."));
+    default:
+        throw notFound(QStringLiteral("There is no such upload."));
+    }
+}
+
+NewUpload requestedUpload(const Call &call)
+{
+    JsonFields fields(call.request.body);
+    NewUpload upload;
+    upload.name = fields.text(QStringLiteral("name"), Assets::longestName);
+    upload.detail = fields.text(QStringLiteral("detail"), Assets::longestDetail);
+    upload.folderId = fields.integer(QStringLiteral("folderId"), 0, AssetFolders::largestId);
+    const QJsonArray files = fields.list(QStringLiteral("files"));
+    fields.expectNoMore();
+    for (const QJsonValue &file : files) {
+        if (!file.isObject())
+            throw Problem::invalid(QStringLiteral("Each of \"files\" must be an object."));
+        JsonFields one(file.toObject());
+        upload.files.append(
+            {one.text(QStringLiteral("name"), longestFileName),
+             one.integer(QStringLiteral("size"), 0, std::numeric_limits<qint64>::max())});
+        one.expectNoMore();
+    }
+    if (upload.name.trimmed().isEmpty())
+        throw Problem::invalid(QStringLiteral("An asset needs a name."));
+    if (upload.files.isEmpty() || upload.files.size() > Uploads::mostFiles)
+        throw Problem::invalid(
+            QStringLiteral("An asset has one to %1 files.").arg(Uploads::mostFiles));
+    return upload;
+}
+
+/// Appends a piece of a file to what has arrived of it.
+class ChunkSink : public BodySink
+{
+public:
+    explicit ChunkSink(Uploads::Part &&part)
+        : m_part(std::move(part))
+    {
+    }
+
+    std::optional<HttpResponse> take(QByteArrayView piece) override
+    {
+        if (piece.size() > m_part.size - m_part.received)
+            throw Problem(413, QByteArrayLiteral("too-large"),
+                          QStringLiteral("The file is longer than was said."));
+        m_part.part->append(piece.data(), piece.size());
+        m_part.received += piece.size();
+        return std::nullopt;
+    }
+
+    HttpResponse finish() override
+    {
+        JsonWriter json;
+        json.beginObject().key("received").integer(m_part.received).endObject();
+        return jsonResponse(json.json());
+    }
+
+private:
+    Uploads::Part m_part;
+};
+
+} // namespace
+
+HttpResponse reserveUpload(const Call &call)
+{
+    const NewUpload upload = requestedUpload(call);
+    QString uploadId;
+    const auto outcome = call.store.uploads.reserve(assetUserOf(call), upload, uploadId);
+    if (outcome == Uploads::Outcome::NotFound)
+        throw notFound(QStringLiteral("There is no such folder."));
+    if (outcome != Uploads::Outcome::Done)
+        refuse(outcome);
+    JsonWriter json;
+    json.beginObject().key("uploadId").text(uploadId);
+    json.key("chunk").integer(Uploads::chunkBytes).endObject();
+    return jsonResponse(json.json(), 201);
+}
+
+std::shared_ptr<BodySink> takeUploadChunk(const Call &call)
+{
+    const qint64 most = std::numeric_limits<qint64>::max();
+    const qint64 offset = call.queryNumber("offset", most, 0);
+    bool ok = false;
+    const qint64 position = call.parameters.at(1).toLongLong(&ok);
+    Uploads::Part part;
+    const auto outcome = call.store.uploads.open(assetUserOf(call), call.parameters.first(),
+                                                 ok ? position : -1, part);
+    if (outcome != Uploads::Outcome::Done)
+        refuse(outcome);
+    if (offset != part.received)
+        throw Problem(409, QByteArrayLiteral("offset"),
+                      QStringLiteral("The file has arrived up to another place."))
+            .with(QStringLiteral("received"), part.received);
+    return std::make_shared<ChunkSink>(std::move(part));
+}
+
+HttpResponse commitUpload(const Call &call)
+{
+    JsonFields fields(call.request.body);
+    const QJsonArray list = fields.list(QStringLiteral("checksums"));
+    fields.expectNoMore();
+    static const QRegularExpression form(QStringLiteral("^[0-9a-f]{64}$"));
+    QStringList checksums;
+    for (const QJsonValue &value : list) {
+        if (!form.match(value.toString()).hasMatch())
+            throw Problem::invalid(
+                QStringLiteral("Each of \"checksums\" must be a SHA-256 in 64 digits."));
+        checksums << value.toString();
+    }
+    QString guid;
+    const auto outcome =
+        call.store.uploads.commit(assetUserOf(call), call.parameters.first(), checksums, guid);
+    if (outcome != Uploads::Outcome::Done)
+        refuse(outcome);
+    JsonWriter json;
+    json.beginObject().key("guid").text(guid).endObject();
+    return jsonResponse(json.json(), 201);
+}
+
+HttpResponse dropUpload(const Call &call)
+{
+    const auto outcome = call.store.uploads.drop(assetUserOf(call), call.parameters.first());
+    if (outcome != Uploads::Outcome::Done)
+        refuse(outcome);
+    HttpResponse response;
+    response.status = 204;
+    return response;
+}
+
+} // namespace Zel::Service

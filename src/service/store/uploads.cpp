@@ -1,0 +1,246 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/uploads.h"
+
+#include "service/store/contenttype.h"
+#include "service/store/database.h"
+
+#include <QUuid>
+
+namespace Zel {
+
+namespace {
+
+const SqlText addUpload(R"sql(
+    INSERT INTO upload (account_id, upload_id, user_id, folder_id, name, detail, expires_at, guid)
+    VALUES ($1, $2, $3, $4, $5, $6, $7, NULL)
+)sql");
+
+const SqlText addUploadFile(R"sql(
+    INSERT INTO upload_file (account_id, upload_id, pos, name, size)
+    VALUES ($1, $2, $3, $4, $5)
+)sql");
+
+const SqlText findUpload(R"sql(
+    SELECT folder_id, name, detail, guid FROM upload
+    WHERE account_id = $1 AND upload_id = $2 AND user_id = $3 AND expires_at > $4
+)sql");
+
+const SqlText listUploadFiles(R"sql(
+    SELECT name, size FROM upload_file WHERE account_id = $1 AND upload_id = $2
+    ORDER BY pos NULLS FIRST
+)sql");
+
+const SqlText noteGuid(R"sql(
+    UPDATE upload SET guid = $3 WHERE account_id = $1 AND upload_id = $2
+)sql");
+
+const SqlText listExpired(R"sql(
+    SELECT upload_id FROM upload WHERE account_id = $1 AND expires_at <= $2
+)sql");
+
+const SqlText dropUploadFiles(R"sql(
+    DELETE FROM upload_file WHERE account_id = $1 AND upload_id = $2
+)sql");
+
+const SqlText dropUpload(R"sql(
+    DELETE FROM upload WHERE account_id = $1 AND upload_id = $2
+)sql");
+
+QString newGuid()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+} // namespace
+
+Uploads::Uploads(Database &database, AssetFolders &folders, Assets &assets, BlobStore &blobs,
+                 const Clock &clock)
+    : m_database(database)
+    , m_folders(folders)
+    , m_assets(assets)
+    , m_blobs(blobs)
+    , m_clock(clock)
+{
+}
+
+bool Uploads::mayWrite(const AssetUser &user, qint64 folderId)
+{
+    return m_folders.letters(user, folderId).value_or(QString()).contains(QLatin1Char('W'));
+}
+
+Uploads::Outcome Uploads::reserve(const AssetUser &user, const NewUpload &upload, QString &uploadId)
+{
+    forgetExpired(user.accountId);
+    qint64 total = 0;
+    for (const NewUpload::File &file : upload.files) {
+        if (file.size > largestBytes - total)
+            return Outcome::TooLarge;
+        total += file.size;
+    }
+    const QString id = newGuid();
+    const Outcome outcome = m_database.tx([&] {
+        const auto letters = m_folders.letters(user, upload.folderId);
+        if (!letters)
+            return Outcome::NotFound;
+        if (!letters->contains(QLatin1Char('W')))
+            return Outcome::NotAllowed;
+        if (m_blobs.room() - reserveBytes < total)
+            return Outcome::NoRoom;
+        m_database.exec(addUpload, {user.accountId, id, user.userId, upload.folderId, upload.name,
+                                    upload.detail, m_clock() + lifeMs});
+        qint64 position = 0;
+        for (const NewUpload::File &file : upload.files)
+            m_database.exec(addUploadFile, {user.accountId, id, position++, file.name, file.size});
+        return Outcome::Done;
+    });
+    uploadId = id;
+    return outcome;
+}
+
+std::optional<Uploads::Known> Uploads::find(const AssetUser &user, const QString &uploadId)
+{
+    return m_database.snapshot([&]() -> std::optional<Known> {
+        auto known = m_database.row(findUpload, {user.accountId, uploadId, user.userId, m_clock()},
+                                    [](const SqlRow &row) {
+                                        Known result;
+                                        result.upload.folderId = row.integer(0);
+                                        result.upload.name = row.text(1);
+                                        result.upload.detail = row.text(2);
+                                        result.guid = row.optionalText(3).value_or(QString());
+                                        return result;
+                                    });
+        if (known)
+            known->upload.files =
+                m_database.rows(listUploadFiles, {user.accountId, uploadId}, [](const SqlRow &row) {
+                    return NewUpload::File{row.text(0), row.integer(1)};
+                });
+        return known;
+    });
+}
+
+Uploads::Outcome Uploads::open(const AssetUser &user, const QString &uploadId, qint64 position,
+                               Part &part)
+{
+    const auto known = find(user, uploadId);
+    if (!known || !known->guid.isEmpty() || position < 0 || position >= known->upload.files.size())
+        return Outcome::NotFound;
+    part.size = known->upload.files.at(position).size;
+    part.part = std::make_unique<BlobPart>(m_blobs.partPath(uploadId, position));
+    if (!part.part->isOpen())
+        return Outcome::Busy;
+    part.received = part.part->size();
+    return Outcome::Done;
+}
+
+/// Checks one file that has arrived and makes a blob of it.
+Uploads::Outcome Uploads::take(const QString &uploadId, qint64 position,
+                               const NewUpload::File &file, const QString &checksum,
+                               AssetFile &taken, QString &assetType)
+{
+    const QString path = m_blobs.partPath(uploadId, position);
+    BlobPart part(path);
+    if (!part.isOpen())
+        return Outcome::Busy;
+    if (part.size() != file.size)
+        return Outcome::Incomplete;
+    if (part.checksum() != checksum) {
+        m_blobs.dropPart(uploadId, position);
+        return Outcome::Checksum;
+    }
+    m_blobs.store(part, path, checksum);
+    const ContentType type = contentTypeOf(m_blobs.blobPath(checksum), file.name);
+    taken = {file.name, checksum, type.mime, file.size, false};
+    if (type.assetType == QLatin1String("Image"))
+        taken.thumbnail = Thumbnails(m_blobs).make(checksum);
+    if (position == 0)
+        assetType = type.assetType;
+    return Outcome::Done;
+}
+
+Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
+                                 const QStringList &checksums, QString &guid)
+{
+    const auto known = find(user, uploadId);
+    if (!known)
+        return Outcome::NotFound;
+    guid = known->guid;
+    if (!guid.isEmpty())
+        return Outcome::Done;
+    if (!mayWrite(user, known->upload.folderId))
+        return Outcome::NotAllowed;
+    if (checksums.size() != known->upload.files.size())
+        return Outcome::Checksum;
+
+    // Bytes first: when the row is there, so are they.
+    const BlobLock lock(m_blobs.folder(), BlobLock::Mode::Store);
+    QList<AssetFile> files;
+    Asset asset;
+    for (qsizetype i = 0; i < checksums.size(); ++i) {
+        AssetFile file;
+        const Outcome outcome =
+            take(uploadId, i, known->upload.files.at(i), checksums.at(i), file, asset.assetType);
+        if (outcome != Outcome::Done)
+            return outcome;
+        files.append(file);
+    }
+    asset.folderId = known->upload.folderId;
+    asset.name = known->upload.name;
+    asset.detail = known->upload.detail;
+    asset.createdById = user.userId;
+    const QString fresh = newGuid();
+    const Outcome outcome = m_database.tx([&] {
+        const auto now = find(user, uploadId);
+        if (!now)
+            return Outcome::NotFound;
+        guid = now->guid;
+        if (!guid.isEmpty())
+            return Outcome::Done; // another call was faster
+        if (!mayWrite(user, asset.folderId))
+            return Outcome::NotAllowed;
+        guid = fresh;
+        asset.guid = fresh;
+        asset.createdAt = m_clock();
+        for (const AssetFile &file : std::as_const(files))
+            m_assets.addBlob(user.accountId, file);
+        m_assets.add(user.accountId, asset, files);
+        m_database.exec(noteGuid, {user.accountId, uploadId, fresh});
+        return Outcome::Done;
+    });
+    if (outcome == Outcome::Done) {
+        for (qsizetype i = 0; i < checksums.size(); ++i)
+            m_blobs.dropPart(uploadId, i);
+    }
+    return outcome;
+}
+
+Uploads::Outcome Uploads::drop(const AssetUser &user, const QString &uploadId)
+{
+    if (!find(user, uploadId))
+        return Outcome::NotFound;
+    forget(user.accountId, uploadId);
+    return Outcome::Done;
+}
+
+void Uploads::forget(qint64 accountId, const QString &uploadId)
+{
+    const qsizetype count = m_database.tx([&] {
+        const auto files = m_database.rows(listUploadFiles, {accountId, uploadId},
+                                           [](const SqlRow &row) { return row.text(0); });
+        m_database.exec(dropUploadFiles, {accountId, uploadId});
+        m_database.exec(dropUpload, {accountId, uploadId});
+        return files.size();
+    });
+    for (qsizetype i = 0; i < count; ++i)
+        m_blobs.dropPart(uploadId, i);
+}
+
+void Uploads::forgetExpired(qint64 accountId)
+{
+    const QStringList expired = m_database.rows(listExpired, {accountId, m_clock()},
+                                                [](const SqlRow &row) { return row.text(0); });
+    for (const QString &uploadId : expired)
+        forget(accountId, uploadId);
+}
+
+} // namespace Zel

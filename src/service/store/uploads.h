@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+#include "service/store/assets.h"
+#include "service/store/thumbnails.h"
+
+#include <memory>
+
+namespace Zel {
+
+/// What an upload is to become.
+struct NewUpload
+{
+    struct File
+    {
+        QString name;
+        qint64 size = 0;
+    };
+
+    QString name;
+    QString detail;
+    qint64 folderId = 0;
+    QList<File> files;
+};
+
+/// Uploads on their way to becoming assets: reserved, filled in any number of sittings, and made an
+/// asset at once when every file is there and has the checksum its owner says. One that is not
+/// finished within a day is forgotten.
+class ZEL_EXPORT Uploads
+{
+public:
+    static constexpr qint64 lifeMs = 24LL * 60 * 60 * 1000;
+    /// The longest piece of a file in one request.
+    static constexpr qint64 chunkBytes = 8LL * 1024 * 1024;
+    static constexpr qint64 largestBytes = 64LL * 1024 * 1024 * 1024;
+    static constexpr qsizetype mostFiles = 100;
+    /// Room left for the database and everybody else.
+    static constexpr qint64 reserveBytes = 16LL * 1024 * 1024;
+
+    enum class Outcome
+    {
+        Done,
+        NotFound,
+        NotAllowed, ///< the right to write into the folder is not, or not any more, there
+        NoRoom,
+        TooLarge,
+        Busy,       ///< another call is writing or finishing the same file
+        Incomplete, ///< a file has not arrived to its end
+        Checksum    ///< a file is not what its owner has; what arrived of it is dropped
+    };
+
+    /// A file that is open to be written.
+    struct Part
+    {
+        std::unique_ptr<BlobPart> part;
+        qint64 received = 0;
+        qint64 size = 0; ///< of the whole file
+    };
+
+    Uploads(Database &database, AssetFolders &folders, Assets &assets, BlobStore &blobs,
+            const Clock &clock);
+
+    Outcome reserve(const AssetUser &user, const NewUpload &upload, QString &uploadId);
+    /// Opens a file of an upload of that person; `position` from 0.
+    Outcome open(const AssetUser &user, const QString &uploadId, qint64 position, Part &part);
+    /// Makes the asset; a second call says the same again. `checksums` are SHA-256, hexadecimal.
+    Outcome commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums,
+                   QString &guid);
+    /// Gives an upload up. One that has become an asset stays one.
+    Outcome drop(const AssetUser &user, const QString &uploadId);
+
+private:
+    struct Known
+    {
+        NewUpload upload;
+        QString guid; ///< of the asset it has become
+    };
+
+    std::optional<Known> find(const AssetUser &user, const QString &uploadId);
+    Outcome take(const QString &uploadId, qint64 position, const NewUpload::File &file,
+                 const QString &checksum, AssetFile &taken, QString &assetType);
+    bool mayWrite(const AssetUser &user, qint64 folderId);
+    void forget(qint64 accountId, const QString &uploadId);
+    void forgetExpired(qint64 accountId);
+
+    Database &m_database;
+    AssetFolders &m_folders;
+    Assets &m_assets;
+    BlobStore &m_blobs;
+    Clock m_clock;
+};
+
+} // namespace Zel
