@@ -6,7 +6,7 @@
 
 set(ZEL_LAYERS
   "0:src/platform/core"
-  "1:src/common/contract" "1:src/platform/widgets"
+  "1:src/common/contract" "1:src/platform/widgets" "1:src/platform/pictures"
   "2:src/common"
   "3:src/webcontrols" "3:src/datavisualization" "3:src/testsupport"
   "3:src/service/client" "3:src/service/store" "3:src/service/daemon"
