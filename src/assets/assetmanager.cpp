@@ -9,6 +9,7 @@
 #include "platform/widgets/treeview.h"
 #include "platform/widgets/twips.h"
 
+#include <QAbstractItemModel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -62,6 +63,8 @@ void AssetManager::connectUser()
     onUser(parts.addBatch, &QPushButton::clicked, &AssetManager::addToBatch);
     onUser(parts.removeBatch, &QPushButton::clicked, &AssetManager::removeFromBatch);
     onUser(parts.batchList, &QListWidget::itemSelectionChanged, &AssetManager::refreshBatchButtons);
+    for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        onUser(parts.batchList->model(), change, &AssetManager::refreshBatchButtons);
     onUser(parts.batchNewAssetSave, &QPushButton::clicked, &AssetManager::saveBatch);
     onUser(parts.batchNewAssetCancel, &QPushButton::clicked, &AssetManager::closePanel);
 }

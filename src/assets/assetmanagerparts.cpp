@@ -159,12 +159,12 @@ void AssetManagerParts::makeSingle()
     singleNewAssetSave->setEnabled(false);
     singleNewAssetCancel = makeButton(singleFrame, "singleNewAssetCancel", tr("Cancel"));
     grid->addWidget(singleNewAssetBrowse, 2, 2);
-    grid->setRowStretch(3, 1);
+    grid->setRowStretch(4, 1);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(singleNewAssetSave);
     buttons->addWidget(singleNewAssetCancel);
-    grid->addLayout(buttons, 4, 0, 1, 3);
+    grid->addLayout(buttons, 3, 0, 1, 3);
 }
 
 void AssetManagerParts::makeBatch()
