@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "designer/controlcollection.h"
 
+#include "assets/assetmanager.h"
 #include "designer/controlplugin.h"
 #include "login/login.h"
 #include "projects/projectlist.h"
@@ -13,6 +14,9 @@ namespace {
 QList<ControlEntry> controls()
 {
     return {
+        controlEntry<AssetManager>(
+            "assets/assetmanager.h", "assetmanager",
+            QT_TRANSLATE_NOOP("ControlPlugin", "Shows, uploads and deletes assets in folders")),
         controlEntry<Login>("login/login.h", "login",
                             QT_TRANSLATE_NOOP("ControlPlugin", "Signs a person in to the service")),
         controlEntry<ProjectList>(

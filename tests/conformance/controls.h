@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "assets/assetmanager.h"
 #include "login/login.h"
 #include "platform/widgets/controlregistry.h"
 #include "projects/projectlist.h"
@@ -10,6 +11,7 @@
 inline void introduceControls()
 {
     using namespace ZelWebServiceControls;
+    Zel::ControlRegistry::add<AssetManager>();
     Zel::ControlRegistry::add<Login>();
     Zel::ControlRegistry::add<ProjectList>();
 }

@@ -41,6 +41,12 @@ void script(ZelTest::RecordingClient &client)
         projects << record;
     }
     client.projects = ZelTest::projectList(projects);
+    client.assetFolders =
+        ZelTest::assetFolderList({{0, 0, false, QString(), QStringLiteral("R")},
+                                  {1, 0, false, QStringLiteral("Stage"), QStringLiteral("R")}});
+    QXSC::AssetRecord asset;
+    asset.assetName = QStringLiteral("Curtain");
+    client.folderAssets[0] = ZelTest::assetList({asset});
 }
 
 /// Calls Init with the client, a text for every text, and defaults for whatever else it takes.

@@ -4,13 +4,13 @@
 #include "testsupport/testcase.h"
 
 #include <QtDesigner/QDesignerComponents>
-#include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtDesigner/QDesignerFormEditorInterface>
 #include <QtDesigner/QDesignerFormWindowCursorInterface>
 #include <QtDesigner/QDesignerFormWindowInterface>
 #include <QtDesigner/QDesignerFormWindowManagerInterface>
 #include <QtDesigner/QDesignerIntegration>
 #include <QtDesigner/QDesignerPropertyEditorInterface>
+#include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -77,7 +77,8 @@ private slots:
             const std::unique_ptr<QWidget> widget(control->createWidget(nullptr));
             QCOMPARE(QString::fromLatin1(widget->metaObject()->className()), control->name());
         }
-        QCOMPARE(names, (QStringList{QStringLiteral("ZelWebServiceControls::Login"),
+        QCOMPARE(names, (QStringList{QStringLiteral("ZelWebServiceControls::AssetManager"),
+                                     QStringLiteral("ZelWebServiceControls::Login"),
                                      QStringLiteral("ZelWebServiceControls::ProjectList")}));
     }
 
