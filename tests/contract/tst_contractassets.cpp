@@ -11,6 +11,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <sys/resource.h>
+
 using namespace QXSC;
 using namespace ZelTest;
 
@@ -88,6 +90,8 @@ class ContractAssetsTest : public ContractTest
     Q_OBJECT
 
 private slots:
+    void showsTheSampleToEachPersonByTheirRights();
+    void refusesWhatDoesNotFit();
     void listsTheRootOfAnAccountWithoutFolders();
     void makesFoldersParentsFirst();
     void refusesFoldersThatCannotBe();
@@ -136,6 +140,54 @@ private:
     QTemporaryDir m_folder;
     int m_folders = 0;
 };
+
+void ContractAssetsTest::showsTheSampleToEachPersonByTheirRights()
+{
+    const auto owner = signIn(maja(), brightwaterMedia);
+    const auto author = signIn(tomas(), brightwaterMedia);
+    QMap<QString, qint16> ids;
+    QStringList letters;
+    const auto folders = author->GetAssetFolders(0);
+    for (const AssetFolderRecordPtr &folder : *folders) {
+        ids.insert(folder->folderName, folder->folderId);
+        letters << folder->folderName + QLatin1Char('=') + folder->permissions;
+    }
+    QCOMPARE(letters.join(QLatin1Char(' ')),
+             QStringLiteral("Brightwater Media=RWD Audio=RWD Drop box=W Papers=R Pictures=RWD "
+                            "QXStudio=RW Contracts= Logos=RWD"));
+    const qint16 contracts = ids.value(QStringLiteral("Contracts"));
+    QCOMPARE(owner->GetFolderPermissions(contracts), QStringLiteral("RWD"));
+    QCOMPARE(assetsOf(*owner, contracts)->count(), 2);
+    QCOMPARE(failureOf([&] { assetsOf(*author, contracts); }),
+             QStringLiteral("Refused/not-allowed"));
+    const auto pictures = assetsOf(*author, ids.value(QStringLiteral("Pictures")));
+    QCOMPARE(pictures->count(), 7);
+    for (const AssetRecordPtr &picture : *pictures) {
+        QCOMPARE(picture->assetType, QStringLiteral("Image"));
+        const QImage thumbnail = QImage::fromData(fetch(picture->thumbnailUrl));
+        QVERIFY2(!thumbnail.isNull(), qPrintable(picture->assetName));
+    }
+    const auto logos = assetsOf(*author, ids.value(QStringLiteral("Logos")));
+    for (const AssetRecordPtr &logo : *logos)
+        QVERIFY2(!QImage::fromData(fetch(logo->thumbnailUrl)).isNull(),
+                 qPrintable(logo->assetName));
+}
+
+/// A limit on the size of files stands in for a full disk.
+void ContractAssetsTest::refusesWhatDoesNotFit()
+{
+    const auto client = signIn(nora(), contractStudio);
+    const qint16 folder = newFolder(*client);
+    const QString path = file(QStringLiteral("large.bin"), content(12'000'000));
+    struct rlimit limit = {8'000'000, RLIM_INFINITY};
+    QCOMPARE(prlimit(static_cast<pid_t>(service().processId()), RLIMIT_FSIZE, &limit, nullptr), 0);
+    QCOMPARE(failureOf([&] { upload(*client, path, folder); }),
+             QStringLiteral("Refused/storage-full"));
+    limit.rlim_cur = RLIM_INFINITY;
+    QCOMPARE(prlimit(static_cast<pid_t>(service().processId()), RLIMIT_FSIZE, &limit, nullptr), 0);
+    QCOMPARE(assetsOf(*client, folder)->count(), 0);
+    QCOMPARE(failureOf([&] { upload(*client, path, folder); }), QStringLiteral("none"));
+}
 
 void ContractAssetsTest::listsTheRootOfAnAccountWithoutFolders()
 {

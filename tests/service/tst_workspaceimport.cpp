@@ -94,7 +94,11 @@ private:
               "account_id, user_id, role FROM membership",
               "account_id, type_id, name, position FROM project_type",
               "account_id, guid, name, description, created_at, modified_at, created_by, event_at "
-              "FROM project"}) {
+              "FROM project",
+              "account_id, folder_id, parent_id, name FROM asset_folder",
+              "account_id, folder_id, user_id, letters FROM folder_perm",
+              "account_id, guid, folder_id, name, asset_type FROM asset",
+              "account_id, sha, size, mime FROM blob"}) {
             const QStringList names = QString::fromLatin1(columns)
                                           .section(QLatin1String(" FROM "), 0, 0)
                                           .split(QLatin1String(", "));
@@ -139,7 +143,8 @@ void WorkspaceImportTest::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_database = std::make_unique<Database>(m_databases.fresh(postgres), Database::Missing::Create);
     Migrations(*m_database).migrate();
-    m_store = std::make_unique<Store>(*m_database, PasswordHasher::Cost::Minimal);
+    m_store = std::make_unique<Store>(*m_database, PasswordHasher::Cost::Minimal, systemClock(),
+                                      m_databases.folder() + QLatin1String("/files"));
 }
 
 void WorkspaceImportTest::cleanup()
@@ -152,7 +157,8 @@ void WorkspaceImportTest::cleanup()
 void WorkspaceImportTest::takesTheSampleWorkspaceIn()
 {
     QCOMPARE(summary(take(ZelTest::ServiceProcess::sampleWorkspace())),
-             QStringLiteral("accounts 2/0/0, people 3/0/0, project types 2/0/0, projects 40/0/0"));
+             QStringLiteral("accounts 2/0/0, people 3/0/0, project types 2/0/0, projects 40/0/0, "
+                            "folders 9/0/0, folder rights 5/0/0, assets 32/0/0"));
     const User maja =
         m_store->users.verify(QStringLiteral("maja"), QStringLiteral("sample-maja")).value();
     const User tomas =
@@ -185,7 +191,8 @@ void WorkspaceImportTest::changesNothingTheSecondTime()
     const QString before = dump();
     QVERIFY(before.size() > 5000);
     QCOMPARE(summary(take(ZelTest::ServiceProcess::sampleWorkspace())),
-             QStringLiteral("accounts 0/0/2, people 0/0/3, project types 0/0/2, projects 0/0/40"));
+             QStringLiteral("accounts 0/0/2, people 0/0/3, project types 0/0/2, projects 0/0/40, "
+                            "folders 0/0/9, folder rights 0/0/5, assets 0/0/32"));
     QCOMPARE(dump(), before);
 }
 
@@ -218,7 +225,8 @@ void WorkspaceImportTest::changesWhatDiffers()
     write(QStringLiteral("projects.csv"),
           QByteArray(csvHead) + QByteArray(csvRow).replace("true", "false"));
     QCOMPARE(summary(takeFolder()),
-             QStringLiteral("accounts 0/1/1, people 0/1/0, project types 0/1/0, projects 0/1/0"));
+             QStringLiteral("accounts 0/1/1, people 0/1/0, project types 0/1/0, projects 0/1/0, "
+                            "folders 0/0/0, folder rights 0/0/0, assets 0/0/0"));
     QCOMPARE(m_store->accounts.find(1)->name, QStringLiteral("Eins"));
     const User ann = m_store->users.verify(QStringLiteral("ann"), QStringLiteral("new")).value();
     QCOMPARE(ann.displayName, QStringLiteral("Anna"));
@@ -298,6 +306,33 @@ void WorkspaceImportTest::namesThePlaceOfEveryFault_data()
          "projects.csv:4:", "end");
     json("no UTF-8", "projects.csv", QByteArray(csvHead) + "\xff", "projects.csv:", "UTF-8");
     json("empty file", "projects.csv", "", "projects.csv:1:", "columns");
+    const auto folders = [&json](const char *name, const char *row, const char *word) {
+        json(name, "asset-folders.csv", QByteArray("account,folder\n") + row,
+             "asset-folders.csv:2:", word);
+    };
+    folders("folder without its parent", "1,A/B", "\"A\"");
+    folders("folder without a name", "1,A//B", "name of a folder");
+    folders("folder of an account nobody has", "9,A", "account 9");
+    const auto rights = [&json](const char *name, const char *row, const char *word) {
+        json(name, "asset-rights.csv", QByteArray("account,folder,user,letters\n") + row,
+             "asset-rights.csv:2:", word);
+    };
+    rights("unknown right", "1,,ann,X", "R, W and D");
+    rights("right of nobody", "1,,bob,R", "bob");
+    rights("right in no folder", "1,None,ann,R", "None");
+    const auto assets = [&json](const char *name, const QByteArray &from, const QByteArray &to,
+                                const char *word) {
+        json(name, "assets.csv",
+             QByteArray("account,guid,folder,name,description,file,created,createdBy\n"
+                        "1,00000000-0000-4000-8000-000000000009,,N,,accounts.json,"
+                        "2026-01-02T03:04:05Z,ann\n")
+                 .replace(from, to),
+             "assets.csv:2:", word);
+    };
+    assets("asset without its file", "accounts.json", "none.png", "none.png");
+    assets("asset in no folder", "9,,N", "9,None,N", "None");
+    assets("asset of nobody", "ann", "bob", "bob");
+    assets("asset without a time", "2026-01-02T03:04:05Z", "", "time");
     json("a file of another name", "project.csv", csvHead, "project.csv:", "none of");
 }
 

@@ -14,10 +14,12 @@ int importCommand(const QStringList &arguments)
     QCommandLineParser parser;
     addCostOption(parser);
     addFilesOption(parser);
-    parser.addPositionalArgument(QStringLiteral("files"),
-                                 QStringLiteral("Folders or files: accounts.json, people.json, "
-                                                "project-types.json, projects.csv."),
-                                 QStringLiteral("files..."));
+    parser.addPositionalArgument(
+        QStringLiteral("files"),
+        QStringLiteral("Folders or files: accounts.json, people.json, "
+                       "project-types.json, projects.csv, asset-folders.csv, "
+                       "asset-rights.csv, assets.csv."),
+        QStringLiteral("files..."));
     parseCommand(parser, QStringLiteral("import"),
                  QStringLiteral("Takes in a workspace: adds what is missing, changes what differs, "
                                 "all or nothing. A missing SQLite file is made."),

@@ -5,7 +5,12 @@
 #include "service/store/contenttype.h"
 #include "service/store/database.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QScopeGuard>
 #include <QUuid>
+
+#include <cerrno>
 
 namespace Zel {
 
@@ -212,6 +217,32 @@ Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
             m_blobs.dropPart(uploadId, i);
     }
     return outcome;
+}
+
+AssetFile Uploads::adopt(const QString &path, QString &assetType)
+{
+    constexpr qint64 pieceBytes = 256 * 1024;
+    QFile source(path);
+    if (!source.open(QIODevice::ReadOnly))
+        throw BlobError(QStringLiteral("open ") + path, ENOENT);
+    const QString id = newGuid();
+    const auto drop = qScopeGuard([&] { m_blobs.dropPart(id, 0); });
+    QString checksum;
+    qint64 size = 0;
+    {
+        BlobPart part(m_blobs.partPath(id, 0));
+        while (!source.atEnd()) {
+            const QByteArray piece = source.read(pieceBytes);
+            if (piece.isEmpty())
+                throw BlobError(QStringLiteral("read ") + path, EIO);
+            part.append(piece.constData(), piece.size());
+        }
+        size = part.size();
+        checksum = part.checksum();
+    }
+    AssetFile taken;
+    take(id, 0, {QFileInfo(path).fileName(), size}, checksum, taken, assetType);
+    return taken;
 }
 
 Uploads::Outcome Uploads::drop(const AssetUser &user, const QString &uploadId)

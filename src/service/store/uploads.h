@@ -68,6 +68,9 @@ public:
     /// Makes the asset; a second call says the same again. `checksums` are SHA-256, hexadecimal.
     Outcome commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums,
                    QString &guid);
+    /// Makes a blob of a file on this machine. Returns what it is; to be followed by a transaction
+    /// that stores a row for it while the caller holds a `BlobLock`.
+    AssetFile adopt(const QString &path, QString &assetType);
     /// Gives an upload up. One that has become an asset stays one.
     Outcome drop(const AssetUser &user, const QString &uploadId);
 

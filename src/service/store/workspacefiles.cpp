@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QSet>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 
 namespace Zel {
@@ -68,18 +70,30 @@ WorkspaceFiles WorkspaceFiles::read(const QStringList &paths)
 
 void WorkspaceFiles::readFile(const QString &path)
 {
+    struct Known
+    {
+        QLatin1String name;
+        void (WorkspaceFiles::*read)(const QString &);
+    };
+
+    static constexpr std::array known{
+        Known{QLatin1String("accounts.json"), &WorkspaceFiles::readAccounts},
+        Known{QLatin1String("people.json"), &WorkspaceFiles::readPeople},
+        Known{QLatin1String("project-types.json"), &WorkspaceFiles::readTypes},
+        Known{QLatin1String("projects.csv"), &WorkspaceFiles::readProjects},
+        Known{QLatin1String("asset-folders.csv"), &WorkspaceFiles::readFolders},
+        Known{QLatin1String("asset-rights.csv"), &WorkspaceFiles::readRights},
+        Known{QLatin1String("assets.csv"), &WorkspaceFiles::readAssets},
+    };
     const QString name = QFileInfo(path).fileName();
-    if (name == QLatin1String("accounts.json"))
-        readAccounts(path);
-    else if (name == QLatin1String("people.json"))
-        readPeople(path);
-    else if (name == QLatin1String("project-types.json"))
-        readTypes(path);
-    else if (name == QLatin1String("projects.csv"))
-        readProjects(path);
-    else
-        throw WorkspaceFileError({path, 0}, QStringLiteral("is none of accounts.json, people.json, "
-                                                           "project-types.json and projects.csv."));
+    for (const Known &one : known) {
+        if (name == one.name)
+            return (this->*one.read)(path);
+    }
+    throw WorkspaceFileError({path, 0},
+                             QStringLiteral("is none of accounts.json, people.json, "
+                                            "project-types.json, projects.csv, asset-folders.csv, "
+                                            "asset-rights.csv and assets.csv."));
 }
 
 void WorkspaceFiles::readAccounts(const QString &path)
@@ -157,6 +171,69 @@ void WorkspaceFiles::readProjects(const QString &path)
         record.expectNoMore();
         expectOnce(seen, QStringLiteral("%1/%2").arg(entry.accountId).arg(project.guid), record);
         projects << entry;
+    }
+}
+
+void WorkspaceFiles::readFolders(const QString &path)
+{
+    for (FileRecord &record : readCsvRecords(path)) {
+        FolderEntry entry;
+        entry.place = record.place;
+        entry.accountId = record.integer(QStringLiteral("account"), 1, largestAccountId);
+        entry.path = record.text(QStringLiteral("folder"), longestDescription);
+        record.expectNoMore();
+        const QStringList names = entry.path.split(QLatin1Char('/'));
+        for (const QString &name : names) {
+            if (!AssetFolders::isUsableName(name))
+                record.refuse(QStringLiteral("\"%1\" cannot be the name of a folder.").arg(name));
+        }
+        folders << entry;
+    }
+}
+
+void WorkspaceFiles::readRights(const QString &path)
+{
+    for (FileRecord &record : readCsvRecords(path)) {
+        RightEntry entry;
+        entry.place = record.place;
+        entry.accountId = record.integer(QStringLiteral("account"), 1, largestAccountId);
+        entry.path = record.textOrEmpty(QStringLiteral("folder"), longestDescription);
+        entry.login = record.text(QStringLiteral("user"), Users::longestLogin);
+        entry.letters = record.textOrEmpty(QStringLiteral("letters"), longestName);
+        record.expectNoMore();
+        for (const QChar letter : std::as_const(entry.letters)) {
+            if (!QStringLiteral("RWD").contains(letter) || entry.letters.count(letter) > 1)
+                record.refuse(QStringLiteral("\"letters\" must be some of R, W and D."));
+        }
+        rights << entry;
+    }
+}
+
+void WorkspaceFiles::readAssets(const QString &path)
+{
+    QSet<QString> seen;
+    for (FileRecord &record : readCsvRecords(path)) {
+        AssetEntry entry;
+        entry.place = record.place;
+        entry.accountId = record.integer(QStringLiteral("account"), 1, largestAccountId);
+        entry.asset.guid = record.guid(QStringLiteral("guid"));
+        entry.folder = record.textOrEmpty(QStringLiteral("folder"), longestDescription);
+        entry.asset.name = record.text(QStringLiteral("name"), Assets::longestName);
+        entry.asset.detail =
+            record.textOrEmpty(QStringLiteral("description"), Assets::longestDetail);
+        entry.file =
+            QFileInfo(path).dir().filePath(record.text(QStringLiteral("file"), longestDescription));
+        const auto created = record.timeOrEmpty(QStringLiteral("created"));
+        if (!created)
+            record.refuse(QStringLiteral("\"created\" must be a time."));
+        entry.asset.createdAt = *created;
+        entry.createdByLogin = record.text(QStringLiteral("createdBy"), Users::longestLogin);
+        record.expectNoMore();
+        if (!QFileInfo(entry.file).isReadable() || !QFileInfo(entry.file).isFile())
+            record.refuse(QStringLiteral("the file %1 cannot be read.").arg(entry.file));
+        expectOnce(seen, QStringLiteral("%1/%2").arg(entry.accountId).arg(entry.asset.guid),
+                   record);
+        assets << entry;
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "platform/core/export.h"
 #include "service/store/accounts.h"
+#include "service/store/assets.h"
 #include "service/store/projects.h"
 #include "service/store/workspacefileerror.h"
 
@@ -54,14 +55,44 @@ public:
         Project project;
     };
 
+    struct FolderEntry
+    {
+        FilePlace place;
+        qint64 accountId = 0;
+        QString path; ///< "Pictures/Logos"
+    };
+
+    struct RightEntry
+    {
+        FilePlace place;
+        qint64 accountId = 0;
+        QString path; ///< empty for the root
+        QString login;
+        QString letters;
+    };
+
+    struct AssetEntry
+    {
+        FilePlace place;
+        qint64 accountId = 0;
+        QString folder;
+        QString createdByLogin;
+        QString file; ///< where its bytes are
+        Asset asset;
+    };
+
     QList<AccountEntry> accounts;
     QList<PersonEntry> people;
     QList<TypeEntry> types;
     QList<ProjectEntry> projects;
+    QList<FolderEntry> folders;
+    QList<RightEntry> rights;
+    QList<AssetEntry> assets;
 
     /// Reads folders and files. A file is known by its name: accounts.json, people.json,
-    /// project-types.json, projects.csv. In a folder, Markdown and hidden files are passed over;
-    /// any other name throws `WorkspaceFileError`, as every fault in a file does.
+    /// project-types.json, projects.csv, asset-folders.csv, asset-rights.csv, assets.csv. In a
+    /// folder, Markdown and hidden files are passed over; any other name throws
+    /// `WorkspaceFileError`, as every fault in a file does.
     static WorkspaceFiles read(const QStringList &paths);
 
 private:
@@ -70,6 +101,9 @@ private:
     void readPeople(const QString &path);
     void readTypes(const QString &path);
     void readProjects(const QString &path);
+    void readFolders(const QString &path);
+    void readRights(const QString &path);
+    void readAssets(const QString &path);
 };
 
 } // namespace Zel

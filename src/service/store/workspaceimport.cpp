@@ -6,18 +6,29 @@
 
 #include <QHash>
 
+#include <algorithm>
+
 namespace Zel {
 
 namespace {
+
+/// A file whose bytes are stored already.
+struct NewFile
+{
+    AssetFile file;
+    QString assetType;
+};
 
 /// The work of one import inside its transaction; made anew when the transaction is repeated.
 class Importer
 {
 public:
-    Importer(Store &store, const WorkspaceFiles &files, const QHash<QString, QString> &newHashes)
+    Importer(Store &store, const WorkspaceFiles &files, const QHash<QString, QString> &newHashes,
+             const QHash<QString, NewFile> &newFiles)
         : m_store(store)
         , m_files(files)
         , m_newHashes(newHashes)
+        , m_newFiles(newFiles)
     {
     }
 
@@ -26,7 +37,10 @@ public:
         m_counts << count(QStringLiteral("accounts"), m_files.accounts, &Importer::takeAccount)
                  << count(QStringLiteral("people"), m_files.people, &Importer::takePerson)
                  << count(QStringLiteral("project types"), m_files.types, &Importer::takeType)
-                 << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject);
+                 << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject)
+                 << count(QStringLiteral("folders"), m_files.folders, &Importer::takeFolder)
+                 << count(QStringLiteral("folder rights"), m_files.rights, &Importer::takeRight)
+                 << count(QStringLiteral("assets"), m_files.assets, &Importer::takeAsset);
         return m_counts;
     }
 
@@ -155,9 +169,74 @@ private:
         return Outcome::Changed;
     }
 
+    qint64 expectFolder(qint64 accountId, const QString &path, const FilePlace &place)
+    {
+        expectAccount(accountId, place);
+        const auto folder = m_store.folders.findPath(accountId, path);
+        if (!folder)
+            throw WorkspaceFileError(
+                place, QStringLiteral("account %1 has no folder \"%2\".").arg(accountId).arg(path));
+        return *folder;
+    }
+
+    User expectUser(const QString &login, const FilePlace &place)
+    {
+        const auto user = m_store.users.find(login);
+        if (!user)
+            throw WorkspaceFileError(place, QStringLiteral("there is no user \"%1\".").arg(login));
+        return *user;
+    }
+
+    Outcome takeFolder(const WorkspaceFiles::FolderEntry &entry)
+    {
+        expectAccount(entry.accountId, entry.place);
+        if (m_store.folders.findPath(entry.accountId, entry.path))
+            return Outcome::Unchanged;
+        const qsizetype slash = entry.path.lastIndexOf(QLatin1Char('/'));
+        const qint64 parent = expectFolder(
+            entry.accountId, entry.path.left(std::max<qsizetype>(slash, 0)), entry.place);
+        qint64 folderId = 0;
+        if (m_store.folders.add(entry.accountId, parent, entry.path.mid(slash + 1), folderId) !=
+            AssetFolders::Outcome::Done)
+            throw WorkspaceFileError(entry.place,
+                                     QStringLiteral("the account can have no more folders."));
+        return Outcome::Added;
+    }
+
+    Outcome takeRight(const WorkspaceFiles::RightEntry &entry)
+    {
+        const qint64 folder = expectFolder(entry.accountId, entry.path, entry.place);
+        const User user = expectUser(entry.login, entry.place);
+        if (!m_store.accounts.role(entry.accountId, user.userId))
+            throw WorkspaceFileError(entry.place,
+                                     QStringLiteral("\"%1\" is no member of account %2.")
+                                         .arg(entry.login)
+                                         .arg(entry.accountId));
+        return m_store.folders.setLetters(entry.accountId, folder, user.userId, entry.letters)
+                   ? Outcome::Added
+                   : Outcome::Unchanged;
+    }
+
+    Outcome takeAsset(const WorkspaceFiles::AssetEntry &entry)
+    {
+        const qint64 folder = expectFolder(entry.accountId, entry.folder, entry.place);
+        const User user = expectUser(entry.createdByLogin, entry.place);
+        if (m_store.assets.isKnown(entry.accountId, entry.asset.guid))
+            return Outcome::Unchanged;
+        const NewFile file = m_newFiles.value(entry.file);
+        Asset asset = entry.asset;
+        asset.folderId = folder;
+        asset.createdById = user.userId;
+        asset.assetType = file.assetType;
+        m_store.assets.addBlob(entry.accountId, file.file);
+        m_store.assets.add(entry.accountId, asset, {file.file});
+        return Outcome::Added;
+    }
+
     Store &m_store;
     const WorkspaceFiles &m_files;
     const QHash<QString, QString> &m_newHashes;
+    const QHash<QString, NewFile> &m_newFiles;
     QList<ImportCount> m_counts;
 };
 
@@ -174,12 +253,30 @@ QHash<QString, QString> newHashes(Store &store, const WorkspaceFiles &files)
     return result;
 }
 
+/// Stores the bytes of the assets that are not there yet: rows must not come before them.
+QHash<QString, NewFile> newFiles(Store &store, const WorkspaceFiles &files)
+{
+    QHash<QString, NewFile> result;
+    for (const WorkspaceFiles::AssetEntry &entry : files.assets) {
+        if (store.assets.isKnown(entry.accountId, entry.asset.guid) || result.contains(entry.file))
+            continue;
+        NewFile taken;
+        taken.file = store.uploads.adopt(entry.file, taken.assetType);
+        result.insert(entry.file, taken);
+    }
+    return result;
+}
+
 } // namespace
 
 QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files)
 {
     const QHash<QString, QString> hashes = newHashes(store, files);
-    return store.database.tx([&] { return Importer(store, files, hashes).run(); });
+    std::optional<BlobLock> lock;
+    if (!files.assets.isEmpty())
+        lock.emplace(store.blobs.folder(), BlobLock::Mode::Store);
+    const QHash<QString, NewFile> stored = newFiles(store, files);
+    return store.database.tx([&] { return Importer(store, files, hashes, stored).run(); });
 }
 
 } // namespace Zel
