@@ -95,7 +95,7 @@ void ImageFetch::readHead()
 
 void ImageFetch::readBody()
 {
-    if (m_hasEnded)
+    if (m_hasEnded || !m_reply->isOpen())
         return;
     m_bytes += m_reply->readAll();
     if (m_bytes.size() > m_settings.limits.bytes)
