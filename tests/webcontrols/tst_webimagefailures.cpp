@@ -278,7 +278,5 @@ private slots:
     }
 };
 
-Q_DECLARE_METATYPE(PictureServer::Answer)
-
 ZEL_TEST_MAIN(TestWebImageFailures)
 #include "tst_webimagefailures.moc"
