@@ -4,6 +4,7 @@
 
 #include <QAccessibleWidget>
 #include <QSet>
+#include <QWidget>
 
 namespace ZelWebControls {
 

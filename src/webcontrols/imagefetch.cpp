@@ -34,7 +34,7 @@ ImageFetch::ImageFetch(const ImageJob &job, const ImageSettings &settings,
     });
 }
 
-QNetworkRequest ImageFetch::request() const
+QNetworkRequest ImageFetch::request(const QXSC::NetworkRoads::Road &road) const
 {
     QNetworkRequest request(m_job.url);
     request.setRawHeader("Accept", "image/*");
@@ -47,8 +47,11 @@ QNetworkRequest ImageFetch::request() const
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    if (road.tls)
+        request.setSslConfiguration(*road.tls);
     request.setTransferTimeout(milliseconds(m_settings.policy.inactivityLimit));
-    if (m_known && m_settings.cacheFolder.isEmpty()) {
+    // A manager with a folder asks on its own whether what is there has changed.
+    if (m_known && !road.manager->cache()) {
         if (!m_known->etag.isEmpty())
             request.setRawHeader("If-None-Match", m_known->etag);
         if (!m_known->lastModified.isEmpty())
@@ -67,10 +70,7 @@ void ImageFetch::begin(const QXSC::NetworkRoads::Road *road)
         });
         return;
     }
-    QNetworkRequest message = request();
-    if (road->tls)
-        message.setSslConfiguration(*road->tls);
-    m_reply = road->manager->get(message);
+    m_reply = road->manager->get(request(*road));
     m_reply->setParent(this);
     m_reply->setReadBufferSize(BufferBytes);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &ImageFetch::readHead);
@@ -95,7 +95,7 @@ void ImageFetch::readHead()
 
 void ImageFetch::readBody()
 {
-    if (m_hasEnded)
+    if (m_hasEnded || !m_reply->isOpen())
         return;
     m_bytes += m_reply->readAll();
     if (m_bytes.size() > m_settings.limits.bytes)

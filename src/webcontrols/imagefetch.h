@@ -49,7 +49,7 @@ signals:
     void ended(ZelWebControls::ImageFetch *fetch);
 
 private:
-    QNetworkRequest request() const;
+    QNetworkRequest request(const QXSC::NetworkRoads::Road &road) const;
     void readHead();
     void readBody();
     void readEnd();

@@ -23,6 +23,12 @@ void toScreenFormat(QImage &image)
                                                 : QImage::Format_RGB32);
 }
 
+/// Qt would write to the log for every picture that it cannot keep.
+bool isUsable(const QString &folder)
+{
+    return !folder.isEmpty() && QDir().mkpath(folder) && QFileInfo(folder).isWritable();
+}
+
 } // namespace
 
 ImageFetcher::ImageFetcher(const std::shared_ptr<ImageMemory> &memory, const Deliver &deliver)
@@ -57,7 +63,7 @@ const QXSC::NetworkRoads::Road *ImageFetcher::roadTo(const QUrl &url)
         m_roads = std::make_unique<QXSC::NetworkRoads>(m_managers.get());
     }
     const QXSC::NetworkRoads::Road *road = m_roads->to(url, m_settings.policy);
-    if (road && !m_settings.cacheFolder.isEmpty() && !road->manager->cache()) {
+    if (road && !road->manager->cache() && isUsable(m_settings.cacheFolder)) {
         auto *cache = new QNetworkDiskCache(road->manager);
         cache->setCacheDirectory(m_settings.cacheFolder);
         cache->setMaximumCacheSize(m_settings.cacheBytes);

@@ -42,9 +42,6 @@ void paintPicture(QPainter *painter, const QRect &place, const QPixmap &picture,
         size.scale(place.size(), Qt::KeepAspectRatio);
     QRectF target(QPointF(), size);
     target.moveCenter(QRectF(place).center());
-    // On whole pixels of the screen, or the picture would be blurred.
-    const qreal ratio = picture.devicePixelRatio();
-    target.moveTo(QPointF(qRound(target.x() * ratio), qRound(target.y() * ratio)) / ratio);
     painter->save();
     painter->setOpacity(painter->opacity() * opacity);
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
