@@ -197,7 +197,7 @@ private slots:
         QVERIFY(made->hasEventDate);
         QCOMPARE(made->eventDate, *project.eventDate);
         QCOMPARE(client.calls().last(),
-                 QStringLiteral("createProject(\"Launch\", \"webcast\", \"\")"));
+                 QStringLiteral("createProject(\"Launch\", \"webcast\", \"\", \"\")"));
         QCOMPARE(projectsOf(client)->count(), 2);
         QCOMPARE(projectsOf(client)->item(2), made);
         // What was answered before does not change under its reader.
