@@ -52,6 +52,7 @@ public:
     qint16 createdFolder = 0;
     QHash<qint16, QString> folderPermissions;
     QHash<QString, QString> assetValues;
+    QHash<QString, QString> assetAddresses;
     /// Percentages reported for each file of `CreateAsset`, in order.
     QList<qint32> uploadProgress{0, 50, 100};
 
@@ -91,6 +92,7 @@ public:
 
     QList<QXSC::ProjectType> projectTypes() override;
     QXSC::ProjectRecordPtr createProject(const QXSC::NewProject &project) override;
+    QString assetAddress(const QString &guid) override;
     void signOut() override;
 
 protected:
