@@ -166,10 +166,10 @@ Figures measureDecoding(const QString &folder, int count)
 Figures summary(const std::vector<Figures> &all)
 {
     const auto values = [&all](double Figures::*field) {
-        std::vector<double> values;
+        std::vector<double> column;
         for (const Figures &figures : all)
-            values.push_back(figures.*field);
-        return values;
+            column.push_back(figures.*field);
+        return column;
     };
     const std::vector<double> memory = values(&Figures::memory);
     return {medianOf(values(&Figures::usable)), medianOf(values(&Figures::complete)),
