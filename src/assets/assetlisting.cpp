@@ -12,6 +12,8 @@
 #include "platform/widgets/listview.h"
 #include "platform/widgets/messageboxes.h"
 #include "platform/widgets/treeview.h"
+#include "platform/widgets/yielding.h"
+#include "webcontrols/webimagelist.h"
 
 #include <QPushButton>
 #include <QScopeGuard>
@@ -19,6 +21,14 @@
 namespace ZelWebServiceControls {
 
 namespace {
+
+/// The longest a listing waits for thumbnails.
+constexpr std::chrono::seconds ThumbnailWait(3);
+
+QString thumbnailKey(qsizetype position)
+{
+    return QString::number(position);
+}
 
 bool has(const QString &permissions, char letter)
 {
@@ -51,23 +61,59 @@ bool AssetManager::listFolder(qint16 folderId)
     });
     QXSC::AssetCollectionPtr assets;
     client().GetFolderAssets(folderId, QString(), m_allowedFormats, 0, 0, assets);
-    if (!self)
+    if (!self || !showAssets(assets))
         return false;
-    showAssets(assets);
     m_parts->assetList->clearSelection();
     return true;
 }
 
-void AssetManager::showAssets(const QXSC::AssetCollectionPtr &assets)
+bool AssetManager::showAssets(const QXSC::AssetCollectionPtr &assets)
 {
     Zel::ListView &list = *m_parts->assetList;
     list.clear();
     list.setLargeImages({});
+    m_thumbnails->clear();
     if (!assets || assets->count() == 0)
-        return;
+        return true;
     requireCountable(*assets);
-    list.setLargeImages(AssetIcons::all());
-    list.setRows(std::make_shared<AssetRows>(assets));
+    requestThumbnails(*assets);
+    const auto rows = std::make_shared<AssetRows>(assets);
+    list.setRows(rows);
+    const auto haveArrived = [this] { return m_thumbnails->hasAllArrived(); };
+    if (!Zel::waitWhilePainting(this, ThumbnailWait, haveArrived))
+        return false;
+    // Somebody may have listed another folder while this one waited.
+    if (list.rows() != rows.get())
+        return true;
+    rows->attachLargeIcons([this](qsizetype row) {
+        const int index = m_thumbnails->indexOf(thumbnailKey(row + 1));
+        return index < ZelWebControls::WebImageList::Absent ? index : 0;
+    });
+    list.setLargeImages(m_thumbnails->images());
+    return true;
+}
+
+void AssetManager::requestThumbnails(const QXSC::AssetCollection &assets)
+{
+    const Zel::ListView &list = *m_parts->assetList;
+    const QList<QIcon> icons = AssetIcons::all();
+    m_thumbnails->setView(list.largeIconSize(), list.devicePixelRatioF());
+    for (qsizetype i = 1; i <= assets.count(); ++i) {
+        const QXSC::AssetRecord &asset = *assets.item(i);
+        if (asset.thumbnailUrl.startsWith(QLatin1String("http")))
+            m_thumbnails->addUrl(thumbnailKey(i), asset.thumbnailUrl);
+        else
+            m_thumbnails->addPicture(thumbnailKey(i),
+                                     icons.at(AssetIcons::indexOf(asset.assetType) - 1));
+    }
+}
+
+void AssetManager::repaintThumbnail(const QString &key)
+{
+    const Zel::ListView &list = *m_parts->assetList;
+    const bool areShown = !list.model()->largeImages().isEmpty();
+    if (areShown && list.viewMode() == Zel::ListView::ViewMode::Icon)
+        list.viewport()->update(list.cellRect(key.toInt() - 1));
 }
 
 void AssetManager::refreshButtonStates()

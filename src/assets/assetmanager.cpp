@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "assets/assetmanager.h"
 
+#include "assets/asseticons.h"
 #include "assets/assetmanagerparts.h"
 #include "platform/pictures/pictureloader.h"
 #include "platform/widgets/listview.h"
 #include "platform/widgets/messageboxes.h"
 #include "platform/widgets/treeview.h"
 #include "platform/widgets/twips.h"
+#include "webcontrols/webimagelist.h"
 
 #include <QAbstractItemModel>
 #include <QLineEdit>
@@ -20,7 +22,9 @@ namespace ZelWebServiceControls {
 AssetManager::AssetManager(QWidget *parent)
     : Control(parent)
     , m_parts(std::make_unique<AssetManagerParts>(this))
+    , m_thumbnails(std::make_unique<ZelWebControls::WebImageList>())
 {
+    m_thumbnails->setFailurePicture(AssetIcons::icon(QStringLiteral("Broken")));
     // A host's tab order takes part only when this control says that it takes the focus.
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_parts->assetFolderView);
@@ -50,6 +54,8 @@ void AssetManager::connectUser()
     onUser(parts.assetList, &Zel::ListView::lineClicked, &AssetManager::raiseAssetSelected);
     onUser(parts.assetList, &Zel::ListView::selectionChanged, &AssetManager::selectionChanged);
     onUser(parts.assetList, &Zel::ListView::columnClicked, &AssetManager::sortByColumn);
+    connect(m_thumbnails.get(), &ZelWebControls::WebImageList::arrived, this,
+            &AssetManager::repaintThumbnail);
     onUser(parts.thumbnailMode, &QPushButton::clicked, &AssetManager::showThumbnails);
     onUser(parts.listMode, &QPushButton::clicked, &AssetManager::showTable);
     onUser(parts.deleteAsset, &QPushButton::clicked, &AssetManager::deleteAssets);

@@ -10,6 +10,10 @@
 
 #include <memory>
 
+namespace ZelWebControls {
+class WebImageList;
+} // namespace ZelWebControls
+
 namespace ZelWebServiceControls {
 
 struct AssetManagerParts;
@@ -24,6 +28,9 @@ struct AssetManagerParts;
 /// Folders need "R" among their permissions to be shown; "W" enables making folders and assets in
 /// them, "D" deleting. A folder whose parent is not shown is left out. The service has the last
 /// word on rights.
+///
+/// Thumbnails come from `WebImageSource::shared()`. A listing waits for them for 3 s at the most,
+/// while windows are painted and may be closed; later ones appear when they arrive.
 ///
 /// Only files that can be read as pictures can be uploaded here, one at a time or as a batch of at
 /// most 328 (error 6 beyond, after 328 of them). Without a client, or after it is gone, whatever
@@ -73,7 +80,9 @@ private:
 
     // Listing
     [[nodiscard]] bool listFolder(qint16 folderId);
-    void showAssets(const QXSC::AssetCollectionPtr &assets);
+    [[nodiscard]] bool showAssets(const QXSC::AssetCollectionPtr &assets);
+    void requestThumbnails(const QXSC::AssetCollection &assets);
+    void repaintThumbnail(const QString &key);
     void refreshButtonStates();
     void selectionChanged();
     void raiseAssetSelected();
@@ -107,6 +116,7 @@ private:
     QString m_allowedFormats;
     FolderNamesPtr m_restrictedFolders;
     std::unique_ptr<AssetManagerParts> m_parts;
+    std::unique_ptr<ZelWebControls::WebImageList> m_thumbnails;
     bool m_listing = false;
     bool m_savingBatch = false;
 };

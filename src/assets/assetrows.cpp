@@ -56,7 +56,7 @@ int AssetRows::smallIcon(qsizetype row) const
 
 int AssetRows::largeIcon(qsizetype row) const
 {
-    return smallIcon(row);
+    return m_largeIcons.empty() ? 0 : m_largeIcons[static_cast<size_t>(row)];
 }
 
 bool AssetRows::sortValues(int column, std::span<qint64> out) const

@@ -5,6 +5,8 @@
 #include "common/contract/assetrecord.h"
 #include "platform/widgets/listrowprovider.h"
 
+#include <vector>
+
 namespace ZelWebServiceControls {
 
 /// The lines of an asset list, read from the records when they are seen or sorted.
@@ -21,6 +23,15 @@ public:
 
     explicit AssetRows(QXSC::AssetCollectionPtr assets);
 
+    /// Gives every line the large icon that `indexOf` answers for it; before, no line has one.
+    template <typename IndexOf>
+    void attachLargeIcons(const IndexOf &indexOf)
+    {
+        m_largeIcons.reserve(static_cast<size_t>(rowCount()));
+        for (qsizetype row = 0; row < rowCount(); ++row)
+            m_largeIcons.push_back(indexOf(row));
+    }
+
     qsizetype rowCount() const override;
     QString text(qsizetype row, int column) const override;
     QVariant tag(qsizetype row) const override;
@@ -32,6 +43,7 @@ private:
     const QXSC::AssetRecord &asset(qsizetype row) const { return *m_assets->item(row + 1); }
 
     QXSC::AssetCollectionPtr m_assets;
+    std::vector<int> m_largeIcons;
 };
 
 } // namespace ZelWebServiceControls

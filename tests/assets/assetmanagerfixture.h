@@ -46,6 +46,14 @@ inline QXSC::AssetRecord asset(const char *name, const char *type = "Image")
     return record;
 }
 
+/// The picture of a kind of assets.
+inline QImage typeIcon(const char *type, int size)
+{
+    return QIcon(QStringLiteral(":/zel/assets/icons/%1.svg").arg(QLatin1String(type)))
+        .pixmap(size)
+        .toImage();
+}
+
 /// An asset manager on a form, with the folders All Folders > (Art > Deep), Bare (id 1, 2, 3), and
 /// a trail of calls, events and errors.
 class AssetManagerFixture

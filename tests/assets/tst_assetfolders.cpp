@@ -113,6 +113,19 @@ private slots:
         QCOMPARE(ZelTest::errorNumber([&] { f.manager->Init(nullptr); }), 91);
     }
 
+    void failsWhenTheClientIsGone()
+    {
+        AssetManagerFixture f;
+        auto client = std::make_unique<ZelTest::RecordingClient>();
+        client->assetFolders = f.client.assetFolders;
+        f.manager->Init(client.get());
+        client.reset();
+        f.clickFolder(1);
+        QCOMPARE(f.trail, QStringList{"error 91"});
+        QVERIFY(f.tree().isEnabled());
+        QVERIFY(f.tree().contains(AssetManagerFixture::keyOf(2)));
+    }
+
     void listsTheClickedFolder()
     {
         AssetManagerFixture f;

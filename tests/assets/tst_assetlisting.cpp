@@ -34,7 +34,11 @@ private slots:
         QList<int> icons;
         for (int row = 0; row < 5; ++row)
             icons << f.list().smallIcon(row) << f.list().largeIcon(row);
-        QCOMPARE(icons, (QList<int>{1, 1, 6, 6, 10, 10, 10, 10, 10, 10}));
+        QCOMPARE(icons, (QList<int>{1, 1, 6, 2, 10, 3, 10, 4, 10, 5}));
+        const char *const shown[] = {"Image", "pdf", "Other", "Other", "Other"};
+        for (int row = 0; row < 5; ++row)
+            QCOMPARE(f.list().model()->largeImage(row).pixmap(48).toImage(),
+                     typeIcon(shown[row], 48));
     }
 
     void hasAHiddenPictureBoxForEveryType()

@@ -198,7 +198,7 @@ private slots:
         QVERIFY(f.trail.constFirst().startsWith("CreateAsset(\"a.png\""));
     }
 
-    void failsWithoutAClient()
+    void failsWithoutASelectedFolder()
     {
         AssetManagerFixture f;
         openBatch(f, {"/x/a.png"});

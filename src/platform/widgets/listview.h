@@ -112,6 +112,8 @@ public:
     /// Size of the large icons in device-independent pixels; 48 x 48 unless set.
     void setLargeIconSize(const QSize &size);
 
+    QSize largeIconSize() const { return m_largeIconSize; }
+
     bool checkBoxes() const;
     void setCheckBoxes(bool shown);
     bool isChecked(qsizetype row) const;
