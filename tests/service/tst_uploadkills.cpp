@@ -11,7 +11,6 @@
 #include <QRandomGenerator>
 #include <QSet>
 #include <QTest>
-#include <QUrl>
 
 #include <chrono>
 #include <csignal>
@@ -72,7 +71,7 @@ void UploadKillsTest::signIn()
 /// An asset whose name is the checksum of its bytes; false when the service went away.
 bool UploadKillsTest::uploadOne(QRandomGenerator &random)
 {
-    QByteArray bytes(random.bounded(200'000), Qt::Uninitialized);
+    QByteArray bytes(random.bounded(1, 200'000), Qt::Uninitialized);
     for (char &byte : bytes)
         byte = static_cast<char>(random.generate());
     const QByteArray sha = hash(bytes);
@@ -108,12 +107,11 @@ void UploadKillsTest::verify()
     for (const QJsonValue &row : rows) {
         const QString guid = row.toArray().at(0).toString();
         listed.insert(guid);
-        const QUrl address(call("GET", "/v1/assets/" + guid.toLatin1() + "/value")
-                               .json()
-                               .value(QLatin1String("value"))
-                               .toString());
-        const HttpReply reply =
-            call("GET", address.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority));
+        const QString address = call("GET", "/v1/assets/" + guid.toLatin1() + "/value")
+                                    .json()
+                                    .value(QLatin1String("value"))
+                                    .toString();
+        const HttpReply reply = call("GET", address.toLatin1());
         QCOMPARE(reply.status, 200);
         QCOMPARE(QString::fromLatin1(hash(reply.body)), row.toArray().at(1).toString());
     }

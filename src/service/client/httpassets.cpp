@@ -39,6 +39,17 @@ bool isTransient(const ServiceError &error)
     return error.isTransient() || error.code() == QLatin1String("busy");
 }
 
+/// The same error, with the name of the file in its sentence: what a person has to know of many.
+ServiceError about(const UploadFile &file, const ServiceError &error)
+{
+    if (error.description().contains(file.name()))
+        return error;
+    return ServiceError(
+        error.kind(),
+        HttpServiceClient::tr("\"%1\" was not uploaded. %2").arg(file.name(), error.description()),
+        error.code(), error.details());
+}
+
 } // namespace
 
 AssetFolderCollectionPtr HttpServiceClient::GetAssetFolders(qint16 parentId)
@@ -127,16 +138,29 @@ QString HttpServiceClient::CreateAsset(const QString &name, const QString &descr
                                                  {QStringLiteral("detail"), description},
                                                  {QStringLiteral("folderId"), folderId},
                                                  {QStringLiteral("files"), list}}));
-    const UploadTicket ticket = readAnswer(request, *ask(request), readUploadTicket);
+    const UploadFile *current = open.front().get();
+    try {
+        const UploadTicket ticket = readAnswer(request, *ask(request), readUploadTicket);
+        return sendUpload(ticket, open, current);
+    } catch (const ServiceError &error) {
+        throw about(*current, error);
+    }
+}
+
+QString HttpServiceClient::sendUpload(const UploadTicket &ticket,
+                                      const std::vector<std::unique_ptr<UploadFile>> &files,
+                                      const UploadFile *&current)
+{
     const QPointer<HttpServiceClient> self(this);
     try {
         QJsonArray checksums;
-        for (std::size_t i = 0; i < open.size(); ++i) {
-            sendFile(ticket, static_cast<int>(i), *open[i]);
-            checksums.append(QString::fromLatin1(open[i]->checksum()));
-            reportProgress(100, open[i]->path());
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            current = files[i].get();
+            sendFile(ticket, static_cast<int>(i), *files[i]);
+            checksums.append(QString::fromLatin1(files[i]->checksum()));
+            reportProgress(100, files[i]->path());
         }
-        return commitUpload(ticket, checksums, open);
+        return commitUpload(ticket, checksums, files);
     } catch (...) {
         if (self)
             dropUpload(ticket);

@@ -41,6 +41,8 @@ UploadFile::UploadFile(const QString &path)
     if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         refuse(Texts::tr("The file \"%1\" cannot be read: %2.").arg(shown, m_file.errorString()));
     m_size = m_file.size();
+    if (m_size == 0)
+        refuse(Texts::tr("The file \"%1\" is empty. There is nothing to upload.").arg(shown));
     m_modified = info.lastModified();
 }
 

@@ -130,6 +130,7 @@ Uploads::Outcome Uploads::open(const AssetUser &user, const QString &uploadId, q
     const auto known = find(user, uploadId);
     if (!known || !known->guid.isEmpty() || position < 0 || position >= known->upload.files.size())
         return Outcome::NotFound;
+    part.name = known->upload.files.at(position).name;
     part.size = known->upload.files.at(position).size;
     part.part = std::make_unique<BlobPart>(m_blobs.partPath(uploadId, position));
     if (!part.part->isOpen())
@@ -163,19 +164,18 @@ Uploads::Outcome Uploads::take(const QString &uploadId, qint64 position,
     return Outcome::Done;
 }
 
-Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
-                                 const QStringList &checksums, QString &guid)
+Uploads::Commit Uploads::commit(const AssetUser &user, const QString &uploadId,
+                                const QStringList &checksums)
 {
     const auto known = find(user, uploadId);
     if (!known)
-        return Outcome::NotFound;
-    guid = known->guid;
-    if (!guid.isEmpty())
-        return Outcome::Done;
+        return {Outcome::NotFound, {}, {}};
+    if (!known->guid.isEmpty())
+        return {Outcome::Done, known->guid, {}};
     if (!mayWrite(user, known->upload.folderId))
-        return Outcome::NotAllowed;
+        return {Outcome::NotAllowed, {}, {}};
     if (checksums.size() != known->upload.files.size())
-        return Outcome::Checksum;
+        return {Outcome::Checksum, {}, known->upload.files.constFirst().name};
 
     // Bytes first: when the row is there, so are they.
     const BlobLock lock(m_blobs.folder(), BlobLock::Mode::Store);
@@ -186,7 +186,7 @@ Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
         const Outcome outcome =
             take(uploadId, i, known->upload.files.at(i), checksums.at(i), file, asset.assetType);
         if (outcome != Outcome::Done)
-            return outcome;
+            return {outcome, {}, known->upload.files.at(i).name};
         files.append(file);
     }
     asset.folderId = known->upload.folderId;
@@ -194,6 +194,7 @@ Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
     asset.detail = known->upload.detail;
     asset.createdById = user.userId;
     const QString fresh = newGuid();
+    QString guid;
     const Outcome outcome = m_database.tx([&] {
         const auto now = find(user, uploadId);
         if (!now)
@@ -216,7 +217,7 @@ Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
         for (qsizetype i = 0; i < checksums.size(); ++i)
             m_blobs.dropPart(uploadId, i);
     }
-    return outcome;
+    return {outcome, guid, {}};
 }
 
 AssetFile Uploads::adopt(const QString &path, QString &assetType)

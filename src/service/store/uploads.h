@@ -55,8 +55,17 @@ public:
     struct Part
     {
         std::unique_ptr<BlobPart> part;
+        QString name; ///< of the file, also when it cannot be opened
         qint64 received = 0;
         qint64 size = 0; ///< of the whole file
+    };
+
+    /// What has become of an upload.
+    struct Commit
+    {
+        Outcome outcome = Outcome::Done;
+        QString guid; ///< of the asset
+        QString file; ///< the name of the one that is to blame
     };
 
     Uploads(Database &database, AssetFolders &folders, Assets &assets, BlobStore &blobs,
@@ -66,8 +75,7 @@ public:
     /// Opens a file of an upload of that person; `position` from 0.
     Outcome open(const AssetUser &user, const QString &uploadId, qint64 position, Part &part);
     /// Makes the asset; a second call says the same again. `checksums` are SHA-256, hexadecimal.
-    Outcome commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums,
-                   QString &guid);
+    Commit commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums);
     /// Makes a blob of a file on this machine. Returns what it is; to be followed by a transaction
     /// that stores a row for it while the caller holds a `BlobLock`.
     AssetFile adopt(const QString &path, QString &assetType);
