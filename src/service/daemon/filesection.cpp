@@ -46,6 +46,16 @@ std::optional<Section> sectionOf(const QByteArray &range, qint64 size)
     return Section{*first, last ? std::min(*last, size - 1) : size - 1};
 }
 
+/// Whether a list of tags, weak ones among them, or "*", names this one (RFC 9110, 13.1.2).
+bool names(const QByteArray &list, const QByteArray &quoted)
+{
+    const QByteArrayList tags = list.split(',');
+    return std::any_of(tags.begin(), tags.end(), [&quoted](const QByteArray &item) {
+        const QByteArray tag = item.trimmed();
+        return tag == "*" || tag == quoted || tag == "W/" + quoted;
+    });
+}
+
 } // namespace
 
 HttpResponse fileResponse(const HttpRequest &request, const QString &path, const QByteArray &tag,
@@ -62,7 +72,7 @@ HttpResponse fileResponse(const HttpRequest &request, const QString &path, const
                         {"Accept-Ranges", "bytes"},
                         // What people upload must not act as a page of this service.
                         {"Content-Security-Policy", "default-src 'none'; sandbox"}};
-    if (request.header("If-None-Match") == quoted) {
+    if (names(request.header("If-None-Match"), quoted)) {
         response.status = 304;
         return response;
     }

@@ -3,13 +3,11 @@
 #include "service/store/blobstore.h"
 
 #include <QCryptographicHash>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStorageInfo>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -25,9 +23,6 @@ namespace {
 
 constexpr qsizetype readBytes = 256 * 1024;
 
-/// Sizes of thumbnails; also their names.
-constexpr std::array thumbnailSizes{64, 128, 256};
-
 void syncFolder(const QString &path)
 {
     const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY);
@@ -38,6 +33,21 @@ void syncFolder(const QString &path)
     ::close(handle);
     if (result != 0)
         throw BlobError(QStringLiteral("write out folder ") + path, error);
+}
+
+/// Makes a folder, with those it lies in, for its owner alone.
+void makeFolder(const QString &path)
+{
+    if (QFileInfo(path).isDir())
+        return;
+    QStringList made;
+    for (QString at = path; !QFileInfo(at).isDir(); at = QFileInfo(at).path())
+        made.prepend(at);
+    for (const QString &folder : std::as_const(made)) {
+        if (::mkdir(QFile::encodeName(folder).constData(), 0700) != 0 && errno != EEXIST)
+            throw BlobError(QStringLiteral("make folder ") + folder, errno);
+        syncFolder(QFileInfo(folder).path());
+    }
 }
 
 } // namespace
@@ -60,8 +70,11 @@ BlobPart::BlobPart(const QString &path)
         throw BlobError(QStringLiteral("open ") + path, errno);
     if (::flock(m_handle, LOCK_EX | LOCK_NB) == 0)
         return;
+    const int error = errno;
     ::close(m_handle);
     m_handle = -1;
+    if (error != EWOULDBLOCK)
+        throw BlobError(QStringLiteral("lock ") + path, error);
 }
 
 BlobPart::~BlobPart()
@@ -118,7 +131,7 @@ void BlobPart::sync()
 
 BlobLock::BlobLock(const QString &folder, Mode mode)
 {
-    QDir().mkpath(folder);
+    makeFolder(folder);
     const QString path = folder + QLatin1String("/lock");
     m_handle = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (m_handle < 0)
@@ -140,20 +153,6 @@ BlobLock::~BlobLock()
 BlobStore::BlobStore(const QString &folder)
     : m_folder(folder)
 {
-}
-
-void BlobStore::makeFolder(const QString &path)
-{
-    if (QFileInfo(path).isDir())
-        return;
-    QStringList made;
-    for (QString at = path; !QFileInfo(at).isDir(); at = QFileInfo(at).path())
-        made.prepend(at);
-    for (const QString &folder : std::as_const(made)) {
-        if (::mkdir(QFile::encodeName(folder).constData(), 0700) != 0 && errno != EEXIST)
-            throw BlobError(QStringLiteral("make folder ") + folder, errno);
-        syncFolder(QFileInfo(folder).path());
-    }
 }
 
 QString BlobStore::partPath(const QString &uploadId, qint64 position)
@@ -217,6 +216,8 @@ void BlobStore::writeWhole(const QString &path, const QByteArray &bytes)
 
 qint64 BlobStore::room()
 {
+    if (m_roomMeter)
+        return m_roomMeter();
     makeFolder(m_folder);
     const qint64 room = QStorageInfo(m_folder).bytesAvailable();
     return room < 0 ? std::numeric_limits<qint64>::max() : room;

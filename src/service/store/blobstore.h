@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <array>
+#include <functional>
 #include <stdexcept>
 
 namespace Zel {
@@ -74,6 +76,9 @@ private:
 class ZEL_EXPORT BlobStore
 {
 public:
+    /// Pixels along the longer edge of the thumbnails of a blob, the largest first.
+    static constexpr std::array thumbnailSizes{256, 128, 64};
+
     explicit BlobStore(const QString &folder);
 
     const QString &folder() const { return m_folder; }
@@ -94,13 +99,14 @@ public:
     /// Writes a file as a whole: under another name first.
     void writeWhole(const QString &path, const QByteArray &bytes);
 
-    /// Bytes that can still be stored.
+    /// Bytes that can still be stored: what the disk has, unless something else tells.
     qint64 room();
 
-private:
-    void makeFolder(const QString &path);
+    void setRoomMeter(const std::function<qint64()> &meter) { m_roomMeter = meter; }
 
+private:
     QString m_folder;
+    std::function<qint64()> m_roomMeter;
 };
 
 } // namespace Zel

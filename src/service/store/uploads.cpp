@@ -44,6 +44,10 @@ const SqlText listExpired(R"sql(
     SELECT upload_id FROM upload WHERE account_id = $1 AND expires_at <= $2
 )sql");
 
+const SqlText listAccounts(R"sql(
+    SELECT account_id FROM account
+)sql");
+
 const SqlText dropUploadFiles(R"sql(
     DELETE FROM upload_file WHERE account_id = $1 AND upload_id = $2
 )sql");
@@ -60,11 +64,12 @@ QString newGuid()
 } // namespace
 
 Uploads::Uploads(Database &database, AssetFolders &folders, Assets &assets, BlobStore &blobs,
-                 const Clock &clock)
+                 Thumbnails &thumbnails, const Clock &clock)
     : m_database(database)
     , m_folders(folders)
     , m_assets(assets)
     , m_blobs(blobs)
+    , m_thumbnails(thumbnails)
     , m_clock(clock)
 {
 }
@@ -158,7 +163,7 @@ Uploads::Outcome Uploads::take(const QString &uploadId, qint64 position,
     const ContentType type = contentTypeOf(m_blobs.blobPath(checksum), file.name);
     taken = {file.name, checksum, type.mime, file.size, false};
     if (type.assetType == QLatin1String("Image"))
-        taken.thumbnail = Thumbnails(m_blobs).make(checksum);
+        taken.thumbnail = m_thumbnails.make(checksum);
     if (position == 0)
         assetType = type.assetType;
     return Outcome::Done;
@@ -265,6 +270,14 @@ void Uploads::forget(qint64 accountId, const QString &uploadId)
     });
     for (qsizetype i = 0; i < count; ++i)
         m_blobs.dropPart(uploadId, i);
+}
+
+void Uploads::forgetExpired()
+{
+    const QList<qint64> accounts =
+        m_database.rows(listAccounts, {}, [](const SqlRow &row) { return row.integer(0); });
+    for (const qint64 account : accounts)
+        forgetExpired(account);
 }
 
 void Uploads::forgetExpired(qint64 accountId)

@@ -69,7 +69,7 @@ public:
     };
 
     Uploads(Database &database, AssetFolders &folders, Assets &assets, BlobStore &blobs,
-            const Clock &clock);
+            Thumbnails &thumbnails, const Clock &clock);
 
     Outcome reserve(const AssetUser &user, const NewUpload &upload, QString &uploadId);
     /// Opens a file of an upload of that person; `position` from 0.
@@ -79,6 +79,9 @@ public:
     /// Makes a blob of a file on this machine. Returns what it is; to be followed by a transaction
     /// that stores a row for it while the caller holds a `BlobLock`.
     AssetFile adopt(const QString &path, QString &assetType);
+    /// Forgets the uploads of all accounts that were not finished in time. Each account's own go
+    /// when it begins another one.
+    void forgetExpired();
     /// Gives an upload up. One that has become an asset stays one.
     Outcome drop(const AssetUser &user, const QString &uploadId);
 
@@ -100,6 +103,7 @@ private:
     AssetFolders &m_folders;
     Assets &m_assets;
     BlobStore &m_blobs;
+    Thumbnails &m_thumbnails;
     Clock m_clock;
 };
 
