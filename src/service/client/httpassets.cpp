@@ -172,14 +172,15 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
 {
     const QByteArray path = "/v1/uploads/" + ticket.id + "/files/" + QByteArray::number(position);
     const qint64 piece = std::min(ticket.chunk, std::max(leastPiece, file.size() / piecesPerFile));
+    ReadAhead pieces(file, piece);
     qint64 offset = 0;
     std::size_t failures = 0;
     bool isAsking = false;
     int shown = -1;
     while (offset < file.size()) {
-        // Never as a whole in memory: one piece is read, sent and let go of. After a failure one
+        // Never as a whole in memory: one piece is sent and the next one read. After a failure one
         // without bytes asks how far the service has got.
-        const QByteArray bytes = isAsking ? QByteArray() : file.read(offset, piece);
+        const QByteArray bytes = isAsking ? QByteArray() : pieces.piece(offset);
         try {
             const qint64 received = sendPiece(path, offset, bytes);
             if (received > offset)

@@ -93,9 +93,19 @@ QString shownFiles(const NewUpload &upload)
 class ChunkSink : public BodySink
 {
 public:
-    explicit ChunkSink(Uploads::Part part)
-        : m_part(std::move(part))
+    ChunkSink(Uploads &uploads, const QString &uploadId, qint64 position, Uploads::Part part)
+        : m_uploads(uploads)
+        , m_uploadId(uploadId)
+        , m_position(position)
+        , m_part(std::move(part))
     {
+    }
+
+    /// Also when the client went away in the middle: it goes on behind what has come.
+    ~ChunkSink() override
+    {
+        if (m_part.part)
+            m_uploads.close(m_uploadId, m_position, m_part);
     }
 
     std::optional<HttpResponse> take(QByteArrayView piece) override
@@ -110,12 +120,17 @@ public:
 
     HttpResponse finish() override
     {
+        // Before the answer, which the next piece may follow at once.
+        m_uploads.close(m_uploadId, m_position, m_part);
         JsonWriter json;
         json.beginObject().key("received").integer(m_part.received).endObject();
         return jsonResponse(json.json());
     }
 
 private:
+    Uploads &m_uploads;
+    QString m_uploadId;
+    qint64 m_position;
     Uploads::Part m_part;
 };
 
@@ -151,7 +166,8 @@ std::shared_ptr<BodySink> takeUploadChunk(const Call &call)
         throw Problem(409, QByteArrayLiteral("offset"),
                       QStringLiteral("\"%1\" has arrived up to another place.").arg(part.name))
             .with(QStringLiteral("received"), part.received);
-    return std::make_shared<ChunkSink>(std::move(part));
+    return std::make_shared<ChunkSink>(call.store.uploads, call.parameters.first(), position,
+                                       std::move(part));
 }
 
 HttpResponse commitUpload(const Call &call)
@@ -159,7 +175,7 @@ HttpResponse commitUpload(const Call &call)
     JsonFields fields(call.request.body);
     const QJsonArray list = fields.list(QStringLiteral("checksums"));
     fields.expectNoMore();
-    static const QRegularExpression form(QStringLiteral("^[0-9a-f]{64}$"));
+    static const QRegularExpression form(QStringLiteral("\\A[0-9a-f]{64}\\z"));
     QStringList checksums;
     for (const QJsonValue &value : list) {
         if (!form.match(value.toString()).hasMatch())

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/blobstore.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -62,33 +61,31 @@ BlobError::BlobError(const QString &doing, int systemError)
 
 BlobError::~BlobError() = default;
 
-BlobPart::BlobPart(const QString &path)
+BlobPart::BlobPart(const QString &path, PartProgress progress)
     : m_handle(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC,
                       0600))
 {
     if (m_handle < 0)
         throw BlobError(QStringLiteral("open ") + path, errno);
-    if (::flock(m_handle, LOCK_EX | LOCK_NB) == 0)
+    struct stat info = {};
+    if (::flock(m_handle, LOCK_EX | LOCK_NB) != 0 || ::fstat(m_handle, &info) != 0) {
+        const int error = errno;
+        ::close(m_handle);
+        m_handle = -1;
+        if (error != EWOULDBLOCK)
+            throw BlobError(QStringLiteral("lock ") + path, error);
         return;
-    const int error = errno;
-    ::close(m_handle);
-    m_handle = -1;
-    if (error != EWOULDBLOCK)
-        throw BlobError(QStringLiteral("lock ") + path, error);
+    }
+    m_size = info.st_size;
+    if (progress.file == info.st_ino && progress.hashed <= m_size)
+        m_progress = std::move(progress);
+    m_progress.file = info.st_ino;
 }
 
 BlobPart::~BlobPart()
 {
     if (m_handle >= 0)
         ::close(m_handle);
-}
-
-qint64 BlobPart::size() const
-{
-    struct stat info = {};
-    if (::fstat(m_handle, &info) != 0)
-        throw BlobError(QStringLiteral("ask for the size of a part"), errno);
-    return info.st_size;
 }
 
 void BlobPart::append(const char *data, qint64 count)
@@ -99,27 +96,37 @@ void BlobPart::append(const char *data, qint64 count)
             continue;
         if (written < 0)
             throw BlobError(QStringLiteral("write a part"), errno);
+        if (m_progress.hashed == m_size) {
+            m_progress.checksum.add(data, static_cast<std::size_t>(written));
+            m_progress.hashed += written;
+        }
+        m_size += written;
         data += written;
         count -= written;
     }
 }
 
-QString BlobPart::checksum() const
+void BlobPart::beginSync()
 {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    QByteArray buffer(readBytes, Qt::Uninitialized);
-    qint64 at = 0;
+    // Only a hint: whether it worked shows in `sync`.
+    ::sync_file_range(m_handle, 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
+QString BlobPart::checksum()
+{
+    QByteArray buffer;
     for (;;) {
-        const ssize_t count =
-            ::pread(m_handle, buffer.data(), static_cast<std::size_t>(buffer.size()), at);
+        buffer.resize(readBytes);
+        const ssize_t count = ::pread(m_handle, buffer.data(),
+                                      static_cast<std::size_t>(buffer.size()), m_progress.hashed);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
             throw BlobError(QStringLiteral("read a part"), errno);
         if (count == 0)
-            return QString::fromLatin1(hash.result().toHex());
-        hash.addData(QByteArrayView(buffer).first(count));
-        at += count;
+            return QString::fromLatin1(m_progress.checksum.hex());
+        m_progress.checksum.add(buffer.constData(), static_cast<std::size_t>(count));
+        m_progress.hashed += count;
     }
 }
 

@@ -137,11 +137,45 @@ Uploads::Outcome Uploads::open(const AssetUser &user, const QString &uploadId, q
         return Outcome::NotFound;
     part.name = known->upload.files.at(position).name;
     part.size = known->upload.files.at(position).size;
-    part.part = std::make_unique<BlobPart>(m_blobs.partPath(uploadId, position));
+    part.part = std::make_unique<BlobPart>(m_blobs.partPath(uploadId, position),
+                                           takeProgress(uploadId, position));
     if (!part.part->isOpen())
         return Outcome::Busy;
     part.received = part.part->size();
     return Outcome::Done;
+}
+
+void Uploads::close(const QString &uploadId, qint64 position, Part &part)
+{
+    part.part->beginSync();
+    // Before the lock ends with the part, so that the next one finds it.
+    keepProgress(uploadId, position, part.part->takeProgress());
+    part.part.reset();
+}
+
+PartProgress Uploads::takeProgress(const QString &uploadId, qint64 position)
+{
+    const std::lock_guard lock(m_mutex);
+    auto node = m_progress.extract({uploadId, position});
+    return node ? std::move(node.mapped()) : PartProgress();
+}
+
+void Uploads::keepProgress(const QString &uploadId, qint64 position, PartProgress progress)
+{
+    // What is let go of is only read again.
+    constexpr std::size_t mostKept = 256;
+    const std::lock_guard lock(m_mutex);
+    if (m_progress.size() >= mostKept)
+        m_progress.erase(m_progress.begin());
+    m_progress.insert_or_assign({uploadId, position}, std::move(progress));
+}
+
+void Uploads::dropParts(const QString &uploadId, qsizetype count)
+{
+    for (qsizetype i = 0; i < count; ++i) {
+        takeProgress(uploadId, i);
+        m_blobs.dropPart(uploadId, i);
+    }
 }
 
 /// Checks one file that has arrived and makes a blob of it.
@@ -150,11 +184,13 @@ Uploads::Outcome Uploads::take(const QString &uploadId, qint64 position,
                                AssetFile &taken, QString &assetType)
 {
     const QString path = m_blobs.partPath(uploadId, position);
-    BlobPart part(path);
+    BlobPart part(path, takeProgress(uploadId, position));
     if (!part.isOpen())
         return Outcome::Busy;
-    if (part.size() != file.size)
+    if (part.size() != file.size) {
+        keepProgress(uploadId, position, part.takeProgress());
         return Outcome::Incomplete;
+    }
     if (part.checksum() != checksum) {
         m_blobs.dropPart(uploadId, position);
         return Outcome::Checksum;
@@ -218,10 +254,8 @@ Uploads::Commit Uploads::commit(const AssetUser &user, const QString &uploadId,
         m_database.exec(noteGuid, {user.accountId, uploadId, fresh});
         return Outcome::Done;
     });
-    if (outcome == Outcome::Done) {
-        for (qsizetype i = 0; i < checksums.size(); ++i)
-            m_blobs.dropPart(uploadId, i);
-    }
+    if (outcome == Outcome::Done)
+        dropParts(uploadId, checksums.size());
     return {outcome, guid, {}};
 }
 
@@ -268,8 +302,7 @@ void Uploads::forget(qint64 accountId, const QString &uploadId)
         m_database.exec(dropUpload, {accountId, uploadId});
         return files.size();
     });
-    for (qsizetype i = 0; i < count; ++i)
-        m_blobs.dropPart(uploadId, i);
+    dropParts(uploadId, count);
 }
 
 void Uploads::forgetExpired()

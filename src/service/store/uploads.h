@@ -6,7 +6,10 @@
 #include "service/store/assets.h"
 #include "service/store/thumbnails.h"
 
+#include <map>
 #include <memory>
+#include <mutex>
+#include <utility>
 
 namespace Zel {
 
@@ -74,6 +77,8 @@ public:
     Outcome reserve(const AssetUser &user, const NewUpload &upload, QString &uploadId);
     /// Opens a file of an upload of that person; `position` from 0.
     Outcome open(const AssetUser &user, const QString &uploadId, qint64 position, Part &part);
+    /// Takes back, and closes, a file that was opened.
+    void close(const QString &uploadId, qint64 position, Part &part);
     /// Makes the asset; a second call says the same again. `checksums` are SHA-256, hexadecimal.
     Commit commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums);
     /// Makes a blob of a file on this machine. Returns what it is; to be followed by a transaction
@@ -97,6 +102,9 @@ private:
                  const QString &checksum, AssetFile &taken, QString &assetType);
     bool mayWrite(const AssetUser &user, qint64 folderId);
     void forget(qint64 accountId, const QString &uploadId);
+    void dropParts(const QString &uploadId, qsizetype count);
+    PartProgress takeProgress(const QString &uploadId, qint64 position);
+    void keepProgress(const QString &uploadId, qint64 position, PartProgress progress);
     void forgetExpired(qint64 accountId);
 
     Database &m_database;
@@ -105,6 +113,8 @@ private:
     BlobStore &m_blobs;
     Thumbnails &m_thumbnails;
     Clock m_clock;
+    std::mutex m_mutex;
+    std::map<std::pair<QString, qint64>, PartProgress> m_progress;
 };
 
 } // namespace Zel
