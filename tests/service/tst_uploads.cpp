@@ -70,11 +70,15 @@ private slots:
     void init()
     {
         TestCase::init();
-        m_api = std::make_unique<ApiFixture>(m_databases.fresh(false));
+        // One service for all rows of a function.
+        if (m_function != QTest::currentTestFunction()) {
+            m_api = std::make_unique<ApiFixture>(m_databases.fresh(false));
+            m_function = QTest::currentTestFunction();
+        }
         m_token = m_api->token(maja, harbour);
     }
 
-    void cleanup() { m_api.reset(); }
+    void cleanupTestCase() { m_api.reset(); }
 
     void refusesWhatIsNoUpload_data();
     void refusesWhatIsNoUpload();
@@ -172,6 +176,7 @@ private:
 
     TestDatabases m_databases;
     std::unique_ptr<ApiFixture> m_api;
+    QByteArray m_function;
     QString m_token;
 };
 

@@ -6,6 +6,7 @@
 #include "service/daemon/jsonwriter.h"
 
 #include <QRegularExpression>
+#include <QScopeGuard>
 
 #include <limits>
 
@@ -102,32 +103,37 @@ public:
     }
 
     /// Also when the client went away in the middle: it goes on behind what has come.
-    ~ChunkSink() override
-    {
-        if (m_part.part)
-            m_uploads.close(m_uploadId, m_position, m_part);
-    }
+    ~ChunkSink() override { close(); }
 
     std::optional<HttpResponse> take(QByteArrayView piece) override
     {
+        // Before a refusal is answered, as below.
+        auto closing = qScopeGuard([this] { close(); });
         if (piece.size() > m_part.size - m_part.received)
             throw Problem(413, QByteArrayLiteral("too-large"),
                           QStringLiteral("\"%1\" is longer than was said.").arg(m_part.name));
         m_part.part->append(piece.data(), piece.size());
         m_part.received += piece.size();
+        closing.dismiss();
         return std::nullopt;
     }
 
     HttpResponse finish() override
     {
         // Before the answer, which the next piece may follow at once.
-        m_uploads.close(m_uploadId, m_position, m_part);
+        close();
         JsonWriter json;
         json.beginObject().key("received").integer(m_part.received).endObject();
         return jsonResponse(json.json());
     }
 
 private:
+    void close()
+    {
+        if (m_part.part)
+            m_uploads.close(m_uploadId, m_position, m_part);
+    }
+
     Uploads &m_uploads;
     QString m_uploadId;
     qint64 m_position;
