@@ -83,6 +83,21 @@ QByteArray fetch(const QString &address, int *status = nullptr, const QByteArray
     return reply->readAll();
 }
 
+/// Counts how often it is told of a wait.
+struct PauseObserver : WaitObserver
+{
+    void waiting(std::chrono::milliseconds) noexcept override
+    {
+        ++told;
+        isWaiting = true;
+    }
+
+    void finished() noexcept override { isWaiting = false; }
+
+    int told = 0;
+    bool isWaiting = false;
+};
+
 } // namespace
 
 /// Folders, assets and uploads through the client against the real service.
@@ -688,6 +703,8 @@ void ContractAssetsTest::namesTheFileWhenTheServiceGoesAway()
     Client away;
     QVERIFY(authenticate(away, proxy.address(), nora().user, nora().password));
     QVERIFY(chooseAccount(away, QString::number(contractStudio)));
+    PauseObserver observer;
+    away.setWaitObserver(&observer);
     int most = 0;
     connect(&away, &ServiceClient::CreateAssetFileProgress, this, [&](qint32 percent) {
         most = percent;
@@ -704,6 +721,9 @@ void ContractAssetsTest::namesTheFileWhenTheServiceGoesAway()
     QVERIFY2(sentence.startsWith(QStringLiteral("\"lonely.bin\" was not uploaded. ")),
              qPrintable(sentence));
     QVERIFY(most >= 60 && most < 70);
+    away.setWaitObserver(nullptr);
+    QVERIFY(observer.told > 10);
+    QVERIFY(!observer.isWaiting);
     QCOMPARE(assetsOf(*client, folder)->count(), 0);
 }
 

@@ -11,7 +11,6 @@
 #include "service/client/uploadfile.h"
 
 #include <QPointer>
-#include <QThread>
 
 #include <algorithm>
 #include <array>
@@ -24,7 +23,9 @@ namespace {
 
 /// How often a piece is sent again after the connection broke, and how long before it. Together
 /// longer than a service takes to start again.
-constexpr std::array retryPauses{200, 500, 1000, 2000, 4000, 8000};
+constexpr std::array retryPauses{std::chrono::milliseconds(200),  std::chrono::milliseconds(500),
+                                 std::chrono::milliseconds(1000), std::chrono::milliseconds(2000),
+                                 std::chrono::milliseconds(4000), std::chrono::milliseconds(8000)};
 /// Pieces are small enough that a person sees an upload move, and no smaller.
 constexpr qint64 leastPiece = 256 * 1024;
 constexpr qint64 piecesPerFile = 16;
@@ -188,9 +189,11 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
             isAsking = false;
             offset = received;
         } catch (const ServiceError &error) {
-            if (!isTransient(error) || failures == retryPauses.size())
+            // This object may go away in a pause.
+            const std::shared_ptr<Transport> transport = m_transport;
+            if (!isTransient(error) || failures == retryPauses.size() ||
+                !transport->pause(retryPauses[failures++]))
                 throw;
-            QThread::msleep(static_cast<unsigned long>(retryPauses[failures++]));
             isAsking = true;
             continue;
         }
@@ -238,10 +241,11 @@ QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonA
             const Reply reply = m_transport->call(request, policy);
             return readAnswer(request, *taken(request, reply, policy), readAssetGuid);
         } catch (const ServiceError &error) {
-            if (!isTransient(error) || failures == retryPauses.size())
+            const std::shared_ptr<Transport> transport = m_transport;
+            if (!isTransient(error) || failures == retryPauses.size() ||
+                !transport->pause(retryPauses[failures]))
                 throw;
         }
-        QThread::msleep(static_cast<unsigned long>(retryPauses[failures]));
     }
 }
 
