@@ -330,6 +330,7 @@ void WorkspaceImportTest::namesThePlaceOfEveryFault_data()
              "assets.csv:2:", word);
     };
     assets("asset without its file", "accounts.json", "none.png", "none.png");
+    assets("asset of an empty file", "accounts.json", "files/empty.png", "empty.png is empty");
     assets("asset in no folder", "9,,N", "9,None,N", "None");
     assets("asset of nobody", "ann", "bob", "bob");
     assets("asset without a time", "2026-01-02T03:04:05Z", "", "time");
@@ -343,6 +344,8 @@ void WorkspaceImportTest::namesThePlaceOfEveryFault()
     QFETCH(QString, place);
     QFETCH(QString, word);
     writeWorkspace();
+    QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("files")));
+    write(QStringLiteral("files/empty.png"), QByteArray());
     write(file, text);
     const QString before = dump();
     try {

@@ -113,6 +113,10 @@ private:
                                QLatin1String refusal = QLatin1String());
 
     QByteArray assetPath(const QString &guid) const;
+    /// `current` is left at the file it came to.
+    QString sendUpload(const UploadTicket &ticket,
+                       const std::vector<std::unique_ptr<UploadFile>> &files,
+                       const UploadFile *&current);
     void sendFile(const UploadTicket &ticket, int position, UploadFile &file);
     /// Returns how much of the file the service has then.
     qint64 sendPiece(const QByteArray &path, qint64 offset, const QByteArray &bytes);

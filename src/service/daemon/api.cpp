@@ -167,7 +167,8 @@ const QList<Route> &Api::routes()
          takeUploadChunk},
         {"POST", "/v1/uploads/{id}/commit", Account, Lane::Worker, commitUpload},
         {"DELETE", "/v1/uploads/{id}", Account, Lane::Worker, dropUpload},
-        {"GET", "/a/{guid}", Public, Lane::Worker, assetBytes},
+        {"GET", "/a/{guid}/{name}", Public, Lane::Worker, assetBytes},
+        {"GET", "/a/{guid}/{n}/{name}", Public, Lane::Worker, assetFileBytes},
         {"GET", "/t/{guid}/{size}", Public, Lane::Worker, assetThumbnail},
     };
     return table;

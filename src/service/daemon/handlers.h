@@ -30,6 +30,7 @@ HttpResponse listAssets(const Call &call);
 HttpResponse deleteAsset(const Call &call);
 HttpResponse assetValue(const Call &call);
 HttpResponse assetBytes(const Call &call);
+HttpResponse assetFileBytes(const Call &call);
 HttpResponse assetThumbnail(const Call &call);
 
 HttpResponse reserveUpload(const Call &call);

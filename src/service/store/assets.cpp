@@ -27,13 +27,27 @@ const SqlText findAssetFolder(R"sql(
     SELECT folder_id FROM asset WHERE account_id = $1 AND guid = $2 AND deleted_at IS NULL
 )sql");
 
+const SqlText listFiles(R"sql(
+    SELECT f.name, f.sha, b.mime, b.size, b.thumbnail
+    FROM asset a
+    JOIN asset_file f ON f.account_id = a.account_id AND f.guid = a.guid
+    JOIN blob b ON b.account_id = f.account_id AND b.sha = f.sha
+    WHERE a.account_id = $1 AND a.guid = $2 AND a.deleted_at IS NULL
+    ORDER BY f.pos NULLS FIRST
+)sql");
+
 const SqlText findFile(R"sql(
     SELECT f.name, f.sha, b.mime, b.size, b.thumbnail
     FROM asset a
-    JOIN asset_file f ON f.account_id = a.account_id AND f.guid = a.guid AND f.pos = 0
+    JOIN asset_file f ON f.account_id = a.account_id AND f.guid = a.guid AND f.pos = $3
     JOIN blob b ON b.account_id = f.account_id AND b.sha = f.sha
     WHERE a.account_id = $1 AND a.guid = $2 AND a.deleted_at IS NULL
 )sql");
+
+AssetFile readFile(const SqlRow &row)
+{
+    return {row.text(0), row.text(1), row.text(2), row.integer(3), row.boolean(4)};
+}
 
 const SqlText trashAsset(R"sql(
     UPDATE asset SET deleted_at = $3 WHERE account_id = $1 AND guid = $2
@@ -152,7 +166,7 @@ Assets::Outcome Assets::list(const AssetUser &user, qint64 folderId, const Filte
     });
 }
 
-Assets::Outcome Assets::find(const AssetUser &user, const QString &guid, AssetFile &file)
+Assets::Outcome Assets::find(const AssetUser &user, const QString &guid, QList<AssetFile> &files)
 {
     return m_database.snapshot([&] {
         const auto folder = m_database.row(findAssetFolder, {user.accountId, guid},
@@ -161,11 +175,8 @@ Assets::Outcome Assets::find(const AssetUser &user, const QString &guid, AssetFi
             return Outcome::NotFound;
         if (!m_folders.letters(user, *folder).value_or(QString()).contains(QLatin1Char('R')))
             return Outcome::NotAllowed;
-        const auto found = this->file(user.accountId, guid);
-        if (!found)
-            return Outcome::NotFound;
-        file = *found;
-        return Outcome::Done;
+        files = m_database.rows(listFiles, {user.accountId, guid}, readFile);
+        return files.isEmpty() ? Outcome::NotFound : Outcome::Done;
     });
 }
 
@@ -183,11 +194,9 @@ Assets::Outcome Assets::remove(const AssetUser &user, const QString &guid)
     });
 }
 
-std::optional<AssetFile> Assets::file(qint64 accountId, const QString &guid)
+std::optional<AssetFile> Assets::file(qint64 accountId, const QString &guid, qint64 position)
 {
-    return m_database.row(findFile, {accountId, guid}, [](const SqlRow &row) {
-        return AssetFile{row.text(0), row.text(1), row.text(2), row.integer(3), row.boolean(4)};
-    });
+    return m_database.row(findFile, {accountId, guid, position}, readFile);
 }
 
 QList<TrashedAsset> Assets::trash()

@@ -73,14 +73,14 @@ public:
     /// The assets of a folder in order of name, then guid.
     Outcome list(const AssetUser &user, qint64 folderId, const Filter &filter,
                  QList<Asset> &assets);
-    /// The asset's first file, when the person may list its folder.
-    Outcome find(const AssetUser &user, const QString &guid, AssetFile &file);
+    /// The asset's files in their order, when the person may list its folder.
+    Outcome find(const AssetUser &user, const QString &guid, QList<AssetFile> &files);
     /// Puts an asset into the trash.
     Outcome remove(const AssetUser &user, const QString &guid);
 
-    /// The first file of an asset that is not in the trash, whoever asks: for addresses that carry
-    /// their permission in themselves.
-    std::optional<AssetFile> file(qint64 accountId, const QString &guid);
+    /// A file of an asset that is not in the trash, whoever asks: for addresses that carry their
+    /// permission in themselves.
+    std::optional<AssetFile> file(qint64 accountId, const QString &guid, qint64 position);
 
     /// What lies in the trash of all accounts, the oldest first.
     QList<TrashedAsset> trash();

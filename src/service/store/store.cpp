@@ -7,7 +7,7 @@
 namespace Zel {
 
 Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now,
-             const QString &files)
+             const QString &files, const ThumbnailMaker &thumbnailMaker)
     : database(openDatabase)
     , clock(now)
     , hasher(cost)
@@ -18,9 +18,10 @@ Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now
     , accounts(openDatabase)
     , projects(openDatabase, now)
     , blobs(files.isEmpty() ? defaultFilesFolder(openDatabase.address()) : files)
+    , thumbnails(blobs, thumbnailMaker)
     , folders(openDatabase, accounts)
     , assets(openDatabase, folders, blobs, now)
-    , uploads(openDatabase, folders, assets, blobs, now)
+    , uploads(openDatabase, folders, assets, blobs, thumbnails, now)
 {
 }
 

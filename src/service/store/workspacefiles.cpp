@@ -231,6 +231,8 @@ void WorkspaceFiles::readAssets(const QString &path)
         record.expectNoMore();
         if (!QFileInfo(entry.file).isReadable() || !QFileInfo(entry.file).isFile())
             record.refuse(QStringLiteral("the file %1 cannot be read.").arg(entry.file));
+        if (QFileInfo(entry.file).size() == 0)
+            record.refuse(QStringLiteral("the file %1 is empty.").arg(entry.file));
         expectOnce(seen, QStringLiteral("%1/%2").arg(entry.accountId).arg(entry.asset.guid),
                    record);
         assets << entry;
