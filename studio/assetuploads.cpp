@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/assetuploads.h"
+
+#include "platform/widgets/listview.h"
+#include "platform/widgets/treeview.h"
+#include "studio/assetreasons.h"
+#include "studio/dropsummary.h"
+#include "studio/errorcenter.h"
+#include "studio/inputgate.h"
+
+#include <QGroupBox>
+#include <QMimeData>
+#include <QPushButton>
+
+namespace Studio {
+
+AssetUploads::AssetUploads(ZelWebServiceControls::AssetManager &manager,
+                           const AssetControls &controls, const AssetReasons &reasons,
+                           ErrorCenter &errors, QWidget *page)
+    : QObject(page)
+    , m_controls(controls)
+    , m_reasons(reasons)
+    , m_errors(errors)
+    , m_strip(new UploadStrip(page))
+    , m_queue(manager, controls)
+{
+    connectParts();
+}
+
+AssetUploads::~AssetUploads() = default;
+
+void AssetUploads::connectParts()
+{
+    connect(&m_reader, &DropReader::progressed, m_strip, &UploadStrip::showReading);
+    connect(&m_reader, &DropReader::finished, this, &AssetUploads::takeIn);
+    connect(&m_queue, &UploadQueue::saveAsked, this, &AssetUploads::save);
+    connect(&m_queue, &UploadQueue::started, this, &AssetUploads::beginUpload);
+    connect(&m_queue, &UploadQueue::ended, this, &AssetUploads::endUpload);
+    connect(&m_queue, &UploadQueue::moved, this, [this] {
+        m_strip->showUploading(m_queue.uploadedCount() + 1, m_queue.count(), m_queue.needsRuns());
+        m_strip->repaint(); // no event is handled before the file is up
+    });
+    connect(m_strip, &UploadStrip::endAsked, this, &AssetUploads::stop);
+    connect(m_strip, &UploadStrip::restAsked, this, &AssetUploads::goOn);
+    connect(m_controls.batchCancel, &QPushButton::clicked, this, &AssetUploads::closed);
+}
+
+QString AssetUploads::againstDropping() const
+{
+    if (m_reader.isReading() || m_queue.isSaving())
+        return tr("Other files are being read or uploaded just now");
+    return m_reasons.againstAdding();
+}
+
+void AssetUploads::drop(const QMimeData &data)
+{
+    const QString refusal = againstDropping();
+    if (refusal.isEmpty())
+        m_reader.read(data.urls());
+    else
+        m_errors.report(refusedDrop(refusal));
+}
+
+void AssetUploads::takeIn(const DropContents &contents)
+{
+    m_strip->hide();
+    const QString refusal = m_reasons.againstAdding();
+    if (!refusal.isEmpty()) { // another folder is selected by now
+        m_errors.report(refusedDrop(refusal));
+        return;
+    }
+    if (!contents.pictures.isEmpty())
+        m_queue.add(contents.pictures);
+    const Problem summary = dropSummary(contents);
+    if (!summary.what.isEmpty())
+        m_errors.report(summary);
+}
+
+void AssetUploads::save()
+{
+    m_errors.attempt([this] { m_queue.save(); });
+}
+
+void AssetUploads::goOn()
+{
+    m_errors.attemptAgain([this] { m_queue.save(); });
+}
+
+void AssetUploads::beginUpload()
+{
+    m_gate = std::make_unique<InputGate>(
+        QList<QWidget *>{m_strip->endButton(), m_controls.batchCancel}, [this] { stop(); });
+    m_strip->showUploading(m_queue.uploadedCount() + 1, m_queue.count(), m_queue.needsRuns());
+    m_strip->endButton()->setFocus(Qt::OtherFocusReason);
+}
+
+void AssetUploads::endUpload()
+{
+    m_gate.reset();
+    if (m_queue.restCount() == 0) {
+        m_strip->hide();
+        m_controls.list->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    m_strip->showRest(m_queue.uploadedCount(), m_queue.restCount());
+    if (m_controls.newAssetFrame->isHidden())
+        closed();
+}
+
+void AssetUploads::closed()
+{
+    if (m_queue.isSaving()) {
+        stop(); // `endUpload` comes back here
+        return;
+    }
+    m_queue.settle();
+    m_strip->hide();
+    if (m_queue.isListingOld())
+        m_errors.attempt([this] { m_queue.list(); });
+}
+
+void AssetUploads::stop()
+{
+    m_queue.stop();
+    if (!m_reader.isReading())
+        return;
+    m_reader.cancel();
+    m_strip->hide();
+}
+
+void AssetUploads::forget()
+{
+    stop();
+    m_queue.forget();
+    m_queue.settle();
+    m_strip->hide();
+}
+
+} // namespace Studio
