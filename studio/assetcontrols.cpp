@@ -26,6 +26,7 @@ void find(const QWidget &manager, Widget *&child, const char *name)
 AssetControls::AssetControls(const QWidget &manager)
 {
     find(manager, tree, "assetFolderView");
+    find(manager, listFrame, "assetListFrame");
     find(manager, list, "assetList");
     find(manager, newFolder, "newFolder");
     find(manager, deleteFolder, "deleteFolder");

@@ -22,6 +22,7 @@ struct AssetControls
     explicit AssetControls(const QWidget &manager);
 
     Zel::TreeView *tree;
+    QGroupBox *listFrame;
     Zel::ListView *list;
     QPushButton *newFolder;
     QPushButton *deleteFolder;

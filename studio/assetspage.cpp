@@ -130,6 +130,17 @@ QWidget *AssetsPage::makeHeader()
 
 void AssetsPage::prepareControls()
 {
+    // The page is frame enough.
+    for (QGroupBox *frame : {m_controls->listFrame, m_controls->newAssetFrame}) {
+        frame->setFlat(true);
+        frame->layout()->setContentsMargins(0, 4, 0, 0);
+    }
+    m_folders = new QLabel(tr("Folders"), m_manager);
+    m_folders->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_folders->setContentsMargins(0, 1, 0, 0);
+    qobject_cast<QVBoxLayout *>(m_manager->layout()->itemAt(0)->layout())
+        ->insertWidget(0, m_folders);
+    alignFolders();
     m_controls->list->setSortByValue(true);
     // A file dropped on a box would leave its address there as a text.
     for (QLineEdit *box :
@@ -137,6 +148,18 @@ void AssetsPage::prepareControls()
         box->setAcceptDrops(false);
     if (m_settings.showsAssetTable())
         m_controls->listMode->click();
+}
+
+void AssetsPage::alignFolders()
+{
+    // The tree stands beside the list, its caption beside the list's.
+    QLayout *list = m_controls->listFrame->layout();
+    QLayout *folders = m_manager->layout()->itemAt(0)->layout();
+    const QMargins frame = m_controls->listFrame->contentsMargins();
+    folders->setSpacing(list->spacing());
+    folders->setContentsMargins(0, 0, 0, frame.bottom());
+    m_folders->setFixedHeight(
+        qMax(0, frame.top() + list->contentsMargins().top() - folders->spacing()));
 }
 
 void AssetsPage::connectParts()
@@ -163,6 +186,7 @@ void AssetsPage::connectList()
 
 void AssetsPage::open()
 {
+    alignFolders();
     if (m_fittedWidths.isEmpty())
         fit();
     if (!m_isLoaded)
@@ -322,6 +346,9 @@ void AssetsPage::changeEvent(QEvent *event)
     Page::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         applyColors();
+    // The frame follows after this page.
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+        QMetaObject::invokeMethod(this, &AssetsPage::alignFolders, Qt::QueuedConnection);
 }
 
 void AssetsPage::dragEnterEvent(QDragEnterEvent *event)

@@ -61,6 +61,7 @@ private:
     void build();
     QWidget *makeHeader();
     void prepareControls();
+    void alignFolders();
     void connectParts();
     void connectList();
     void load(const QString &folder);
@@ -84,6 +85,7 @@ private:
     AssetUploads *m_uploads;
     AssetCommands *m_commands;
     QToolButton *m_refresh;
+    QLabel *m_folders;
     QLabel *m_noFolders;
     QLabel *m_count;
     DropHint *m_hint;

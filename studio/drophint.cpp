@@ -15,7 +15,7 @@ constexpr int IconSize = 40;
 constexpr int Gap = 10;
 constexpr int Around = 24;
 constexpr qreal Radius = 8;
-constexpr int Cover = 235; // of 255: what lies below shows through a little
+constexpr int Cover = 245; // of 255: what lies below shows through a little
 
 } // namespace
 
@@ -47,7 +47,7 @@ void DropHint::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     QColor ground = palette().color(QPalette::Window);
     ground.setAlpha(Cover);
-    painter.setBrush(ground);
+    painter.fillRect(rect(), ground);
     painter.setPen(QPen(m_isRefusal ? mutedText(palette()) : palette().color(QPalette::Highlight),
                         2, Qt::DashLine));
     painter.drawRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), Radius, Radius);

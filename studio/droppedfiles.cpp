@@ -5,6 +5,7 @@
 #include <QCollator>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QSet>
 
 #include <algorithm>
@@ -19,8 +20,9 @@ public:
     Walk(int most, const std::function<bool()> &isCancelled)
         : m_most(most)
         , m_isCancelled(isCancelled)
+        , m_byName(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale())
     {
-        m_byName.setNumericMode(true);
+        m_byName.setNumericMode(true); // the C locale knows none
         m_byName.setCaseSensitivity(Qt::CaseInsensitive);
     }
 

@@ -76,12 +76,13 @@ void StudioApp::watchOwnService()
         m_errors.report(problem, [this] { startInBackground(); });
     });
     connect(m_service.get(), &EmbeddedService::ended, this, [this] {
-        if (usesOwnService())
+        // A call that was under way has told it with what it interrupted, and retries that.
+        if (usesOwnService() && !m_errors.problem().isConnection)
             m_errors.report(stoppedProblem(QString()), [this] { startInBackground(); });
     });
     m_errors.setRefine([this](Problem &problem) {
         if (problem.isConnection && usesOwnService() && m_service->hasEnded())
-            problem = stoppedProblem(problem.details);
+            problem = interruptedProblem(problem);
     });
     m_errors.setBeforeRetry(
         [this] { return !usesOwnService() || m_service->ensureRunning(&*m_waitNotice); });
@@ -101,6 +102,19 @@ Problem StudioApp::stoppedProblem(const QString &details) const
     if (!details.isEmpty())
         problem.details.prepend(details + QLatin1Char('\n'));
     problem.canRetry = true;
+    problem.isConnection = true;
+    return problem;
+}
+
+Problem StudioApp::interruptedProblem(const Problem &interrupted) const
+{
+    Problem problem = stoppedProblem(interrupted.details);
+    // A sentence that begins with a name, as of a file, tells what else a person has to know.
+    if (interrupted.what.startsWith(QLatin1Char('"'))) {
+        problem.advice = problem.what + QLatin1Char(' ') + problem.advice;
+        problem.what = interrupted.what;
+        problem.details.prepend(interrupted.advice + QLatin1Char('\n'));
+    }
     return problem;
 }
 

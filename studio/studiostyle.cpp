@@ -113,6 +113,33 @@ void drawFrame(const QStyleOption &option, QPainter *painter)
     painter->restore();
 }
 
+/// Nothing to fill a groove with is what a bar shows that only says "busy".
+const QStyleOptionProgressBar *measuredBar(const QStyleOption *option)
+{
+    const auto *bar = qstyleoption_cast<const QStyleOptionProgressBar *>(option);
+    return bar && bar->maximum > bar->minimum ? bar : nullptr;
+}
+
+void drawProgress(const QStyleOptionProgressBar &bar, QPainter *painter)
+{
+    const double share = double(bar.progress - bar.minimum) / (bar.maximum - bar.minimum);
+    QRect done = bar.rect;
+    done.setWidth(qRound(bar.rect.width() * qBound(0.0, share, 1.0)));
+    if (bar.direction == Qt::RightToLeft)
+        done.moveRight(bar.rect.right());
+    painter->save();
+    painter->setClipRect(done);
+    const QColor fill = bar.palette.color(QPalette::Highlight);
+    drawBox(painter, bar.rect, fill, fill);
+    painter->restore();
+}
+
+bool isFlatGroup(const QStyleOption *option)
+{
+    const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+    return frame && frame->features.testFlag(QStyleOptionFrame::Flat);
+}
+
 bool hasTextBesideIcon(const QStyleOption *option)
 {
     const auto *tool = qstyleoption_cast<const QStyleOptionToolButton *>(option);
@@ -149,6 +176,10 @@ void StudioStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
         painter->fillRect(option->rect, option->palette.color(QPalette::Base));
         drawFrame(*option, painter);
         return;
+    case PE_FrameGroupBox:
+        if (!isFlatGroup(option))
+            break;
+        return;
     case PE_Frame:
     case PE_FrameMenu:
         drawFrame(*option, painter);
@@ -172,6 +203,15 @@ void StudioStyle::drawControl(ControlElement element, const QStyleOption *option
         label.palette.setColor(QPalette::ButtonText,
                                label.palette.color(QPalette::HighlightedText));
         QProxyStyle::drawControl(element, &label, painter, widget);
+        return;
+    }
+    if (element == CE_ProgressBarGroove) {
+        drawBox(painter, option->rect, option->palette.color(QPalette::Base),
+                shade(option->palette, ButtonEdge));
+        return;
+    }
+    if (const auto *bar = measuredBar(option); bar && element == CE_ProgressBarContents) {
+        drawProgress(*bar, painter);
         return;
     }
     if (element == CE_ToolButtonLabel && hasTextBesideIcon(option)) {
@@ -205,10 +245,34 @@ QSize StudioStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
 QRect StudioStyle::subControlRect(ComplexControl control, const QStyleOptionComplex *option,
                                   SubControl part, const QWidget *widget) const
 {
-    const QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+    QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+    const auto *group = qstyleoption_cast<const QStyleOptionGroupBox *>(option);
+    if (group && group->features.testFlag(QStyleOptionFrame::Flat) && part == SC_GroupBoxContents) {
+        // No frame, no room beside it.
+        rect.setLeft(group->rect.left());
+        rect.setRight(group->rect.right());
+        rect.setBottom(group->rect.bottom());
+        return rect;
+    }
     return part == SC_ComboBoxEditField && control == CC_ComboBox
                ? rect.adjusted(TextInset, 0, 0, 0)
                : rect;
+}
+
+QIcon StudioStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption *option,
+                                const QWidget *widget) const
+{
+    switch (standardIcon) {
+    case SP_MessageBoxQuestion:
+        return QIcon(QStringLiteral(":/studio/icons/question.svg"));
+    case SP_MessageBoxInformation:
+        return QIcon(QStringLiteral(":/studio/icons/information.svg"));
+    case SP_MessageBoxWarning:
+    case SP_MessageBoxCritical:
+        return QIcon(QStringLiteral(":/studio/icons/alarm.svg"));
+    default:
+        return QProxyStyle::standardIcon(standardIcon, option, widget);
+    }
 }
 
 QRect StudioStyle::subElementRect(SubElement element, const QStyleOption *option,

@@ -41,6 +41,7 @@ UploadQueue::UploadQueue(ZelWebServiceControls::AssetManager &manager,
     , AssetIntake(manager)
     , m_list(controls.batchList)
 {
+    m_list->setIconSize(QSize(16, 16));
     const QIcon pending = markIcon(QStringLiteral("pending"));
     connect(m_list->model(), &QAbstractItemModel::rowsInserted, this,
             [this, pending](const QModelIndex &, int first, int last) {
