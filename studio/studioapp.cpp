@@ -77,7 +77,7 @@ void StudioApp::watchOwnService()
     });
     connect(m_service.get(), &EmbeddedService::ended, this, [this] {
         // A call that was under way has told it with what it interrupted, and retries that.
-        if (usesOwnService() && !m_errors.problem().isConnection)
+        if (usesOwnService() && !(m_errors.canRetry() && m_errors.problem().isConnection))
             m_errors.report(stoppedProblem(QString()), [this] { startInBackground(); });
     });
     m_errors.setRefine([this](Problem &problem) {
