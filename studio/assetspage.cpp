@@ -152,6 +152,11 @@ void AssetsPage::prepareControls()
 
 void AssetsPage::alignFolders()
 {
+    // A group box works its margins out anew when its font changes, and hardly ever else.
+    for (QGroupBox *frame : {m_controls->listFrame, m_controls->newAssetFrame}) {
+        QEvent again(QEvent::FontChange);
+        QApplication::sendEvent(frame, &again);
+    }
     // The tree stands beside the list, its caption beside the list's.
     QLayout *list = m_controls->listFrame->layout();
     QLayout *folders = m_manager->layout()->itemAt(0)->layout();

@@ -70,8 +70,10 @@ void AssetUploads::takeIn(const DropContents &contents)
         m_errors.report(refusedDrop(refusal));
         return;
     }
-    if (!contents.pictures.isEmpty())
+    if (!contents.pictures.isEmpty()) {
         m_queue.add(contents.pictures);
+        m_controls.batchSave->setFocus(Qt::OtherFocusReason);
+    }
     const Problem summary = dropSummary(contents);
     if (!summary.what.isEmpty())
         m_errors.report(summary);

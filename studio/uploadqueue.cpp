@@ -24,10 +24,10 @@ QIcon markIcon(const QString &name)
     return icon;
 }
 
-void mark(QListWidgetItem &item)
+void mark(QListWidgetItem &item, const QIcon &icon)
 {
     item.setData(UploadedRole, true);
-    item.setIcon(markIcon(QStringLiteral("uploaded")));
+    item.setIcon(icon);
     item.setFlags(item.flags() & ~Qt::ItemIsEnabled);
     item.setToolTip(UploadQueue::tr("Uploaded"));
     item.setData(Qt::AccessibleTextRole, UploadQueue::tr("%1, uploaded").arg(item.text()));
@@ -40,6 +40,7 @@ UploadQueue::UploadQueue(ZelWebServiceControls::AssetManager &manager,
     : QObject(parent)
     , AssetIntake(manager)
     , m_list(controls.batchList)
+    , m_mark(markIcon(QStringLiteral("uploaded")))
 {
     m_list->setIconSize(QSize(16, 16));
     const QIcon pending = markIcon(QStringLiteral("pending"));
@@ -191,7 +192,7 @@ void UploadQueue::uploaded(int index)
         m_isSingleUploaded = true;
         return;
     }
-    mark(*m_list->item(index));
+    mark(*m_list->item(index), m_mark);
     ++m_uploaded;
     m_isListingOld = true;
 }

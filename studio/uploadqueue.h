@@ -4,6 +4,7 @@
 
 #include "assets/assetintake.h"
 
+#include <QIcon>
 #include <QObject>
 
 #include <utility>
@@ -83,6 +84,7 @@ private:
     void finishListing();
 
     QListWidget *m_list;
+    QIcon m_mark;
     /// What waits while a run is saved.
     QStringList m_waiting;
     int m_uploaded = 0;

@@ -18,7 +18,10 @@
 #include <QPushButton>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
 
+#include <csignal>
 #include <exception>
 
 namespace Studio {
@@ -119,10 +122,32 @@ private:
     std::exception_ptr m_failure;
 };
 
+/// Ends the service between the second file of the batch and the third.
+void loseTheService(const Walk &walk)
+{
+    auto &batch = walk.actor.find<QListWidget>(QStringLiteral("batchList"));
+    QTimer killer;
+    killer.callOnTimeout([&] {
+        if (batch.item(1)->flags() & Qt::ItemIsEnabled)
+            return; // not up yet
+        killer.stop();
+        EmbeddedService &service = *walk.studio.embeddedService();
+        ::kill(static_cast<pid_t>(service.processId()), SIGKILL);
+        while (!service.hasEnded())
+            QThread::msleep(1);
+    });
+    killer.start(0);
+    walk.actor.click(QStringLiteral("batchNewAssetSave"));
+    walk.actor.find(QStringLiteral("errorBar"));
+    walk.actor.find(QStringLiteral("uploadRest"));
+    walk.actor.shoot(QStringLiteral("An upload that was interrupted"));
+}
+
 void upload(const Walk &walk, qsizetype count)
 {
+    loseTheService(walk);
     const UploadWatcher watcher(walk);
-    walk.actor.click(QStringLiteral("batchNewAssetSave"));
+    walk.actor.click(QStringLiteral("uploadRest"));
     watcher.check();
     walk.actor.expect(walk.list.count() == count, QStringLiteral("the uploaded assets"));
     walk.actor.shoot(QStringLiteral("Uploaded"));

@@ -263,6 +263,8 @@ private slots:
                 return;
             killer.stop();
             ::kill(f.process(), SIGKILL);
+            while (!f.app.embeddedService()->hasEnded())
+                QThread::msleep(1);
         });
         killer.start(0);
         click(f.window, "batchNewAssetSave");
