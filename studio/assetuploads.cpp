@@ -91,6 +91,7 @@ void AssetUploads::goOn()
 
 void AssetUploads::beginUpload()
 {
+    m_errors.clear(); // what failed before goes on now, and that may take long
     m_gate = std::make_unique<InputGate>(
         QList<QWidget *>{m_strip->endButton(), m_controls.batchCancel}, [this] { stop(); });
     m_strip->showUploading(m_queue.uploadedCount() + 1, m_queue.count(), m_queue.needsRuns());
@@ -106,6 +107,7 @@ void AssetUploads::endUpload()
         return;
     }
     m_strip->showRest(m_queue.uploadedCount(), m_queue.restCount());
+    m_strip->restButton()->setFocus(Qt::OtherFocusReason);
     if (m_controls.newAssetFrame->isHidden())
         closed();
 }

@@ -106,11 +106,13 @@ void drawButton(const QStyleOption &option, QPainter *painter)
 
 void drawFrame(const QStyleOption &option, QPainter *painter)
 {
-    painter->save();
-    painter->setPen(shade(option.palette, FrameEdge));
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
-    painter->restore();
+    // Filled edges: between the pixels of a screen a drawn line may fall below what lies inside.
+    const QRect &rect = option.rect;
+    const QColor color = shade(option.palette, FrameEdge);
+    painter->fillRect(rect.left(), rect.top(), rect.width(), 1, color);
+    painter->fillRect(rect.left(), rect.bottom(), rect.width(), 1, color);
+    painter->fillRect(rect.left(), rect.top(), 1, rect.height(), color);
+    painter->fillRect(rect.right(), rect.top(), 1, rect.height(), color);
 }
 
 /// Nothing to fill a groove with is what a bar shows that only says "busy".

@@ -32,6 +32,9 @@ public:
     /// The button that ends what is going on.
     QPushButton *endButton() const { return m_end; }
 
+    /// The button that goes on after a stop or a failure.
+    QPushButton *restButton() const { return m_rest; }
+
 signals:
     void endAsked();
     void restAsked();

@@ -322,10 +322,14 @@ private slots:
         QCOMPARE(f.text("uploadText"),
                  QStringLiteral("6 of 10 files are uploaded, 4 files are left."));
 
+        QVERIFY(child(f.page, "uploadRest")->hasFocus());
+
         fail.reset();
-        f.client.atCall = nullptr;
+        bool isTold = true;
+        f.client.atCall = [&](const QString &) { isTold = f.errors.hasProblem(); };
         f.client.takeCalls();
         click(f.page, "uploadRest");
+        QVERIFY(!isTold); // while it goes on nothing says that it failed
         QStringList expected;
         for (const QString &path : paths.mid(6))
             expected << create(path);
