@@ -283,6 +283,27 @@ private slots:
         QCOMPARE(fetch(f.addressOf(QStringLiteral("4.png"))).bytes, contentOf(paths.at(4)));
     }
 
+    void oddNamesArriveOrAreToldWithTheirName()
+    {
+        RunningAssets f(options(), QStringLiteral("maja"));
+        QVERIFY(f.isReady);
+        f.clickFolder(QStringLiteral("Drop box"));
+        const QDir show(m_folder.filePath(QStringLiteral("odd")));
+        const QStringList names{QStringLiteral("a\\b.png"), QStringLiteral("tab\there.png"),
+                                QStringLiteral("it's 100 % <b>&amp; \"so\".png"),
+                                QString(251, QLatin1Char('n')) + QStringLiteral(".png")};
+        QStringList paths;
+        for (const QString &name : names)
+            paths << picture(show, name);
+        f.dropFiles(paths);
+        QCOMPARE(f.batch->count(), 4);
+        click(f.window, "batchNewAssetSave");
+        QVERIFY2(!f.isShown("errorBar"), qPrintable(f.what() + f.advice()));
+        QStringList expected = names;
+        expected.sort();
+        QCOMPARE(f.sortedNames(), expected);
+    }
+
     void aFileDeletedBeforeItsTurnIsNamed()
     {
         RunningAssets f(options(), QStringLiteral("maja"));

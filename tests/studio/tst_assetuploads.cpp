@@ -424,6 +424,22 @@ private slots:
         QVERIFY(!f.errors.hasProblem());
     }
 
+    void rightsWithdrawnMeanwhileAreTold()
+    {
+        AssetsPageFixture f;
+        f.openAt("l1");
+        f.batch->addItems(AssetsPageFixture::paths(3));
+        openBatch(f);
+        const FailAt fail(f, 3, refused());
+        click(f.page, "batchNewAssetSave");
+        QCOMPARE(f.errors.problem().what, QStringLiteral("\"2.png\" was not uploaded."));
+        QCOMPARE(f.errors.problem().advice,
+                 QStringLiteral("You may not do this. Uploaded before it: 2 of 3 files."));
+        QVERIFY(!f.errors.canRetry());
+        click(f.page, "batchNewAssetCancel");
+        QCOMPARE(f.batchEntries(), QStringList{QStringLiteral("/pictures/2.png")});
+    }
+
     void stopEndsBetweenFilesAndTheRestCanFollow()
     {
         AssetsPageFixture f;
