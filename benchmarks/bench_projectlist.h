@@ -3,16 +3,14 @@
 #pragma once
 
 #include "common/contract/projectrecord.h"
+#include "measuring.h"
 
 #include <QAbstractTableModel>
-#include <QElapsedTimer>
 #include <QLocale>
 
 #include <algorithm>
-#include <malloc.h>
 #include <memory>
 #include <random>
-#include <vector>
 
 /// What the contenders of bench_projectlist share: the records, and how they are shown.
 namespace ProjectListBench {
@@ -101,27 +99,5 @@ public:
 private:
     Records m_records;
 };
-
-template <typename Work>
-double milliseconds(const Work &work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
-/// Bytes the program holds on its heap.
-inline double bytesInUse()
-{
-    const struct mallinfo2 info = mallinfo2();
-    return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
-}
-
-inline double medianOf(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 } // namespace ProjectListBench

@@ -112,10 +112,12 @@ void AssetManager::requestThumbnails(const QXSC::AssetCollection &assets)
     }
 }
 
-void AssetManager::repaintThumbnails()
+void AssetManager::repaintThumbnail(const QString &key)
 {
-    if (m_parts->assetList->viewMode() == Zel::ListView::ViewMode::Icon)
-        m_parts->assetList->viewport()->update();
+    const Zel::ListView &list = *m_parts->assetList;
+    const bool areShown = !list.model()->largeImages().isEmpty();
+    if (areShown && list.viewMode() == Zel::ListView::ViewMode::Icon)
+        list.viewport()->update(list.cellRect(key.toInt() - 1));
 }
 
 void AssetManager::refreshButtonStates()

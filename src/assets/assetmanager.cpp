@@ -55,7 +55,7 @@ void AssetManager::connectUser()
     onUser(parts.assetList, &Zel::ListView::selectionChanged, &AssetManager::selectionChanged);
     onUser(parts.assetList, &Zel::ListView::columnClicked, &AssetManager::sortByColumn);
     connect(m_thumbnails.get(), &ZelWebControls::WebImageList::arrived, this,
-            &AssetManager::repaintThumbnails);
+            &AssetManager::repaintThumbnail);
     onUser(parts.thumbnailMode, &QPushButton::clicked, &AssetManager::showThumbnails);
     onUser(parts.listMode, &QPushButton::clicked, &AssetManager::showTable);
     onUser(parts.deleteAsset, &QPushButton::clicked, &AssetManager::deleteAssets);

@@ -85,7 +85,7 @@ private:
     [[nodiscard]] bool listFolder(qint16 folderId);
     [[nodiscard]] bool showAssets(const QXSC::AssetCollectionPtr &assets);
     void requestThumbnails(const QXSC::AssetCollection &assets);
-    void repaintThumbnails();
+    void repaintThumbnail(const QString &key);
     void refreshButtonStates();
     void selectionChanged();
     void raiseAssetSelected();

@@ -70,6 +70,9 @@ public:
     /// Gives fetches up; their takers are not called any more.
     void cancel(const QList<quint64> &numbers);
 
+    /// How many fetches have been asked for and are neither answered nor given up.
+    qsizetype pending() const { return m_waiting.size(); }
+
     /// Whether an address is one that is fetched: http or https, with a host.
     static bool isFetchable(const QUrl &url);
 

@@ -66,7 +66,8 @@ QVariant anotherThan(const QVariant &value)
     return value.toUInt() ^ 1u;
 }
 
-/// The classes in the sources that derive from Control.
+/// The classes of the library in the sources that derive from Control; those of its sibling
+/// libraries, with namespaces of their own, are no part of it.
 QStringList controlsInTheSources()
 {
     static const QRegularExpression declaration(QStringLiteral(
@@ -78,8 +79,10 @@ QStringList controlsInTheSources()
         QFile file(headers.next());
         if (!file.open(QFile::ReadOnly))
             continue;
-        const auto match = declaration.match(QString::fromUtf8(file.readAll()));
-        if (match.hasMatch())
+        const QString header = QString::fromUtf8(file.readAll());
+        const auto match = declaration.match(header);
+        if (match.hasMatch() &&
+            header.contains(QStringLiteral("namespace ZelWebServiceControls {")))
             names << match.captured(1);
     }
     names.sort();

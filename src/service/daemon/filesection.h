@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/core/export.h"
 #include "service/daemon/httpmessage.h"
 
 namespace Zel::Service {
 
 /// The answer that gives a file, or the one section of it that is asked for (RFC 9110, 14).
 /// @param tag tells versions of the file apart
-HttpResponse fileResponse(const HttpRequest &request, const QString &path, const QByteArray &tag,
-                          const QByteArray &contentType);
+ZEL_EXPORT HttpResponse fileResponse(const HttpRequest &request, const QString &path,
+                                     const QByteArray &tag, const QByteArray &contentType);
 
 } // namespace Zel::Service
