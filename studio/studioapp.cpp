@@ -5,6 +5,7 @@
 #include "studio/mainwindow.h"
 #include "studio/sampleworkspace.h"
 #include "studio/signinpage.h"
+#include "webcontrols/webimagesource.h"
 
 #include <QStandardPaths>
 
@@ -16,6 +17,12 @@ QString sampleWorkspaceFile()
            QStringLiteral("/zel-studio/sample.workspace");
 }
 
+QString pictureFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+           QStringLiteral("/zel-studio/pictures");
+}
+
 StudioApp::StudioApp(const Options &options)
     : m_options(options)
 {
@@ -24,6 +31,9 @@ StudioApp::StudioApp(const Options &options)
     QXSC::NetworkPolicy policy;
     policy.inactivityLimit = m_options.timeLimit;
     m_client.setNetworkPolicy(policy);
+    ZelWebControls::WebImageSource *pictures = ZelWebControls::WebImageSource::shared();
+    pictures->setNetworkPolicy(policy);
+    pictures->setCacheFolder(pictureFolder());
     m_waitNotice.emplace(m_window.get());
     m_client.setWaitObserver(&*m_waitNotice);
 }

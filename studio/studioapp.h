@@ -76,4 +76,7 @@ private:
 /// The workspace file of the sample content.
 QString sampleWorkspaceFile();
 
+/// Where thumbnails are kept from one start to the next.
+QString pictureFolder();
+
 } // namespace Studio

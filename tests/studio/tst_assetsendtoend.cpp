@@ -157,6 +157,9 @@ private slots:
         const Fetched thumbnail = fetch(logo->thumbnailUrl);
         QCOMPARE(thumbnail.status, 200);
         QVERIFY(!QImage::fromData(thumbnail.bytes).isNull());
+        // Thumbnails are kept for the next start.
+        QTRY_VERIFY(QDir(Studio::pictureFolder()).exists() &&
+                    !QDir(Studio::pictureFolder()).isEmpty());
         QVERIFY(!f.keyOf(QStringLiteral("QXStudio")).isEmpty());
         QVERIFY(!f.isShown("errorBar"));
     }
