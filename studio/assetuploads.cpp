@@ -10,6 +10,7 @@
 #include "studio/inputgate.h"
 
 #include <QGroupBox>
+#include <QListWidget>
 #include <QMimeData>
 #include <QPushButton>
 
@@ -32,7 +33,10 @@ AssetUploads::~AssetUploads() = default;
 
 void AssetUploads::connectParts()
 {
-    connect(&m_reader, &DropReader::progressed, m_strip, &UploadStrip::showReading);
+    connect(&m_reader, &DropReader::progressed, this, [this](int done, int count) {
+        if (!m_queue.isSaving())
+            m_strip->showReading(done, count);
+    });
     connect(&m_reader, &DropReader::finished, this, &AssetUploads::takeIn);
     connect(&m_queue, &UploadQueue::saveAsked, this, &AssetUploads::save);
     connect(&m_queue, &UploadQueue::started, this, &AssetUploads::beginUpload);
@@ -41,6 +45,12 @@ void AssetUploads::connectParts()
         m_strip->showUploading(m_queue.uploadedCount() + 1, m_queue.count(), m_queue.needsRuns());
         m_strip->repaint(); // no event is handled before the file is up
     });
+    // Also a person may take files off the list, or add some.
+    for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(m_controls.batchList->model(), change, this, [this] {
+            if (!m_queue.isSaving() && !m_reader.isReading())
+                showRest();
+        });
     connect(m_strip, &UploadStrip::endAsked, this, &AssetUploads::stop);
     connect(m_strip, &UploadStrip::restAsked, this, &AssetUploads::goOn);
     connect(m_controls.batchCancel, &QPushButton::clicked, this, &AssetUploads::closed);
@@ -64,7 +74,11 @@ void AssetUploads::drop(const QMimeData &data)
 
 void AssetUploads::takeIn(const DropContents &contents)
 {
-    m_strip->hide();
+    if (m_queue.isSaving()) {
+        m_read = contents; // the list must not grow under the upload
+        return;
+    }
+    showRest();
     const QString refusal = m_reasons.againstAdding();
     if (!refusal.isEmpty()) { // another folder is selected by now
         m_errors.report(refusedDrop(refusal));
@@ -81,12 +95,26 @@ void AssetUploads::takeIn(const DropContents &contents)
 
 void AssetUploads::save()
 {
-    m_errors.attempt([this] { m_queue.save(); });
+    m_folder = m_controls.tree->selectedNode();
+    m_errors.attempt([this] { resume(); });
 }
 
 void AssetUploads::goOn()
 {
-    m_errors.attemptAgain([this] { m_queue.save(); });
+    m_errors.attemptAgain([this] { resume(); });
+}
+
+void AssetUploads::resume()
+{
+    // Somebody may have looked into another folder after a failure.
+    if (m_controls.tree->selectedNode() != m_folder) {
+        if (!m_controls.tree->contains(m_folder))
+            throw Zel::RuntimeError(Zel::RuntimeError::ElementNotFound,
+                                    tr("The folder these files were meant for is not there any "
+                                       "more. Select another one, then choose Save."));
+        m_queue.showFolder(m_folder);
+    }
+    m_queue.save();
 }
 
 void AssetUploads::beginUpload()
@@ -98,9 +126,22 @@ void AssetUploads::beginUpload()
     m_strip->endButton()->setFocus(Qt::OtherFocusReason);
 }
 
+void AssetUploads::showRest()
+{
+    const bool hasRest = m_queue.uploadedCount() > 0 && m_queue.restCount() > 0;
+    if (hasRest)
+        m_strip->showRest(m_queue.uploadedCount(), m_queue.restCount());
+    else if (!m_reader.isReading())
+        m_strip->hide();
+}
+
 void AssetUploads::endUpload()
 {
     m_gate.reset();
+    if (m_read)
+        QMetaObject::invokeMethod(
+            this, [this, read = *std::exchange(m_read, {})] { takeIn(read); },
+            Qt::QueuedConnection);
     if (m_queue.restCount() == 0) {
         m_strip->hide();
         m_controls.list->setFocus(Qt::OtherFocusReason);
@@ -119,7 +160,7 @@ void AssetUploads::closed()
         return;
     }
     m_queue.settle();
-    m_strip->hide();
+    showRest();
     if (m_queue.isListingOld())
         m_errors.attempt([this] { m_queue.list(); });
 }
@@ -127,14 +168,16 @@ void AssetUploads::closed()
 void AssetUploads::stop()
 {
     m_queue.stop();
-    if (!m_reader.isReading())
+    if (!m_reader.isReading() || m_queue.isSaving())
         return;
     m_reader.cancel();
-    m_strip->hide();
+    showRest();
 }
 
 void AssetUploads::forget()
 {
+    m_reader.cancel();
+    m_read.reset();
     stop();
     m_queue.forget();
     m_queue.settle();

@@ -8,6 +8,7 @@
 #include "studio/uploadstrip.h"
 
 #include <memory>
+#include <optional>
 
 class QMimeData;
 
@@ -45,6 +46,8 @@ private:
     void takeIn(const DropContents &contents);
     void save();
     void goOn();
+    void resume();
+    void showRest();
     void beginUpload();
     void endUpload();
     void closed();
@@ -56,6 +59,10 @@ private:
     UploadQueue m_queue;
     DropReader m_reader;
     std::unique_ptr<InputGate> m_gate;
+    /// What was read while a batch was being saved.
+    std::optional<DropContents> m_read;
+    /// The folder the batch is meant for.
+    QString m_folder;
 };
 
 } // namespace Studio

@@ -9,6 +9,7 @@
 #include <QProgressBar>
 #include <QSignalSpy>
 #include <QTabBar>
+#include <QThread>
 
 #include <optional>
 
@@ -415,6 +416,8 @@ private slots:
         QTest::mouseClick(f.batch->viewport(), Qt::LeftButton, {},
                           f.batch->visualItemRect(f.batch->item(1)).center());
         click(f.page, "removeBatch");
+        QCOMPARE(f.text("uploadText"),
+                 QStringLiteral("1 of 2 files are uploaded, 1 file is left."));
         QCOMPARE(f.batchEntries(), (QStringList{QStringLiteral("+/pictures/0.png"),
                                                 QStringLiteral("/pictures/2.png")}));
         f.client.takeCalls();
@@ -438,6 +441,84 @@ private slots:
         QVERIFY(!f.errors.canRetry());
         click(f.page, "batchNewAssetCancel");
         QCOMPARE(f.batchEntries(), QStringList{QStringLiteral("/pictures/2.png")});
+    }
+
+    void theRestGoesWhereTheBatchWasMeantToGo()
+    {
+        AssetsPageFixture f;
+        f.openAt("l1");
+        f.batch->addItems(AssetsPageFixture::paths(2));
+        openBatch(f);
+        std::optional<FailAt> fail;
+        fail.emplace(f, 2, gone());
+        click(f.page, "batchNewAssetSave");
+        f.client.atCall = nullptr;
+        f.clickFolder("l4");
+        f.client.takeCalls();
+        click(f.page, "uploadRest");
+        QCOMPARE(f.tree->selectedNode(), QStringLiteral("l1"));
+        QCOMPARE(f.client.calls().at(1), create(QStringLiteral("/pictures/1.png"), 1));
+    }
+
+    void aFolderThatIsGoneMeanwhileIsTold()
+    {
+        AssetsPageFixture f;
+        f.openAt("l4");
+        f.batch->addItems(AssetsPageFixture::paths(2));
+        openBatch(f);
+        std::optional<FailAt> fail;
+        fail.emplace(f, 2, gone());
+        click(f.page, "batchNewAssetSave");
+        f.client.atCall = nullptr;
+        f.client.assetFolders =
+            ZelTest::assetFolderList({folder0(), AssetTesting::folder(1, 0, "Pictures")});
+        f.tree->setFocus();
+        press(Qt::Key_F5);
+        QTRY_COMPARE(f.tree->nodeCount(), 2);
+        f.client.takeCalls();
+        click(f.page, "uploadRest");
+        QCOMPARE(f.uploads(), 0);
+        QVERIFY(f.errors.problem().what.contains(QLatin1String("not there any more")));
+        // Save puts them where a person wants them now.
+        f.clickFolder("l1");
+        click(f.page, "batchNewAssetSave");
+        QCOMPARE(f.client.calls().at(1), create(QStringLiteral("/pictures/1.png"), 1));
+    }
+
+    void whatIsReadDuringAnUploadWaitsForItsEnd()
+    {
+        AssetsPageFixture f;
+        f.openAt("l1");
+        f.batch->addItems(AssetsPageFixture::paths(2));
+        openBatch(f);
+        const QString fresh = picture(folder(f), QStringLiteral("fresh.png"));
+        f.dropUrls(f.urlsOf({fresh, file(folder(f), QStringLiteral("bad.txt"))}));
+        f.client.atCall = [&](const QString &call) {
+            // The reading ends in the middle of the batch.
+            if (call == create(QStringLiteral("/pictures/0.png")))
+                QThread::msleep(300);
+        };
+        click(f.page, "batchNewAssetSave");
+        QCOMPARE(f.uploads(), 2);
+        QTRY_COMPARE(f.batchEntries(), QStringList{fresh});
+        QVERIFY(f.isShown("batchFrame"));
+        QVERIFY(f.errors.problem().what.startsWith(QLatin1String("1 of 2 files")));
+        QVERIFY(!f.isShown("uploadStrip"));
+    }
+
+    void aDropAfterAFailureLeavesTheRestInSight()
+    {
+        AssetsPageFixture f;
+        f.openAt("l1");
+        f.batch->addItems(AssetsPageFixture::paths(3));
+        openBatch(f);
+        const FailAt fail(f, 2, gone());
+        click(f.page, "batchNewAssetSave");
+        f.dropUrls(f.urlsOf({picture(folder(f), QStringLiteral("more.png"))}));
+        QTRY_COMPARE(f.batch->count(), 4);
+        QCOMPARE(f.text("uploadText"),
+                 QStringLiteral("1 of 4 files are uploaded, 3 files are left."));
+        QVERIFY(f.isShown("uploadRest"));
     }
 
     void stopEndsBetweenFilesAndTheRestCanFollow()
@@ -638,6 +719,11 @@ private slots:
 
 private:
     static QDir folder(const AssetsPageFixture &f) { return QDir(f.files.path()); }
+
+    static QXSC::AssetFolderRecord folder0()
+    {
+        return {0, 0, false, QStringLiteral("root"), QStringLiteral("RWD")};
+    }
 
     static void openBatch(const AssetsPageFixture &f)
     {
