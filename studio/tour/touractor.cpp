@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QWindow>
 
 #include <cstdio>
 #include <exception>
@@ -165,19 +166,19 @@ void TourActor::drop(QWidget &widget, const QStringList &paths,
 void TourActor::withDialog(const std::function<void()> &open, const std::function<void()> &act)
 {
     std::exception_ptr failure;
-    // The dialog runs a loop of its own; what happens in it comes by timer.
+    // The dialog runs a loop of its own; what happens in it comes by timer, once it is on screen.
     QTimer timer;
-    timer.setSingleShot(true);
     QObject::connect(&timer, &QTimer::timeout, [&] {
         QWidget *dialog = QApplication::activeModalWidget();
+        if (!dialog || !dialog->windowHandle() || !dialog->windowHandle()->isExposed())
+            return;
+        timer.stop();
         try {
-            expect(dialog, QStringLiteral("a dialog to open"));
             act();
         } catch (...) {
             failure = std::current_exception();
-        }
-        if (failure && dialog)
             dialog->close();
+        }
     });
     timer.start(MenuDelay);
     open();
