@@ -275,6 +275,7 @@ void AssetsPage::folderListed()
     m_listed = m_controls->tree->selectedNode();
     m_isLoaded = true;
     showEmptyText();
+    showCount();
 }
 
 void AssetsPage::controlFailed(const Zel::RuntimeError &error)

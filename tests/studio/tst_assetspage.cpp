@@ -59,7 +59,9 @@ private slots:
     void countsWhatIsShownAndSelected()
     {
         AssetsPageFixture f;
-        f.openAt("l1");
+        f.open();
+        QCOMPARE(f.text("assetCount"), QStringLiteral("0 assets"));
+        f.clickFolder("l1");
         QCOMPARE(f.text("assetCount"), QStringLiteral("3 assets"));
         f.clickAsset(0);
         QCOMPARE(f.text("assetCount"), QStringLiteral("1 of 3 assets selected"));
