@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QString>
+
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QRadioButton;
+class QTabBar;
+class QWidget;
+
+namespace Zel {
+class ListView;
+}
+
+namespace ZelWebControls {
+class WebImage;
+}
+
+namespace ZelWebServiceControls {
+
+/// The child controls of a theme list, under the names hosts find them by.
+struct ThemeListParts
+{
+    /// The tabs in their order.
+    enum Tab
+    {
+        Details,
+        Templates
+    };
+
+    /// Makes and arranges them in `parent`.
+    explicit ThemeListParts(QWidget *parent);
+
+    QList<QRadioButton *> options() const;
+    /// Shows the preview at the address; for an empty one says that there is none.
+    void showPreview(const QString &url) const;
+
+    QGroupBox *ThemeListFrame;
+    Zel::ListView *ThemeListView;
+    QRadioButton *accountOption;
+    QRadioButton *allOption;
+    QRadioButton *globalOption;
+    QRadioButton *userOption;
+
+    QFrame *PreviewFrame;
+    ZelWebControls::WebImage *ThemePreview;
+
+    QTabBar *TabStrip1;
+    QGroupBox *DetailsFrame;
+    QLabel *descriptionTxt;
+    QLabel *widthTxt;
+    QLabel *heightTxt;
+    QLabel *createdTxt;
+    QLabel *modifiedTxt;
+    QFrame *TemplatesFrame;
+    Zel::ListView *TemplateListView;
+
+private:
+    void makeList(QWidget *parent);
+    void makePreview(QWidget *parent);
+    void makeDetails(QWidget *parent);
+    void makeTemplates(QWidget *parent);
+    void arrange(QWidget *parent);
+
+    QLabel *m_noPreview;
+};
+
+} // namespace ZelWebServiceControls
