@@ -37,10 +37,11 @@ constexpr int MostDefinitionDepth = 256;
 /// nor fields.
 ///
 /// Nothing when the text is no well-formed document from its first character to its last, goes
-/// beyond the limits, declares entities or refers to one it does not have. Nothing from outside is
-/// ever read: of a document type that lies elsewhere nothing is known, and in an attribute a
-/// reference to an entity of it is empty. Since the text is one of characters already, an encoding
-/// that it declares says nothing, and one byte order mark at its start is skipped.
+/// beyond the limits, declares entities or refers in its texts to one it does not have. Nothing
+/// from outside is ever read: of a document type that lies elsewhere nothing is known, and in an
+/// attribute a reference to an entity of it stays as it stands. Since the text is one of characters
+/// already, an encoding that it declares says nothing, and one byte order mark at its start is
+/// skipped.
 ///
 /// May be called from any thread.
 ///
