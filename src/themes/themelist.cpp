@@ -95,6 +95,7 @@ void ThemeList::Init(QXSC::ServiceClient *m_qxs, const QString &appVersion, cons
         const QSignalBlocker quiet(m_parts->allOption);
         m_parts->allOption->setChecked(true);
     }
+    m_parts->keepOneTabStop();
     LoadThemes(fullList());
 }
 
@@ -103,6 +104,7 @@ void ThemeList::loadScope(bool isChosen)
     if (!isChosen)
         return;
     const ThemeListParts &parts = *m_parts;
+    parts.keepOneTabStop();
     if (parts.accountOption->isChecked())
         LoadThemes(QStringLiteral("getAccountThemeList_Array"));
     else if (parts.globalOption->isChecked())

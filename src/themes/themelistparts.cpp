@@ -84,6 +84,12 @@ QList<QRadioButton *> ThemeListParts::options() const
     return {accountOption, allOption, globalOption, userOption};
 }
 
+void ThemeListParts::keepOneTabStop() const
+{
+    for (QRadioButton *option : options())
+        option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
 void ThemeListParts::makeList(QWidget *parent)
 {
     ThemeListFrame = named(new QGroupBox(tr("Themes"), parent), "ThemeListFrame");

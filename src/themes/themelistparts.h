@@ -36,6 +36,8 @@ struct ThemeListParts
     explicit ThemeListParts(QWidget *parent);
 
     QList<QRadioButton *> options() const;
+    /// Lets the Tab key stop at the chosen option alone; Qt does so only once one had the focus.
+    void keepOneTabStop() const;
     /// Shows the preview at the address; for an empty one says that there is none.
     void showPreview(const QString &url) const;
 
