@@ -79,7 +79,8 @@ private slots:
         }
         QCOMPARE(names, (QStringList{QStringLiteral("ZelWebServiceControls::AssetManager"),
                                      QStringLiteral("ZelWebServiceControls::Login"),
-                                     QStringLiteral("ZelWebServiceControls::ProjectList")}));
+                                     QStringLiteral("ZelWebServiceControls::ProjectList"),
+                                     QStringLiteral("ZelWebServiceControls::ThemeList")}));
     }
 
     void controlsOnAFormAreInDesignMode()
