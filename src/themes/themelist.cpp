@@ -11,7 +11,6 @@
 #include "themes/themerows.h"
 #include "webcontrols/webimage.h"
 
-#include <QGroupBox>
 #include <QLabel>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -48,7 +47,7 @@ ThemeList::~ThemeList()
 QSize ThemeList::sizeHint() const
 {
     const int dpi = Zel::logicalDpi(this);
-    return QSize(Zel::pixelsFromTwips(13500, dpi), Zel::pixelsFromTwips(8400, dpi));
+    return QSize(Zel::pixelsFromTwips(13500, dpi), Zel::pixelsFromTwips(8700, dpi));
 }
 
 void ThemeList::connectUser()
@@ -223,8 +222,7 @@ void ThemeList::keepRequired(qsizetype row)
 
 void ThemeList::showTab(int tab)
 {
-    m_parts->DetailsFrame->setVisible(tab == ThemeListParts::Details);
-    m_parts->TemplatesFrame->setVisible(tab == ThemeListParts::Templates);
+    m_parts->showPage(tab);
 }
 
 } // namespace ZelWebServiceControls

@@ -5,7 +5,6 @@
 #include "themes/themelistparts.h"
 
 #include "platform/widgets/listview.h"
-#include "platform/widgets/taborder.h"
 #include "themes/themelist.h"
 #include "webcontrols/webimage.h"
 
@@ -14,19 +13,21 @@
 #include <QLabel>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QStackedLayout>
 #include <QTabBar>
 
 namespace ZelWebServiceControls {
 
 namespace {
 
-/// Of the width, the share of the list and that of the preview.
-constexpr int ListShare = 7;
+/// Of the height, the share of the list and that of what is told about a theme.
+constexpr int UpperShare = 1;
+constexpr int LowerShare = 1;
+/// Of the width below the list, the share of what the tabs show and that of the preview.
+constexpr int PageShare = 7;
 constexpr int PreviewShare = 4;
-/// Of the height, the share of the list and that of what the tabs show.
-constexpr int UpperShare = 3;
-constexpr int LowerShare = 2;
 
+constexpr int LinesOfDescription = 3;
 constexpr int BetweenFields = 24; // pixels, device-independent
 
 template <typename Widget>
@@ -70,10 +71,12 @@ QLabel *makeCaption(const QString &text, QLabel *value)
 
 ThemeListParts::ThemeListParts(QWidget *parent)
 {
+    // In the order in which the Tab key goes through them.
     makeList(parent);
-    makePreview(parent);
+    makeTabs(parent);
     makeDetails(parent);
     makeTemplates(parent);
+    makePreview(parent);
     arrange(parent);
     showPreview({});
     m_noPreview->setText(tr("Choose a theme to see its preview"));
@@ -97,7 +100,7 @@ void ThemeListParts::makeList(QWidget *parent)
     ThemeListView->setAccessibleName(tr("Themes"));
     ThemeListView->setEmptyText(tr("No themes"));
     ThemeListView->addColumn(tr("Name"), 5468);
-    ThemeListView->addColumn(tr("Description"), 3300);
+    ThemeListView->addColumn(tr("Description"), 7000);
     accountOption = makeOption(ThemeListFrame, "accountOption", tr("Acc&ount"),
                                tr("Show the themes of the account"));
     allOption = makeOption(ThemeListFrame, "allOption", tr("A&ll"), tr("Show all themes"));
@@ -126,6 +129,23 @@ void ThemeListParts::showPreview(const QString &url) const
     m_noPreview->setVisible(url.isEmpty());
 }
 
+void ThemeListParts::makeTabs(QWidget *parent)
+{
+    TabStrip1 = named(new QTabBar(parent), "TabStrip1");
+    TabStrip1->setAccessibleName(tr("About the theme"));
+    TabStrip1->setDrawBase(true);
+    TabStrip1->setExpanding(false);
+    TabStrip1->addTab(tr("Details"));
+    TabStrip1->addTab(tr("Templates"));
+    TabStrip1->setTabToolTip(Details, tr("Size and dates of the chosen theme"));
+    TabStrip1->setTabToolTip(Templates, tr("The templates of the chosen theme"));
+}
+
+void ThemeListParts::showPage(int tab) const
+{
+    m_pages->setCurrentIndex(tab);
+}
+
 void ThemeListParts::makeDetails(QWidget *parent)
 {
     DetailsFrame = named(new QGroupBox(tr("Details"), parent), "DetailsFrame");
@@ -137,6 +157,11 @@ void ThemeListParts::makeDetails(QWidget *parent)
     descriptionTxt->setWordWrap(true);
     descriptionTxt->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     scroll->setWidget(descriptionTxt);
+    scroll->viewport()->setAutoFillBackground(false);
+    descriptionTxt->setAutoFillBackground(false);
+    // However long the text is, nothing else moves.
+    scroll->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+    scroll->setMinimumHeight(LinesOfDescription * scroll->fontMetrics().lineSpacing());
     widthTxt = makeValue(DetailsFrame, "widthTxt");
     heightTxt = makeValue(DetailsFrame, "heightTxt");
     createdTxt = makeValue(DetailsFrame, "createdTxt");
@@ -167,24 +192,14 @@ void ThemeListParts::makeTemplates(QWidget *parent)
     TemplateListView->setEmptyText(tr("No templates"));
     TemplateListView->setCheckBoxes(true);
     TemplateListView->addColumn(tr("Template"), 4235);
-    TemplateListView->addColumn(tr("Description"), 7000);
+    TemplateListView->addColumn(tr("Description"), 3700);
     auto *column = new QVBoxLayout(TemplatesFrame);
     column->setContentsMargins({});
     column->addWidget(TemplateListView);
-    TemplatesFrame->hide();
 }
 
 void ThemeListParts::arrange(QWidget *parent)
 {
-    TabStrip1 = named(new QTabBar(parent), "TabStrip1");
-    TabStrip1->setAccessibleName(tr("About the theme"));
-    TabStrip1->setDrawBase(true);
-    TabStrip1->setExpanding(false);
-    TabStrip1->addTab(tr("Details"));
-    TabStrip1->addTab(tr("Templates"));
-    TabStrip1->setTabToolTip(Details, tr("Size and dates of the chosen theme"));
-    TabStrip1->setTabToolTip(Templates, tr("The templates of the chosen theme"));
-
     auto *scopes = new QHBoxLayout;
     for (QRadioButton *option : options())
         scopes->addWidget(option);
@@ -197,16 +212,18 @@ void ThemeListParts::arrange(QWidget *parent)
     preview->addWidget(ThemePreview, 0, 0);
     preview->addWidget(m_noPreview, 0, 0);
 
-    auto *upper = new QHBoxLayout;
-    upper->addWidget(ThemeListFrame, ListShare);
-    upper->addWidget(PreviewFrame, PreviewShare);
+    m_pages = new QStackedLayout;
+    m_pages->addWidget(DetailsFrame);
+    m_pages->addWidget(TemplatesFrame);
+    auto *page = new QVBoxLayout;
+    page->addWidget(TabStrip1);
+    page->addLayout(m_pages, 1);
+    auto *lower = new QHBoxLayout;
+    lower->addLayout(page, PageShare);
+    lower->addWidget(PreviewFrame, PreviewShare);
     auto *rows = new QVBoxLayout(parent);
-    rows->addLayout(upper, UpperShare);
-    rows->addWidget(TabStrip1);
-    rows->addWidget(DetailsFrame, LowerShare);
-    rows->addWidget(TemplatesFrame, LowerShare);
-    Zel::setTabChain({ThemeListView, accountOption, allOption, globalOption, userOption, TabStrip1,
-                      DetailsFrame, TemplateListView});
+    rows->addWidget(ThemeListFrame, UpperShare);
+    rows->addLayout(lower, LowerShare);
 }
 
 } // namespace ZelWebServiceControls

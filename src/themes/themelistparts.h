@@ -9,6 +9,7 @@ class QFrame;
 class QGroupBox;
 class QLabel;
 class QRadioButton;
+class QStackedLayout;
 class QTabBar;
 class QWidget;
 
@@ -40,6 +41,8 @@ struct ThemeListParts
     void keepOneTabStop() const;
     /// Shows the preview at the address; for an empty one says that there is none.
     void showPreview(const QString &url) const;
+    /// Shows the frame of a tab and hides the other.
+    void showPage(int tab) const;
 
     QGroupBox *ThemeListFrame;
     Zel::ListView *ThemeListView;
@@ -63,12 +66,14 @@ struct ThemeListParts
 
 private:
     void makeList(QWidget *parent);
-    void makePreview(QWidget *parent);
+    void makeTabs(QWidget *parent);
     void makeDetails(QWidget *parent);
     void makeTemplates(QWidget *parent);
+    void makePreview(QWidget *parent);
     void arrange(QWidget *parent);
 
     QLabel *m_noPreview;
+    QStackedLayout *m_pages;
 };
 
 } // namespace ZelWebServiceControls
