@@ -31,9 +31,6 @@ ThemeList::ThemeList(QWidget *parent)
     : Control(parent)
     , m_parts(std::make_unique<ThemeListParts>(this))
 {
-    // A host's tab order takes part only when this control says that it takes the focus.
-    setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(m_parts->ThemeListView);
     connectUser();
 }
 

@@ -71,8 +71,12 @@ QLabel *makeCaption(const QString &text, QLabel *value)
 
 ThemeListParts::ThemeListParts(QWidget *parent)
 {
-    // In the order in which the Tab key goes through them.
+    // In the order in which the Tab key goes through them. Setting the focus proxy may move the
+    // parent behind the children it has; so it comes before most of them.
     makeList(parent);
+    // A host's tab order takes part only when the control says that it takes the focus.
+    parent->setFocusPolicy(Qt::StrongFocus);
+    parent->setFocusProxy(ThemeListView);
     makeTabs(parent);
     makeDetails(parent);
     makeTemplates(parent);
