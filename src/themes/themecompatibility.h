@@ -5,6 +5,7 @@
 #include "common/contract/themerecord.h"
 #include "platform/core/export.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
