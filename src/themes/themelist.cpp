@@ -176,7 +176,7 @@ void ThemeList::confirmTheme(qsizetype row)
 void ThemeList::showDetails(const QXSC::ThemeRecord &theme)
 {
     const ThemeListParts &parts = *m_parts;
-    parts.descriptionTxt->setText(theme.description);
+    parts.showDescription(theme.description);
     parts.widthTxt->setText(QString::number(theme.width));
     parts.heightTxt->setText(QString::number(theme.height));
     parts.createdTxt->setText(Zel::generalDateText(theme.created));

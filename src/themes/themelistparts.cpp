@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedLayout>
 #include <QTabBar>
 
@@ -145,6 +146,12 @@ void ThemeListParts::makeTabs(QWidget *parent)
     TabStrip1->setTabToolTip(Templates, tr("The templates of the chosen theme"));
 }
 
+void ThemeListParts::showDescription(const QString &text) const
+{
+    descriptionTxt->setText(text);
+    m_description->verticalScrollBar()->setValue(0);
+}
+
 void ThemeListParts::showPage(int tab) const
 {
     m_pages->setCurrentIndex(tab);
@@ -153,7 +160,7 @@ void ThemeListParts::showPage(int tab) const
 void ThemeListParts::makeDetails(QWidget *parent)
 {
     DetailsFrame = named(new QGroupBox(tr("Details"), parent), "DetailsFrame");
-    auto *scroll = new QScrollArea(DetailsFrame);
+    auto *scroll = m_description = new QScrollArea(DetailsFrame);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     scroll->setAccessibleName(tr("Description"));

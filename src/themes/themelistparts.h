@@ -9,6 +9,7 @@ class QFrame;
 class QGroupBox;
 class QLabel;
 class QRadioButton;
+class QScrollArea;
 class QStackedLayout;
 class QTabBar;
 class QWidget;
@@ -39,6 +40,8 @@ struct ThemeListParts
     QList<QRadioButton *> options() const;
     /// Lets the Tab key stop at the chosen option alone; Qt does so only once one had the focus.
     void keepOneTabStop() const;
+    /// Shows a description from its beginning.
+    void showDescription(const QString &text) const;
     /// Shows the preview at the address; for an empty one says that there is none.
     void showPreview(const QString &url) const;
     /// Shows the frame of a tab and hides the other.
@@ -72,6 +75,7 @@ private:
     void makePreview(QWidget *parent);
     void arrange(QWidget *parent);
 
+    QScrollArea *m_description;
     QLabel *m_noPreview;
     QStackedLayout *m_pages;
 };

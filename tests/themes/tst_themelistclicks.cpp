@@ -4,6 +4,9 @@
 #include "testsupport/testcase.h"
 #include "themelistfixture.h"
 
+#include <QScrollArea>
+#include <QScrollBar>
+
 #include <limits>
 
 using ListTesting::click;
@@ -25,6 +28,7 @@ private slots:
     void detailsShowTheTheme();
     void detailsShowTextAsItStands();
     void detailsOfAnotherThemeReplaceThem();
+    void aLongDescriptionScrollsAndMovesNothing();
     void aDateThatIsNoneShowsNothing();
     void aListenerMayDestroyTheControl();
     void tabsShowOneFrame();
@@ -181,6 +185,36 @@ void tst_ThemeListClicks::detailsOfAnotherThemeReplaceThem()
     click(f.list(), 1);
     QCOMPARE(f.details(), (QStringList{QStringLiteral("about Red"), QStringLiteral("0"),
                                        QStringLiteral("0"), QString(), QString()}));
+}
+
+void tst_ThemeListClicks::aLongDescriptionScrollsAndMovesNothing()
+{
+    ThemeListFixture f;
+    QXSC::ThemeRecord longer = theme("Long");
+    longer.description = QStringLiteral("One line of a long story.\n").repeated(200);
+    f.load({theme("Short"), longer, longer});
+    const auto places = [&f] {
+        QList<QRect> rects;
+        for (const char *name : {"ThemeListFrame", "TabStrip1", "PreviewFrame"})
+            rects << f.child<QWidget>(name)->geometry();
+        const bool details = f.child<QWidget>("DetailsFrame")->isVisible();
+        rects << f.child<QWidget>(details ? "DetailsFrame" : "TemplatesFrame")->geometry();
+        return rects;
+    };
+    click(f.list(), 0);
+    QCoreApplication::processEvents();
+    const QList<QRect> before = places();
+    click(f.list(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(places(), before);
+    auto *bar = f.child<QGroupBox>("DetailsFrame")->findChild<QScrollArea *>()->verticalScrollBar();
+    QVERIFY(bar->maximum() > 0);
+    bar->setValue(bar->maximum());
+    click(f.list(), 2);
+    QCOMPARE(bar->value(), 0);
+    f.clickTab(1);
+    QCoreApplication::processEvents();
+    QCOMPARE(places(), before);
 }
 
 void tst_ThemeListClicks::aDateThatIsNoneShowsNothing()

@@ -4,6 +4,9 @@
 #include "testsupport/testcase.h"
 #include "themelistfixture.h"
 
+#include <QDirIterator>
+#include <QFile>
+
 using QXSC::ServiceError;
 using ZelTest::errorNumber;
 using ZelWebServiceControls::HiddenTheme;
@@ -42,6 +45,7 @@ private slots:
     void showsNameAndDescriptionInTheServicesOrder();
     void linesCarryTheirRecords();
     void hidesWhatCannotBeUsed();
+    void hidesDefinitionsOfEveryBadKind();
     void usesTheFlags();
     void tellsTheHostWhatIsHidden();
     void callsTheHandlerAfterEveryLoad();
@@ -218,6 +222,34 @@ void tst_ThemeListLoad::hidesWhatCannotBeUsed()
     QCOMPARE(f.shown(), (QStringList{QStringLiteral("Just right"), QStringLiteral("Any version")}));
     QCOMPARE(f.trail, QStringList());
     QCOMPARE(f.boxes.shown().size(), 0);
+}
+
+void tst_ThemeListLoad::hidesDefinitionsOfEveryBadKind()
+{
+    QList<QXSC::ThemeRecord> records{theme("First")};
+    QDirIterator files(QStringLiteral(ZEL_FIXTURES "/themes/definitions/unreadable"),
+                       {QStringLiteral("*.xml")});
+    while (files.hasNext()) {
+        QFile file(files.next());
+        QVERIFY(file.open(QFile::ReadOnly));
+        records << theme("Bad", QString::fromUtf8(file.readAll()));
+    }
+    // A decoder takes one of two byte order marks away, and one is no fault.
+    records.removeIf([](const QXSC::ThemeRecord &record) {
+        return record.wizardXml.startsWith(QChar(QChar::ByteOrderMark));
+    });
+    QVERIFY(records.size() > 20);
+    const QString deep = QStringLiteral("<WIZARD>").repeated(100'000) +
+                         QStringLiteral("</WIZARD>").repeated(100'000);
+    records << theme("Deep", deep);
+    records << theme("Large", QStringLiteral("<WIZARD>") + QString(100'000'000, u'x') +
+                                  QStringLiteral("</WIZARD>"));
+    records << theme("Last");
+    ThemeListFixture f;
+    f.load(records);
+    QCOMPARE(f.shown(), (QStringList{QStringLiteral("First"), QStringLiteral("Last")}));
+    for (const HiddenTheme &hidden : f.themes->hiddenThemes())
+        QVERIFY(hidden.why.reason == ThemeCompatibility::Reason::Unreadable);
 }
 
 void tst_ThemeListLoad::usesTheFlags()
