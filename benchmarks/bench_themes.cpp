@@ -5,19 +5,19 @@
 // How long a list of themes takes to load, beside a plain pass of QXmlStreamReader over the same
 // definitions, which no reader of them can do without.
 
+#include "measuring.h"
 #include "testsupport/recordingclient.h"
 #include "themes/themelist.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QThread>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
 #include <algorithm>
-#include <cstdio>
 #include <random>
-#include <vector>
+
+using namespace Bench;
 
 namespace {
 
@@ -102,21 +102,6 @@ int plainPass(const QXSC::ThemeCollection &themes)
         wellFormed += reader.hasError() ? 0 : 1;
     }
     return wellFormed;
-}
-
-template <typename Work>
-double milliseconds(const Work &work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
-double medianOf(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 } // namespace
