@@ -66,6 +66,12 @@ QString RecordingClient::GetAssetValue(const QString &guid)
     return assetValues.value(guid);
 }
 
+QString RecordingClient::assetAddress(const QString &guid)
+{
+    record(QStringLiteral("assetAddress"), {guid});
+    return assetAddresses.value(guid);
+}
+
 QXSC::AssetFolderCollectionPtr assetFolderList(const QList<QXSC::AssetFolderRecord> &folders)
 {
     auto list = std::make_shared<QXSC::AssetFolderCollection>();

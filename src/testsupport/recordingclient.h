@@ -52,6 +52,7 @@ public:
     qint16 createdFolder = 0;
     QHash<qint16, QString> folderPermissions;
     QHash<QString, QString> assetValues;
+    QHash<QString, QString> assetAddresses;
     /// Percentages reported for each file of `CreateAsset`, in order.
     QList<qint32> uploadProgress{0, 50, 100};
     /// Lists of themes by the method that names them; a method that is not in it answers nothing.
@@ -100,6 +101,7 @@ public:
 
     QList<QXSC::ProjectType> projectTypes() override;
     QXSC::ProjectRecordPtr createProject(const QXSC::NewProject &project) override;
+    QString assetAddress(const QString &guid) override;
     void signOut() override;
 
 protected:

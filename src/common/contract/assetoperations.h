@@ -35,7 +35,8 @@ public:
     /// Deletes an empty folder.
     virtual void DeleteAssetFolder(qint16 folderId) = 0;
     virtual void DeleteAsset(const QString &guid) = 0;
-    /// What a field stores for a picked asset: the address under which the service gives its bytes.
+    /// What a field shows and stores for a picked asset: the address under which the service gives
+    /// its bytes, relative to the service ("/a/..."), so that it holds wherever the service moves.
     virtual QString GetAssetValue(const QString &guid) = 0;
 };
 

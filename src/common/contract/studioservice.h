@@ -44,6 +44,9 @@ public:
     virtual QList<ProjectType> projectTypes() = 0;
     /// Makes a project in the active account and returns its record.
     virtual ProjectRecordPtr createProject(const NewProject &project) = 0;
+    /// The whole address of an asset's bytes, for use outside this program. What `GetAssetValue`
+    /// gives may be relative to the service, so that it holds wherever the service moves.
+    virtual QString assetAddress(const QString &guid) = 0;
     /// Ends the session on the server and forgets it here. Never throws: a session that cannot be
     /// ended on the server runs out there by itself.
     virtual void signOut() = 0;

@@ -92,6 +92,12 @@ QString HttpServiceClient::GetAssetValue(const QString &guid)
     return readAnswer(request, *ask(request), readAssetValue);
 }
 
+QString HttpServiceClient::assetAddress(const QString &guid)
+{
+    const QUrl value(GetAssetValue(guid));
+    return m_session->server.url("/").resolved(value).toString(QUrl::FullyEncoded);
+}
+
 QByteArray HttpServiceClient::assetPath(const QString &guid) const
 {
     // An address takes one or two dots for a folder, however they are written.

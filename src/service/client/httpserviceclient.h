@@ -89,6 +89,7 @@ public:
     /// An empty guid is replaced by a new one. To repeat the call after a lost answer without
     /// making a second project, choose the guid yourself and send it again.
     ProjectRecordPtr createProject(const NewProject &project) override;
+    QString assetAddress(const QString &guid) override;
     /// Waits five seconds for the service at the most.
     void signOut() override;
 
