@@ -129,7 +129,7 @@ def town_hall():
         p.append(path(f"M{x - 7} 0H{x + 7}L{to + 64} 268H{to - 64}Z", "url(#beam)"))
         p.append(rect(x - 11, 0, 22, 11, "#0e0a1c", 2))
     p += [path("M70 262H570L640 318H0Z", "#2b1a3e"), '<ellipse cx="320" cy="276" rx="190" ry="22" fill="url(#pool)"/>',
-          person(262, 272, 0.84, "#8a5a3e", "#1e1512", "#e8e3da"), person(372, 272, 0.84, "#e2b18f", "#7a4a22", "#33506e", True),
+          person(262, 256, 0.92, "#8a5a3e", "#1e1512", "#e8e3da"), person(376, 256, 0.92, "#e2b18f", "#7a4a22", "#33506e", True),
           path("M206 250H434L422 286H218Z", "#5a4030"), rect(200, 246, 240, 7, "#7c5c48", 3), rect(300, 256, 40, 20, "#ff8a4c", 3),
           rect(310, 234, 8, 12, "#bfe3f0", 2), rect(324, 234, 8, 12, "#bfe3f0", 2),
           audience(318, "#160c24", 12, 1, 14), audience(344, "#0a0614", 10, 1.2),
