@@ -15,12 +15,17 @@ namespace {
 
 constexpr qint64 hourMs = 60LL * 60 * 1000;
 
-QByteArray signatureOf(Store &store, const QByteArray &path, qint64 accountId, qint64 expiresAt)
+QByteArray keyOf(Store &store)
+{
+    return store.keys.key(QStringLiteral("address"));
+}
+
+QByteArray signatureOf(const QByteArray &key, const QByteArray &path, qint64 accountId,
+                       qint64 expiresAt)
 {
     const QByteArray text =
         path + '?' + QByteArray::number(accountId) + '&' + QByteArray::number(expiresAt);
-    return QMessageAuthenticationCode::hash(text, store.keys.key(QStringLiteral("address")),
-                                            QCryptographicHash::Sha256)
+    return QMessageAuthenticationCode::hash(text, key, QCryptographicHash::Sha256)
         .toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
 }
 
@@ -42,12 +47,23 @@ QByteArray pathOf(const QByteArray &target)
 
 } // namespace
 
+AddressSigner::AddressSigner(const Call &call)
+    : m_origin("http://" + call.request.header("Host"))
+    , m_account(call.session.accountId)
+    , m_key(keyOf(call.store))
+{
+}
+
+QByteArray AddressSigner::address(const QByteArray &path, qint64 expiresAt) const
+{
+    return m_origin + path + "?a=" + QByteArray::number(m_account) +
+           "&e=" + QByteArray::number(expiresAt) +
+           "&s=" + signatureOf(m_key, path, m_account, expiresAt);
+}
+
 QByteArray signedAddress(const Call &call, const QByteArray &path, qint64 expiresAt)
 {
-    const qint64 account = call.session.accountId;
-    return "http://" + call.request.header("Host") + path + "?a=" + QByteArray::number(account) +
-           "&e=" + QByteArray::number(expiresAt) +
-           "&s=" + signatureOf(call.store, path, account, expiresAt);
+    return AddressSigner(call).address(path, expiresAt);
 }
 
 qint64 thumbnailExpiry(qint64 now)
@@ -62,7 +78,8 @@ qint64 accountOfSignedCall(const Call &call)
     const qint64 account = call.queryNumber("a", most, 0);
     const qint64 expiresAt = call.queryNumber("e", most, 0);
     const QByteArray given = call.queryTextOrEmpty("s", longestSignature).toLatin1();
-    if (!isSame(given, signatureOf(call.store, pathOf(call.request.target), account, expiresAt)))
+    if (!isSame(given,
+                signatureOf(keyOf(call.store), pathOf(call.request.target), account, expiresAt)))
         throw Problem(403, QByteArrayLiteral("bad-address"),
                       QStringLiteral("This address was not made by the service."));
     if (expiresAt != 0 && expiresAt < call.store.clock())

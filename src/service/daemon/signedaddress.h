@@ -20,6 +20,20 @@ constexpr qint64 thumbnailAddressMs = 24LL * 60 * 60 * 1000;
 /// @param expiresAt milliseconds UTC; 0 for an address that data records keep
 ZEL_EXPORT QByteArray signedAddress(const Call &call, const QByteArray &path, qint64 expiresAt);
 
+/// Makes many such addresses of one call; the key is asked for once.
+class ZEL_EXPORT AddressSigner
+{
+public:
+    explicit AddressSigner(const Call &call);
+
+    QByteArray address(const QByteArray &path, qint64 expiresAt) const;
+
+private:
+    QByteArray m_origin; ///< "http://127.0.0.1:8080"
+    qint64 m_account;
+    QByteArray m_key;
+};
+
 /// When an address made now ends.
 ZEL_EXPORT qint64 thumbnailExpiry(qint64 now);
 

@@ -14,6 +14,7 @@
 #include "service/store/serverkeys.h"
 #include "service/store/sessions.h"
 #include "service/store/signinthrottle.h"
+#include "service/store/themes.h"
 #include "service/store/uploads.h"
 #include "service/store/users.h"
 
@@ -41,8 +42,9 @@ public:
     Sessions sessions;
     SignInThrottle throttle;
     Accounts accounts;
-    Projects projects;
     BlobStore blobs;
+    Themes themes;
+    Projects projects;
     AssetFolders folders;
     Assets assets;
     Uploads uploads;
