@@ -9,6 +9,7 @@
 #include "studio/columnmenu.h"
 #include "studio/columnwidths.h"
 #include "studio/errorcenter.h"
+#include "studio/pageheader.h"
 #include "studio/projectdetails.h"
 #include "studio/settings.h"
 #include "studio/textlabel.h"
@@ -35,19 +36,6 @@ namespace {
 constexpr int WidestFilter = 380;  // pixels
 constexpr int LongestFilter = 500; // characters
 constexpr qsizetype QuotedFilter = 60;
-
-QToolButton *makeTool(QWidget *parent, const char *name, const QString &icon, const QString &text,
-                      const QString &tip)
-{
-    auto *button = new QToolButton(parent);
-    button->setObjectName(QLatin1String(name));
-    button->setIcon(tintedIcon(icon));
-    button->setText(text);
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    button->setToolTip(tip);
-    button->setFocusPolicy(Qt::StrongFocus);
-    return button;
-}
 
 bool hasAllWords(const QXSC::ProjectRecord &project, const QStringList &words)
 {
@@ -115,16 +103,11 @@ void ProjectsPage::build()
 QWidget *ProjectsPage::makeHeader()
 {
     auto *header = new QWidget(this);
-    auto *heading = new QLabel(title(), header);
-    QFont font = heading->font();
-    font.setPointSizeF(font.pointSizeF() * 1.5);
-    font.setWeight(QFont::DemiBold);
-    heading->setFont(font);
     makeTools(header);
     auto *row = new QHBoxLayout(header);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
-    row->addWidget(heading);
+    row->addWidget(makeHeading(header, title()));
     row->addSpacing(8);
     row->addWidget(m_type);
     row->addStretch(1);
@@ -224,7 +207,7 @@ void ProjectsPage::fit()
 {
     // The room for the columns is known once the page is on screen.
     layout()->activate();
-    fitColumns(*m_list, m_settings.projectColumnWidths());
+    fitColumns(*m_list, m_settings.projectColumnWidths(), dateColumns(*m_list));
     m_fittedWidths = columnWidths(*m_list, m_settings.projectColumnWidths());
 }
 

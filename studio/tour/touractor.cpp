@@ -5,8 +5,10 @@
 #include "studio/tour/tourindex.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QMenu>
+#include <QMimeData>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QTest>
@@ -30,6 +32,18 @@ QString fileName(int number, const QString &part, const QString &caption)
     return QStringLiteral("%1-%2-%3.png")
         .arg(number, 2, 10, QLatin1Char('0'))
         .arg(part, words.left(40));
+}
+
+/// Draws what lies over a window where it lies, dialogs with an edge, as a desktop would.
+void drawOver(QPixmap &picture, const QWidget &window, QWidget &over)
+{
+    const QRect place(window.mapFromGlobal(over.pos()), over.size());
+    QPainter painter(&picture);
+    painter.drawPixmap(place.topLeft(), over.grab());
+    if (over.windowType() == Qt::Popup)
+        return;
+    painter.setPen(over.palette().color(QPalette::Disabled, QPalette::WindowText));
+    painter.drawRect(place.adjusted(-1, -1, 0, 0));
 }
 
 } // namespace
@@ -122,6 +136,60 @@ void TourActor::chooseFrom(QMenu &menu, const QString &action, const std::functi
     QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(chosen).center());
 }
 
+QList<QWidget *> TourActor::named(const QString &name) const
+{
+    QList<QWidget *> widgets = m_window.findChildren<QWidget *>(name);
+    if (const QWidget *dialog = QApplication::activeModalWidget())
+        widgets << dialog->findChildren<QWidget *>(name);
+    return widgets;
+}
+
+void TourActor::drop(QWidget &widget, const QStringList &paths,
+                     const std::function<void()> &atHover)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls << QUrl::fromLocalFile(path);
+    data.setUrls(urls);
+    const QPoint place = widget.rect().center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &enter);
+    expect(enter.isAccepted(), QStringLiteral("files to be welcome"));
+    atHover();
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &drop);
+    QTest::qWait(0);
+}
+
+void TourActor::withDialog(const std::function<void()> &open, const std::function<void()> &act)
+{
+    std::exception_ptr failure;
+    // The dialog runs a loop of its own; what happens in it comes by timer.
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        try {
+            expect(dialog, QStringLiteral("a dialog to open"));
+            act();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        if (failure && dialog)
+            dialog->close();
+    });
+    timer.start(MenuDelay);
+    open();
+    if (failure)
+        std::rethrow_exception(failure);
+    expect(!timer.isActive(), QStringLiteral("a dialog to open"));
+    // The platform without a screen has no window manager to do so.
+    m_window.activateWindow();
+    waitFor(QStringLiteral("the window to be active again"),
+            [this] { return m_window.isActiveWindow(); });
+}
+
 void TourActor::shoot(const QString &caption)
 {
     QTest::qWait(60); // animations of the style end, pending paints happen
@@ -131,9 +199,9 @@ void TourActor::shoot(const QString &caption)
 void TourActor::shootNow(const QString &caption)
 {
     QPixmap picture = m_window.grab();
-    if (QWidget *popup = QApplication::activePopupWidget()) {
-        QPainter painter(&picture);
-        painter.drawPixmap(m_window.mapFromGlobal(popup->pos()), popup->grab());
+    for (QWidget *over : {QApplication::activeModalWidget(), QApplication::activePopupWidget()}) {
+        if (over)
+            drawOver(picture, m_window, *over);
     }
     const QString file = fileName(++m_count, m_part, caption);
     if (!picture.save(m_folder + QLatin1Char('/') + file))
