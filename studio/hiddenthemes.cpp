@@ -111,7 +111,7 @@ void HiddenThemesPopup::open(const QList<HiddenTheme> &themes, const QWidget &an
     const int line = qMax(m_list->sizeHintForRow(0), m_list->fontMetrics().lineSpacing());
     const int lines = static_cast<int>(qMin<qsizetype>(MostLines, themes.size()));
     const int height = m_list->header()->sizeHint().height() + lines * line + 4 * Inset;
-    const QPoint place = anchor.mapToGlobal(QPoint(0, -height));
+    const QPoint place = anchor.mapToGlobal(QPoint(0, anchor.height() - height));
     const int top = qMax(place.y(), anchor.screen()->availableGeometry().top());
     setGeometry(place.x(), top, anchor.width(), height);
     show();

@@ -24,7 +24,7 @@ class HiddenThemesPopup : public QFrame
 public:
     explicit HiddenThemesPopup(QWidget *parent);
 
-    /// Shows the list above `anchor`, as wide as it.
+    /// Shows the list over the lower part of `anchor`, as wide as it.
     void open(const QList<ZelWebServiceControls::HiddenTheme> &themes, const QWidget &anchor);
 
 private:

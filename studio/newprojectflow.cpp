@@ -40,7 +40,6 @@ QPushButton *makeButton(QWidget *parent, const char *name, const QString &captio
 {
     auto *button = new QPushButton(caption, parent);
     button->setObjectName(QLatin1String(name));
-    button->setAutoDefault(true); // Enter on it presses it
     return button;
 }
 
@@ -79,6 +78,8 @@ void NewProjectFlow::build()
     m_next = makeButton(this, "toProjectForm", tr("&Next"));
     m_save = makeButton(this, "saveNewProject", tr("&Save"));
     m_save->setToolTip(tr("Make the project (Ctrl+Enter)"));
+    for (QPushButton *button : {m_cancel, m_back})
+        button->setAutoDefault(true); // Enter on it presses it
     m_next->setDefault(true);
     m_save->setDefault(true);
     auto *head = new QHBoxLayout;

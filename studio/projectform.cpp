@@ -19,7 +19,10 @@ namespace Studio {
 
 namespace {
 
-constexpr int LongestMessage = 64;
+// Device-independent pixels.
+constexpr int NarrowestMessage = 64;
+constexpr int NarrowestDate = 190;
+constexpr int HighestDescription = 260;
 
 void tell(QLabel &label, const QString &text)
 {
@@ -52,7 +55,7 @@ QLabel *ProjectForm::addMessage(QGridLayout &grid, int row, const char *name)
     auto *label = new QLabel(this);
     label->setObjectName(QLatin1String(name));
     label->setWordWrap(true);
-    label->setMinimumWidth(LongestMessage);
+    label->setMinimumWidth(NarrowestMessage);
     label->hide();
     grid.addWidget(label, row, 1);
     return label;
@@ -71,6 +74,7 @@ void ProjectForm::build()
     m_description = new QPlainTextEdit(this);
     m_description->setObjectName(QStringLiteral("newDescription"));
     m_description->setTabChangesFocus(true);
+    m_description->setMaximumHeight(HighestDescription);
     m_hasDate = new QCheckBox(tr("&Event date"), this);
     m_hasDate->setObjectName(QStringLiteral("newHasDate"));
     m_hasDate->setToolTip(tr("Whether the date of the event is known"));
@@ -79,6 +83,7 @@ void ProjectForm::build()
     m_date->setAccessibleName(tr("Event date"));
     m_date->setCalendarPopup(true);
     m_date->setEnabled(false);
+    m_date->setMinimumWidth(NarrowestDate);
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(0, 8, 0, 0);
     grid->setHorizontalSpacing(16);
@@ -98,7 +103,8 @@ void ProjectForm::build()
     m_descriptionProblem = addMessage(*grid, 5, "newDescriptionProblem");
     grid->addWidget(m_hasDate, 6, 0);
     grid->addWidget(m_date, 6, 1, Qt::AlignLeft);
-    grid->setRowStretch(4, 1);
+    grid->setRowStretch(4, 3);
+    grid->setRowStretch(7, 1);
     grid->setColumnStretch(1, 1);
 }
 

@@ -37,7 +37,7 @@ ThemeStep::ThemeStep(QXSC::ServiceClient &client, ErrorCenter &errors, QWidget *
     m_list = m_themes->findChild<Zel::ListView *>(QStringLiteral("ThemeListView"));
     m_hidden = makeTool(this, "hiddenThemesButton", QStringLiteral("information"), QString(),
                         tr("Show which themes are not shown, and why"));
-    m_hidden->setAutoRaise(true);
+    m_hidden->setToolButtonStyle(Qt::ToolButtonTextOnly);
     m_hidden->hide();
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

@@ -5,6 +5,7 @@
 #include "platform/widgets/listview.h"
 #include "studio/tour/listacts.h"
 #include "studio/tour/touractor.h"
+#include "webcontrols/webimage.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -48,10 +49,8 @@ void chooseTheme(TourActor &actor, Zel::ListView &themes)
                      .endsWith(QLatin1String("Town hall")),
                  QStringLiteral("the clicked theme to be chosen"));
     // The preview comes a little later.
-    auto &preview = actor.find(QStringLiteral("ThemePreview"));
-    const QImage before = preview.grab().toImage();
-    actor.waitFor(QStringLiteral("the preview of the theme"),
-                  [&] { return preview.grab().toImage() != before; });
+    const auto &preview = actor.find<ZelWebControls::WebImage>(QStringLiteral("ThemePreview"));
+    actor.waitFor(QStringLiteral("the preview of the theme"), [&] { return !preview.isLoading(); });
     actor.shoot(QStringLiteral("A theme and its details"));
     auto &tabs = actor.find<QTabBar>(QStringLiteral("TabStrip1"));
     actor.clickAt(tabs, tabs.tabRect(1).center());
