@@ -24,7 +24,7 @@ QStringList themesOf(const QString &path, const QString &project)
         if (!database.open())
             return {QStringLiteral("not open")};
         QSqlQuery query(database);
-        query.prepare("SELECT t.name FROM projects p JOIN themes t ON t.guid = p.theme_guid "
+        query.prepare("SELECT t.name FROM project p JOIN theme t ON t.guid = p.theme_guid "
                       "WHERE p.name = ?");
         query.addBindValue(project);
         if (!query.exec())
