@@ -112,7 +112,7 @@ void ProjectsPage::buildView()
     column->addWidget(makeHeader());
     column->addWidget(split, 1);
     column->addWidget(m_count);
-    Zel::setTabChain({m_new, m_type, m_filter, m_columns, m_refresh, m_projects, m_details});
+    Zel::setTabChain({m_type, m_new, m_filter, m_columns, m_refresh, m_projects, m_details});
 }
 
 void ProjectsPage::makeEmptyState()
