@@ -148,7 +148,7 @@ void tst_ThemeListPreview::oneThatCannotBeHadIsNoErrorOfTheClick()
     QVERIFY(!f.preview().problem().isEmpty());
     QSignalSpy failed(&f.preview(), &ZelWebControls::WebImage::Failed);
     ListTesting::click(f.list(), 1);
-    QVERIFY(failed.wait());
+    QVERIFY(!failed.isEmpty() || failed.wait());
     QCOMPARE(f.trail, (QStringList{QStringLiteral("ThemeSelected File"),
                                    QStringLiteral("ThemeSelected Nobody")}));
     QCOMPARE(f.boxes.shown().size(), 0);
