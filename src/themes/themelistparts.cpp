@@ -5,6 +5,7 @@
 #include "themes/themelistparts.h"
 
 #include "platform/widgets/listview.h"
+#include "themes/columnfill.h"
 #include "themes/themelist.h"
 #include "webcontrols/webimage.h"
 
@@ -20,6 +21,9 @@
 namespace ZelWebServiceControls {
 
 namespace {
+
+/// Of the columns "Description", in twips.
+constexpr double LeastDescription = 3700;
 
 /// Of the height, the share of the list and that of what is told about a theme.
 constexpr int UpperShare = 1;
@@ -105,7 +109,8 @@ void ThemeListParts::makeList(QWidget *parent)
     ThemeListView->setAccessibleName(tr("Themes"));
     ThemeListView->setEmptyText(tr("No themes"));
     ThemeListView->addColumn(tr("Name"), 5468);
-    ThemeListView->addColumn(tr("Description"), 7000);
+    ThemeListView->addColumn(tr("Description"), LeastDescription);
+    new ColumnFill(*ThemeListView, LeastDescription);
     accountOption = makeOption(ThemeListFrame, "accountOption", tr("Acc&ount"),
                                tr("Show the themes of the account"));
     allOption = makeOption(ThemeListFrame, "allOption", tr("A&ll"), tr("Show all themes"));
@@ -203,7 +208,8 @@ void ThemeListParts::makeTemplates(QWidget *parent)
     TemplateListView->setEmptyText(tr("No templates"));
     TemplateListView->setCheckBoxes(true);
     TemplateListView->addColumn(tr("Template"), 4235);
-    TemplateListView->addColumn(tr("Description"), 3700);
+    TemplateListView->addColumn(tr("Description"), LeastDescription);
+    new ColumnFill(*TemplateListView, LeastDescription);
     auto *column = new QVBoxLayout(TemplatesFrame);
     column->setContentsMargins({});
     column->addWidget(TemplateListView);

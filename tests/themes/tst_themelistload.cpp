@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/widgets/latebound.h"
+#include "platform/widgets/twips.h"
 #include "testsupport/testcase.h"
 #include "themelistfixture.h"
 
@@ -451,9 +452,17 @@ void tst_ThemeListLoad::columnsAreAsWideAsTheyShould()
 {
     ThemeListFixture f;
     QCOMPARE(f.list().columnWidth(0), 5468.0);
-    QVERIFY(f.list().columnWidth(1) > 0);
     QCOMPARE(f.templates().columnWidth(0), 4235.0);
-    QVERIFY(f.templates().columnWidth(1) > 0);
+    // The descriptions take the room that is left, down to a least width.
+    const auto roomOf = [](const Zel::ListView &list) {
+        return Zel::twipsFromPixels(list.viewport()->width(), Zel::logicalDpi(&list));
+    };
+    QVERIFY(roomOf(f.list()) > 5468 + 3700);
+    QCOMPARE(f.list().columnWidth(1), roomOf(f.list()) - 5468);
+    f.themes->resize(f.themes->width() + 200, f.themes->height());
+    QTRY_COMPARE(f.list().columnWidth(1), roomOf(f.list()) - 5468);
+    f.themes->resize(400, f.themes->height());
+    QTRY_COMPARE(f.list().columnWidth(1), 3700.0);
 }
 
 void tst_ThemeListLoad::leavesTheClientAlone()
