@@ -32,11 +32,11 @@ bool isShown(const Zel::ListView &list, int column)
     return list.columnWidth(column) > 0;
 }
 
-void widenDates(Zel::ListView &list)
+void widenDates(Zel::ListView &list, const QList<int> &columns)
 {
     const double width = dateWidth(list);
-    for (int column = 0; column < list.columnCount(); ++column) {
-        if (isShown(list, column) && list.columnTag(column) == QLatin1String("DATE"))
+    for (const int column : columns) {
+        if (isShown(list, column))
             list.setColumnWidth(column, std::max(width, list.columnWidth(column)));
     }
 }
@@ -56,9 +56,19 @@ void shareRest(Zel::ListView &list)
 
 } // namespace
 
-void fitColumns(Zel::ListView &list, const QList<double> &remembered)
+QList<int> dateColumns(const Zel::ListView &list)
 {
-    widenDates(list);
+    QList<int> columns;
+    for (int column = 0; column < list.columnCount(); ++column) {
+        if (list.columnTag(column) == QLatin1String("DATE"))
+            columns << column;
+    }
+    return columns;
+}
+
+void fitColumns(Zel::ListView &list, const QList<double> &remembered, const QList<int> &dateColumns)
+{
+    widenDates(list, dateColumns);
     if (remembered.size() != list.columnCount()) {
         shareRest(list);
         return;

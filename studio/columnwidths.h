@@ -13,7 +13,11 @@ namespace Studio {
 /// Gives the shown columns of a list the widths a person left them with (twips, 0 for none);
 /// without any, date columns become wide enough for their texts and the first two share what is
 /// left.
-void fitColumns(Zel::ListView &list, const QList<double> &remembered);
+void fitColumns(Zel::ListView &list, const QList<double> &remembered,
+                const QList<int> &dateColumns);
+
+/// The columns a list itself calls dates, by their tag.
+QList<int> dateColumns(const Zel::ListView &list);
 
 /// The present widths; a hidden column keeps what was remembered for it.
 QList<double> columnWidths(const Zel::ListView &list, const QList<double> &remembered);

@@ -29,6 +29,11 @@ bool ErrorCenter::attempt(const Action &action)
     return true;
 }
 
+bool ErrorCenter::attemptAgain(const Action &action)
+{
+    return (!m_beforeRetry || m_beforeRetry()) && attempt(action);
+}
+
 void ErrorCenter::report(const Zel::RuntimeError &error, const Action &retry)
 {
     if (error.number() == Zel::RuntimeError::DialogCancelled)

@@ -30,6 +30,9 @@ public:
     /// the problem that stood before is withdrawn.
     bool attempt(const Action &action);
 
+    /// The same for what failed before: as before a retry, what is needed for it is brought back.
+    bool attemptAgain(const Action &action);
+
     /// Reports an error; without `retry` there is nothing to try again.
     void report(const Zel::RuntimeError &error, const Action &retry = {});
     void report(const Problem &problem, const Action &retry = {});

@@ -3,6 +3,7 @@
 #include "studio/mainwindow.h"
 
 #include "studio/appearance.h"
+#include "studio/assetspage.h"
 #include "studio/errorbar.h"
 #include "studio/errorcenter.h"
 #include "studio/navigationrail.h"
@@ -84,6 +85,7 @@ void MainWindow::build()
     column->addWidget(m_stack, 1);
     setCentralWidget(central);
     addPage(new ProjectsPage(m_client, m_service, m_errors, m_settings, m_pages));
+    addPage(new AssetsPage(m_client, m_service, m_errors, m_settings, m_pages));
     connect(m_rail, &NavigationRail::pageChosen, this, &MainWindow::showPage);
 }
 

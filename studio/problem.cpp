@@ -46,11 +46,21 @@ QString adviceFor(ServiceError::Kind kind)
     return {};
 }
 
+/// Where the first sentence ends, -1 when there is no other. A name in quotes may hold anything.
+qsizetype firstSentenceEnd(const QString &description)
+{
+    const QString ending = QStringLiteral(". ");
+    qsizetype end = description.indexOf(ending);
+    while (end >= 0 && QStringView(description).left(end).count(QLatin1Char('"')) % 2 != 0)
+        end = description.indexOf(ending, end + 1);
+    return end;
+}
+
 Problem describeServiceError(const ServiceError &error)
 {
     Problem problem;
     // A service error says what happened in its first sentence and what to do in the others.
-    const qsizetype end = error.description().indexOf(QLatin1String(". "));
+    const qsizetype end = firstSentenceEnd(error.description());
     problem.what = end < 0 ? error.description() : error.description().left(end + 1);
     if (problem.what.isEmpty())
         problem.what = text("The service could not do this.");

@@ -63,10 +63,10 @@ void Settings::setProjectListBag(const QString &text)
     m_store.setValue(QStringLiteral("projects/listBag"), text);
 }
 
-QList<double> Settings::projectColumnWidths() const
+QList<double> Settings::widths(const QString &key) const
 {
     QList<double> twips;
-    const QVariantList values = m_store.value(QStringLiteral("projects/columnWidths")).toList();
+    const QVariantList values = m_store.value(key).toList();
     for (const QVariant &value : values) {
         bool isNumber = false;
         const double width = value.toDouble(&isNumber);
@@ -77,12 +77,42 @@ QList<double> Settings::projectColumnWidths() const
     return twips;
 }
 
-void Settings::setProjectColumnWidths(const QList<double> &twips)
+void Settings::setWidths(const QString &key, const QList<double> &twips)
 {
     QVariantList values;
     for (const double width : twips)
         values << width;
-    m_store.setValue(QStringLiteral("projects/columnWidths"), values);
+    m_store.setValue(key, values);
+}
+
+QList<double> Settings::projectColumnWidths() const
+{
+    return widths(QStringLiteral("projects/columnWidths"));
+}
+
+void Settings::setProjectColumnWidths(const QList<double> &twips)
+{
+    setWidths(QStringLiteral("projects/columnWidths"), twips);
+}
+
+QList<double> Settings::assetColumnWidths() const
+{
+    return widths(QStringLiteral("assets/columnWidths"));
+}
+
+void Settings::setAssetColumnWidths(const QList<double> &twips)
+{
+    setWidths(QStringLiteral("assets/columnWidths"), twips);
+}
+
+bool Settings::showsAssetTable() const
+{
+    return m_store.value(QStringLiteral("assets/table")).toBool();
+}
+
+void Settings::setShowsAssetTable(bool table)
+{
+    m_store.setValue(QStringLiteral("assets/table"), table);
 }
 
 QString Settings::projectType() const

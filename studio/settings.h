@@ -32,6 +32,12 @@ public:
     /// or when what is stored are no widths.
     QList<double> projectColumnWidths() const;
     void setProjectColumnWidths(const QList<double> &twips);
+    /// The same of the asset list.
+    QList<double> assetColumnWidths() const;
+    void setAssetColumnWidths(const QList<double> &twips);
+    /// Whether the assets are shown as a table instead of as thumbnails.
+    bool showsAssetTable() const;
+    void setShowsAssetTable(bool table);
     QString projectType() const;
     void setProjectType(const QString &typeID);
 
@@ -39,6 +45,9 @@ public:
     void reset();
 
 private:
+    QList<double> widths(const QString &key) const;
+    void setWidths(const QString &key, const QList<double> &twips);
+
     QSettings m_store{QSettings::IniFormat, QSettings::UserScope, QStringLiteral("zel"),
                       QStringLiteral("studio")};
 };

@@ -5,6 +5,7 @@
 #include "studio/mainwindow.h"
 #include "studio/sampleworkspace.h"
 #include "studio/signinpage.h"
+#include "webcontrols/webimagesource.h"
 
 #include <QStandardPaths>
 
@@ -16,6 +17,12 @@ QString sampleWorkspaceFile()
            QStringLiteral("/zel-studio/sample.workspace");
 }
 
+QString pictureFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+           QStringLiteral("/zel-studio/pictures");
+}
+
 StudioApp::StudioApp(const Options &options)
     : m_options(options)
 {
@@ -24,6 +31,9 @@ StudioApp::StudioApp(const Options &options)
     QXSC::NetworkPolicy policy;
     policy.inactivityLimit = m_options.timeLimit;
     m_client.setNetworkPolicy(policy);
+    ZelWebControls::WebImageSource *pictures = ZelWebControls::WebImageSource::shared();
+    pictures->setNetworkPolicy(policy);
+    pictures->setCacheFolder(pictureFolder());
     m_waitNotice.emplace(m_window.get());
     m_client.setWaitObserver(&*m_waitNotice);
 }
@@ -76,12 +86,13 @@ void StudioApp::watchOwnService()
         m_errors.report(problem, [this] { startInBackground(); });
     });
     connect(m_service.get(), &EmbeddedService::ended, this, [this] {
-        if (usesOwnService())
+        // A call that was under way has told it with what it interrupted, and retries that.
+        if (usesOwnService() && !(m_errors.canRetry() && m_errors.problem().isConnection))
             m_errors.report(stoppedProblem(QString()), [this] { startInBackground(); });
     });
     m_errors.setRefine([this](Problem &problem) {
         if (problem.isConnection && usesOwnService() && m_service->hasEnded())
-            problem = stoppedProblem(problem.details);
+            problem = interruptedProblem(problem);
     });
     m_errors.setBeforeRetry(
         [this] { return !usesOwnService() || m_service->ensureRunning(&*m_waitNotice); });
@@ -101,6 +112,19 @@ Problem StudioApp::stoppedProblem(const QString &details) const
     if (!details.isEmpty())
         problem.details.prepend(details + QLatin1Char('\n'));
     problem.canRetry = true;
+    problem.isConnection = true;
+    return problem;
+}
+
+Problem StudioApp::interruptedProblem(const Problem &interrupted) const
+{
+    Problem problem = stoppedProblem(interrupted.details);
+    // A sentence that begins with a name, as of a file, tells what else a person has to know.
+    if (interrupted.what.startsWith(QLatin1Char('"'))) {
+        problem.advice = problem.what + QLatin1Char(' ') + problem.advice;
+        problem.what = interrupted.what;
+        problem.details.prepend(interrupted.advice + QLatin1Char('\n'));
+    }
     return problem;
 }
 

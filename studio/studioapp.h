@@ -61,6 +61,8 @@ private:
     /// Whether people sign in here and not to a server they have named.
     bool usesOwnService() const;
     Problem stoppedProblem(const QString &details) const;
+    /// The same for a call it interrupted.
+    Problem interruptedProblem(const Problem &interrupted) const;
 
     Options m_options;
     Settings m_settings;
@@ -73,5 +75,8 @@ private:
 
 /// The workspace file of the sample content.
 QString sampleWorkspaceFile();
+
+/// Where thumbnails are kept from one start to the next.
+QString pictureFolder();
 
 } // namespace Studio

@@ -20,6 +20,7 @@ constexpr int TextInset = 4;
 // Shares of the text colour in the ground's.
 constexpr double BoxEdge = 0.5; // 3 : 1 against the ground: a box is known by its edge
 constexpr double ButtonEdge = 0.22;
+constexpr double RadioEdge = 0.5;
 constexpr double FrameEdge = 0.16;
 constexpr double Hover = 0.06;
 constexpr double Pressed = 0.12;
@@ -106,17 +107,75 @@ void drawButton(const QStyleOption &option, QPainter *painter)
 
 void drawFrame(const QStyleOption &option, QPainter *painter)
 {
+    // Filled edges: between the pixels of a screen a drawn line may fall below what lies inside.
+    const QRect &rect = option.rect;
+    const QColor color = shade(option.palette, FrameEdge);
+    painter->fillRect(rect.left(), rect.top(), rect.width(), 1, color);
+    painter->fillRect(rect.left(), rect.bottom(), rect.width(), 1, color);
+    painter->fillRect(rect.left(), rect.top(), 1, rect.height(), color);
+    painter->fillRect(rect.right(), rect.top(), 1, rect.height(), color);
+}
+
+/// Nothing to fill a groove with is what a bar shows that only says "busy".
+const QStyleOptionProgressBar *measuredBar(const QStyleOption *option)
+{
+    const auto *bar = qstyleoption_cast<const QStyleOptionProgressBar *>(option);
+    return bar && bar->maximum > bar->minimum ? bar : nullptr;
+}
+
+void drawProgress(const QStyleOptionProgressBar &bar, QPainter *painter)
+{
+    const double share = double(bar.progress - bar.minimum) / (bar.maximum - bar.minimum);
+    QRect done = bar.rect;
+    done.setWidth(qRound(bar.rect.width() * qBound(0.0, share, 1.0)));
+    if (bar.direction == Qt::RightToLeft)
+        done.moveRight(bar.rect.right());
     painter->save();
-    painter->setPen(shade(option.palette, FrameEdge));
-    painter->setBrush(Qt::NoBrush);
-    painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+    painter->setClipRect(done);
+    const QColor fill = bar.palette.color(QPalette::Highlight);
+    drawBox(painter, bar.rect, fill, fill);
     painter->restore();
+}
+
+bool isFlatGroup(const QStyleOption *option)
+{
+    const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+    return frame && frame->features.testFlag(QStyleOptionFrame::Flat);
 }
 
 bool hasTextBesideIcon(const QStyleOption *option)
 {
     const auto *tool = qstyleoption_cast<const QStyleOptionToolButton *>(option);
     return tool && tool->toolButtonStyle == Qt::ToolButtonTextBesideIcon;
+}
+
+/// Round, with an edge that can be seen on every ground.
+void drawRadioMark(const QStyleOption &option, QPainter *painter)
+{
+    const QPalette &palette = option.palette;
+    const bool isOn = option.state.testFlag(QStyle::State_On);
+    const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
+    const QColor accent =
+        isEnabled ? palette.color(QPalette::Highlight) : shade(palette, RadioEdge);
+    QRectF circle = QRectF(option.rect).adjusted(1, 1, -1, -1);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (showsFocus(option)) {
+        painter->setPen(QPen(palette.color(QPalette::Highlight), 1.5));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawEllipse(circle);
+        circle.adjust(2.5, 2.5, -2.5, -2.5);
+    }
+    painter->setPen(QPen(isOn ? accent : shade(palette, RadioEdge), 1));
+    painter->setBrush(isOn ? accent : palette.color(QPalette::Base));
+    painter->drawEllipse(circle);
+    if (isOn) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(palette.color(QPalette::HighlightedText));
+        const double inset = circle.width() * 0.3;
+        painter->drawEllipse(circle.adjusted(inset, inset, -inset, -inset));
+    }
+    painter->restore();
 }
 
 bool hasFrame(const QStyleOption *option)
@@ -145,9 +204,16 @@ void StudioStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     case PE_PanelButtonCommand:
         drawButton(*option, painter);
         return;
+    case PE_IndicatorRadioButton:
+        drawRadioMark(*option, painter);
+        return;
     case PE_PanelMenu:
         painter->fillRect(option->rect, option->palette.color(QPalette::Base));
         drawFrame(*option, painter);
+        return;
+    case PE_FrameGroupBox:
+        if (!isFlatGroup(option))
+            break;
         return;
     case PE_Frame:
     case PE_FrameMenu:
@@ -172,6 +238,15 @@ void StudioStyle::drawControl(ControlElement element, const QStyleOption *option
         label.palette.setColor(QPalette::ButtonText,
                                label.palette.color(QPalette::HighlightedText));
         QProxyStyle::drawControl(element, &label, painter, widget);
+        return;
+    }
+    if (element == CE_ProgressBarGroove) {
+        drawBox(painter, option->rect, option->palette.color(QPalette::Base),
+                shade(option->palette, ButtonEdge));
+        return;
+    }
+    if (const auto *bar = measuredBar(option); bar && element == CE_ProgressBarContents) {
+        drawProgress(*bar, painter);
         return;
     }
     if (element == CE_ToolButtonLabel && hasTextBesideIcon(option)) {
@@ -205,10 +280,34 @@ QSize StudioStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
 QRect StudioStyle::subControlRect(ComplexControl control, const QStyleOptionComplex *option,
                                   SubControl part, const QWidget *widget) const
 {
-    const QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+    QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+    const auto *group = qstyleoption_cast<const QStyleOptionGroupBox *>(option);
+    if (group && group->features.testFlag(QStyleOptionFrame::Flat) && part == SC_GroupBoxContents) {
+        // No frame, no room beside it.
+        rect.setLeft(group->rect.left());
+        rect.setRight(group->rect.right());
+        rect.setBottom(group->rect.bottom());
+        return rect;
+    }
     return part == SC_ComboBoxEditField && control == CC_ComboBox
                ? rect.adjusted(TextInset, 0, 0, 0)
                : rect;
+}
+
+QIcon StudioStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption *option,
+                                const QWidget *widget) const
+{
+    switch (standardIcon) {
+    case SP_MessageBoxQuestion:
+        return QIcon(QStringLiteral(":/studio/icons/question.svg"));
+    case SP_MessageBoxInformation:
+        return QIcon(QStringLiteral(":/studio/icons/information.svg"));
+    case SP_MessageBoxWarning:
+    case SP_MessageBoxCritical:
+        return QIcon(QStringLiteral(":/studio/icons/alarm.svg"));
+    default:
+        return QProxyStyle::standardIcon(standardIcon, option, widget);
+    }
 }
 
 QRect StudioStyle::subElementRect(SubElement element, const QStyleOption *option,

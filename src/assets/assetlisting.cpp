@@ -51,13 +51,17 @@ bool AssetManager::listFolder(qint16 folderId)
 {
     const QPointer<AssetManager> self(this);
     const Zel::Hourglass hourglass(this);
+    const bool hadFocus = m_parts->assetFolderView->hasFocus();
     m_parts->assetFolderView->setEnabled(false);
     m_listing = true;
-    const auto done = qScopeGuard([self] {
+    const auto done = qScopeGuard([self, hadFocus] {
         if (!self)
             return;
         self->m_listing = false;
         self->m_parts->assetFolderView->setEnabled(true);
+        // What is disabled loses the keyboard; moving through the folders goes on where it was.
+        if (hadFocus)
+            self->m_parts->assetFolderView->setFocus();
     });
     QXSC::AssetCollectionPtr assets;
     client().GetFolderAssets(folderId, QString(), m_allowedFormats, 0, 0, assets);

@@ -16,6 +16,7 @@ class WebImageList;
 
 namespace ZelWebServiceControls {
 
+class AssetIntake;
 struct AssetManagerParts;
 
 /// Shows the folders of the account's assets as a tree and the assets of the selected folder beside
@@ -65,6 +66,8 @@ signals:
     void FolderSelected();
 
 private:
+    friend class AssetIntake;
+
     QXSC::ServiceClient &client() const;
     void connectUser();
 
@@ -119,6 +122,7 @@ private:
     std::unique_ptr<ZelWebControls::WebImageList> m_thumbnails;
     bool m_listing = false;
     bool m_savingBatch = false;
+    AssetIntake *m_intake = nullptr;
 };
 
 } // namespace ZelWebServiceControls

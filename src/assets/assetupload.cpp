@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How an asset manager uploads files and shows how far it is.
 
+#include "assets/assetintake.h"
 #include "assets/assetmanager.h"
 #include "assets/assetmanagerparts.h"
 #include "platform/core/int16.h"
@@ -90,12 +91,19 @@ void AssetManager::saveSingle()
     m_parts->overallProgress->setValue(50);
     upload(m_parts->singleNewAssetName->text(), m_parts->singleNewAssetDescription->text(),
            m_parts->singleNewAssetUrl->text());
-    if (self)
-        (void)finishUpload();
+    if (!self)
+        return;
+    if (m_intake)
+        m_intake->uploaded(AssetIntake::SingleFile);
+    (void)finishUpload();
 }
 
 void AssetManager::saveBatch()
 {
+    if (m_intake && !m_intake->m_isSaving) {
+        m_intake->saveRequested(); // it comes back here
+        return;
+    }
     const QPointer<AssetManager> self(this);
     const Zel::Hourglass hourglass(this);
     m_savingBatch = true;
@@ -106,8 +114,10 @@ void AssetManager::saveBatch()
     m_parts->batchNewAssetSave->setEnabled(false);
     showProgressFrame();
     for (int index = 0; index < m_parts->batchList->count(); ++index) {
-        const BatchPlace place{fileName(m_parts->batchList->item(index)->text()), index,
-                               m_parts->batchList->count()};
+        const int before = m_intake ? m_intake->before() : 0;
+        const int after = m_intake ? m_intake->after() : 0;
+        const BatchPlace place{fileName(m_parts->batchList->item(index)->text()), before + index,
+                               before + m_parts->batchList->count() + after};
         try {
             if (!uploadEntry(index))
                 return;
@@ -133,10 +143,16 @@ bool AssetManager::uploadEntry(int index)
         Zel::roundToInt32(double(hundredfold.value()) / list.count()));
     if (!Zel::yieldOnce(this))
         return false;
+    if (m_intake && !m_intake->mayUpload(index)) {
+        m_intake->m_wasEnded = true;
+        return false;
+    }
     // A person may have taken entries off the list meanwhile.
     if (index < list.count()) {
         const QString path = list.item(index)->text();
         upload(fileName(path), QString(), path);
+        if (self && m_intake)
+            m_intake->uploaded(index);
     }
     return !self.isNull();
 }

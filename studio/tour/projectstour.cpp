@@ -5,12 +5,11 @@
 #include "common/contract/projectrecord.h"
 #include "platform/widgets/listview.h"
 #include "studio/studioapp.h"
+#include "studio/tour/listacts.h"
 #include "studio/tour/touractor.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTreeView>
 
 #include <csignal>
 #include <exception>
@@ -31,19 +30,6 @@ void signalService(StudioApp &studio, int signal)
 QXSC::ProjectRecordPtr shownProject(Zel::ListView &list, qsizetype position)
 {
     return list.tag(list.rowAt(position)).value<QXSC::ProjectRecordPtr>();
-}
-
-void clickHeader(TourActor &actor, Zel::ListView &list, int column)
-{
-    QHeaderView *header = qobject_cast<QTreeView *>(list.view())->header();
-    const int x = header->sectionViewportPosition(column) + header->sectionSize(column) / 2;
-    actor.clickAt(*header->viewport(), QPoint(x, header->height() / 2));
-}
-
-void clickLine(TourActor &actor, Zel::ListView &list, qsizetype position)
-{
-    const QModelIndex index = list.view()->model()->index(static_cast<int>(position), 0);
-    actor.clickAt(*list.view()->viewport(), list.view()->visualRect(index).center());
 }
 
 void sortAndChoose(TourActor &actor, Zel::ListView &list)
@@ -120,9 +106,10 @@ public:
 
     void check() const
     {
+        m_actor.waitFor(QStringLiteral("a notice while the service takes its time"),
+                        [this] { return m_hasShot; });
         if (m_failure)
             std::rethrow_exception(m_failure);
-        TourActor::expect(m_hasShot, QStringLiteral("a notice while the service takes its time"));
     }
 
 private:

@@ -5,13 +5,16 @@
 #include "studio/tour/tourindex.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QMenu>
+#include <QMimeData>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QWindow>
 
 #include <cstdio>
 #include <exception>
@@ -30,6 +33,18 @@ QString fileName(int number, const QString &part, const QString &caption)
     return QStringLiteral("%1-%2-%3.png")
         .arg(number, 2, 10, QLatin1Char('0'))
         .arg(part, words.left(40));
+}
+
+/// Draws what lies over a window where it lies, dialogs with an edge, as a desktop would.
+void drawOver(QPixmap &picture, const QWidget &window, QWidget &over)
+{
+    const QRect place(window.mapFromGlobal(over.pos()), over.size());
+    QPainter painter(&picture);
+    painter.drawPixmap(place.topLeft(), over.grab());
+    if (over.windowType() == Qt::Popup)
+        return;
+    painter.setPen(over.palette().color(QPalette::Disabled, QPalette::WindowText));
+    painter.drawRect(place.adjusted(-1, -1, 0, 0));
 }
 
 } // namespace
@@ -83,6 +98,9 @@ void TourActor::type(const QString &name, const QString &text)
 
 void TourActor::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
+    // A window manager may take its time to give a window the focus.
+    waitFor(QStringLiteral("a window that has the keyboard"),
+            [] { return QApplication::activeWindow() != nullptr; });
     QWidget *target = QApplication::focusWidget();
     QTest::keyClick(target ? target : &m_window, key, modifiers);
     QTest::qWait(0);
@@ -109,6 +127,8 @@ void TourActor::useMenu(const QString &button, const QString &action,
     if (failure)
         std::rethrow_exception(failure);
     expect(!timer.isActive(), QStringLiteral("the menu of \"%1\" to open").arg(button));
+    waitFor(QStringLiteral("the menu of \"%1\" to close").arg(button),
+            [] { return !QApplication::activePopupWidget(); });
 }
 
 void TourActor::chooseFrom(QMenu &menu, const QString &action, const std::function<void()> &atMenu)
@@ -122,6 +142,60 @@ void TourActor::chooseFrom(QMenu &menu, const QString &action, const std::functi
     QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(chosen).center());
 }
 
+QList<QWidget *> TourActor::named(const QString &name) const
+{
+    QList<QWidget *> widgets = m_window.findChildren<QWidget *>(name);
+    if (const QWidget *dialog = QApplication::activeModalWidget())
+        widgets << dialog->findChildren<QWidget *>(name);
+    return widgets;
+}
+
+void TourActor::drop(QWidget &widget, const QStringList &paths,
+                     const std::function<void()> &atHover)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString &path : paths)
+        urls << QUrl::fromLocalFile(path);
+    data.setUrls(urls);
+    const QPoint place = widget.rect().center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &enter);
+    expect(enter.isAccepted(), QStringLiteral("files to be welcome"));
+    atHover();
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &drop);
+    QTest::qWait(0);
+}
+
+void TourActor::withDialog(const std::function<void()> &open, const std::function<void()> &act)
+{
+    std::exception_ptr failure;
+    // The dialog runs a loop of its own; what happens in it comes by timer, once it is on screen.
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (!dialog || !dialog->windowHandle() || !dialog->windowHandle()->isExposed())
+            return;
+        timer.stop();
+        try {
+            act();
+        } catch (...) {
+            failure = std::current_exception();
+            dialog->close();
+        }
+    });
+    timer.start(MenuDelay);
+    open();
+    if (failure)
+        std::rethrow_exception(failure);
+    expect(!timer.isActive(), QStringLiteral("a dialog to open"));
+    // The platform without a screen has no window manager to do so.
+    m_window.activateWindow();
+    waitFor(QStringLiteral("the window to be active again"),
+            [this] { return m_window.isActiveWindow(); });
+}
+
 void TourActor::shoot(const QString &caption)
 {
     QTest::qWait(60); // animations of the style end, pending paints happen
@@ -131,9 +205,9 @@ void TourActor::shoot(const QString &caption)
 void TourActor::shootNow(const QString &caption)
 {
     QPixmap picture = m_window.grab();
-    if (QWidget *popup = QApplication::activePopupWidget()) {
-        QPainter painter(&picture);
-        painter.drawPixmap(m_window.mapFromGlobal(popup->pos()), popup->grab());
+    for (QWidget *over : {QApplication::activeModalWidget(), QApplication::activePopupWidget()}) {
+        if (over)
+            drawOver(picture, m_window, *over);
     }
     const QString file = fileName(++m_count, m_part, caption);
     if (!picture.save(m_folder + QLatin1Char('/') + file))

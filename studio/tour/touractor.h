@@ -36,9 +36,10 @@ public:
     {
         Widget *found = nullptr;
         waitFor(QStringLiteral("\"%1\" to be shown").arg(name), [&] {
-            for (Widget *widget : m_window.findChildren<Widget *>(name)) {
-                if (widget->isVisible())
-                    found = widget;
+            for (QWidget *widget : named(name)) {
+                if (auto *candidate = qobject_cast<Widget *>(widget);
+                    candidate && widget->isVisible())
+                    found = candidate;
             }
             return found != nullptr;
         });
@@ -60,16 +61,24 @@ public:
     /// name (none: closes the menu).
     void useMenu(const QString &button, const QString &action, const std::function<void()> &atMenu);
 
+    /// Drags files over a widget, does `atHover`, lets them go there.
+    void drop(QWidget &widget, const QStringList &paths, const std::function<void()> &atHover);
+    /// Does `open`, which shows a dialog and returns when it is closed, and `act` while it is
+    /// shown.
+    void withDialog(const std::function<void()> &open, const std::function<void()> &act);
+
     /// Lets events be handled until the condition holds; a failure after a minute.
     void waitFor(const QString &what, const std::function<bool()> &condition);
     static void expect(bool condition, const QString &what);
 
-    /// Takes a picture of the window and of a menu open over it.
+    /// Takes a picture of the window and of a dialog or a menu open over it.
     void shoot(const QString &caption);
     /// The same at this very moment, without letting events be handled.
     void shootNow(const QString &caption);
 
 private:
+    /// The widgets of that name in the window and in a dialog open over it.
+    QList<QWidget *> named(const QString &name) const;
     static void chooseFrom(QMenu &menu, const QString &action, const std::function<void()> &atMenu);
 
     QWidget &m_window;

@@ -6,6 +6,8 @@
 #include "studio/mainwindow.h"
 #include "studio/settings.h"
 #include "studio/studioapp.h"
+#include "studio/tour/assetstour.h"
+#include "studio/tour/newprojecttour.h"
 #include "studio/tour/projectstour.h"
 #include "studio/tour/signintour.h"
 #include "studio/tour/touractor.h"
@@ -42,6 +44,8 @@ void walk(const QString &folder, const Options &options, Appearance appearance)
                     partName(appearance, studio.window().devicePixelRatioF()));
     tourSignIn(actor);
     tourProjects(actor, studio);
+    tourNewProject(actor);
+    tourAssets(actor, studio);
 }
 
 } // namespace

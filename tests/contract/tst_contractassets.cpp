@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/store.h"
 #include "tests/contract/contracttest.h"
+#include "tests/contract/serviceproxy.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -82,6 +83,21 @@ QByteArray fetch(const QString &address, int *status = nullptr, const QByteArray
     return reply->readAll();
 }
 
+/// Counts how often it is told of a wait.
+struct PauseObserver : WaitObserver
+{
+    void waiting(std::chrono::milliseconds) noexcept override
+    {
+        ++told;
+        isWaiting = true;
+    }
+
+    void finished() noexcept override { isWaiting = false; }
+
+    int told = 0;
+    bool isWaiting = false;
+};
+
 } // namespace
 
 /// Folders, assets and uploads through the client against the real service.
@@ -112,7 +128,12 @@ private slots:
     void listsNothingWhenTheRightIsWithdrawnMeanwhile();
     void deletesAssets();
     void goesOnAfterTheServiceWasKilled();
+    void givesValuesThatHoldWhereverTheServiceMoves();
+    void givesEachFileOfAnAssetItsAddress();
+    void keepsStrangeNames_data();
+    void keepsStrangeNames();
     void refusesForgedAddresses();
+    void namesTheFileWhenTheServiceGoesAway();
     void endsWhenItsClientIsDeletedInTheMiddle();
 
 private:
@@ -316,7 +337,7 @@ void ContractAssetsTest::givesBackEveryByte_data()
 {
     QTest::addColumn<qint64>("size");
     constexpr qint64 chunk = Zel::Uploads::chunkBytes;
-    for (const qint64 size : {qint64(0), qint64(1), qint64(256 * 1024 - 1), qint64(256 * 1024),
+    for (const qint64 size : {qint64(1), qint64(256 * 1024 - 1), qint64(256 * 1024),
                               qint64(256 * 1024 + 1), chunk - 1, chunk, chunk + 1, 2 * chunk + 3})
         QTest::addRow("%lld bytes", size) << size;
 }
@@ -328,7 +349,7 @@ void ContractAssetsTest::givesBackEveryByte()
     const QByteArray bytes = content(size);
     const QString guid = upload(*client, file(QStringLiteral("bytes.bin"), bytes));
     int status = 0;
-    const QString address = client->GetAssetValue(guid);
+    const QString address = client->assetAddress(guid);
     QVERIFY2(address.startsWith(service().address()), qPrintable(address));
     QCOMPARE(fetch(address, &status) == bytes, true);
     QCOMPARE(status, 200);
@@ -345,7 +366,7 @@ void ContractAssetsTest::reportsProgressToAHundredOnceAFile()
 {
     const auto client = signIn(nora(), contractStudio);
     const QStringList paths{file(QStringLiteral("large.bin"), content(3'000'000)),
-                            file(QStringLiteral("empty.bin"), QByteArray())};
+                            file(QStringLiteral("small.bin"), "x")};
     QList<std::pair<int, QString>> seen;
     connect(client.get(), &ServiceClient::CreateAssetFileProgress, this,
             [&](qint32 percent, const QString &path) {
@@ -380,7 +401,6 @@ void ContractAssetsTest::tellsTypesByContent_data()
     row("a.mp3", QByteArray("ID3\4\0\0\0\0\0\0", 10), "Audio");
     row("a.pptx", QByteArray("PK\3\4") + QByteArray(60, '\0'), "Presentation");
     row("a.docx", QByteArray("PK\3\4") + QByteArray(60, '\0'), "Document");
-    row("empty.png", QByteArray(), "Other");
 }
 
 void ContractAssetsTest::tellsTypesByContent()
@@ -447,7 +467,9 @@ void ContractAssetsTest::refusesWhatIsNoFile_data()
     QTest::newRow("missing") << m_folder.filePath(QStringLiteral("no \"such\" file.png"))
                              << QStringLiteral("no \"such\" file.png");
     QTest::newRow("folder") << m_folder.path() << m_folder.path();
-    QTest::newRow("empty") << QString() << QStringLiteral("not there");
+    QTest::newRow("no path") << QString() << QStringLiteral("not there");
+    QTest::newRow("nothing in it") << file(QStringLiteral("empty.png"), QByteArray())
+                                   << QStringLiteral("empty.png\" is empty");
 }
 
 void ContractAssetsTest::refusesWhatIsNoFile()
@@ -508,7 +530,7 @@ void ContractAssetsTest::deletesAssets()
     const auto client = signIn(nora(), contractStudio);
     const qint16 folder = newFolder(*client);
     const QString guid = upload(*client, file(QStringLiteral("a.txt"), "text"), folder);
-    const QString address = client->GetAssetValue(guid);
+    const QString address = client->assetAddress(guid);
     client->DeleteAsset(guid);
     QCOMPARE(assetsOf(*client, folder)->count(), 0);
     QCOMPARE(failureOf([&] { client->DeleteAsset(guid); }), QStringLiteral("NotFound/not-found"));
@@ -566,23 +588,143 @@ void ContractAssetsTest::goesOnAfterTheServiceWasKilled()
     QCOMPARE(kills, 1);
     QCOMPARE(seen.count(100), 1);
     QVERIFY(std::is_sorted(seen.begin(), seen.end()));
-    QCOMPARE(fetch(client->GetAssetValue(guid)) == bytes, true);
+    QCOMPARE(fetch(client->assetAddress(guid)) == bytes, true);
+}
+
+void ContractAssetsTest::givesValuesThatHoldWhereverTheServiceMoves()
+{
+    const auto client = signIn(nora(), contractStudio);
+    const QString guid = upload(*client, file(QStringLiteral("50 % \"off\".txt"), "text"));
+    const QString value = client->GetAssetValue(guid);
+    QVERIFY2(value.startsWith(QStringLiteral("/a/%1/50%20%25%20%22off%22.txt?s=").arg(guid)),
+             qPrintable(value));
+    QCOMPARE(client->GetAssetValue(guid.toUpper()), value);
+    // Another service over the same workspace has another port.
+    QCOMPARE(fetch(replica().address() + value), QByteArray("text"));
+    // The name stands there for people.
+    const qsizetype name = value.indexOf(QLatin1Char('/'), 3) + 1;
+    const QString renamed =
+        value.left(name) + QStringLiteral("other") + value.mid(value.indexOf(QLatin1Char('?')));
+    QCOMPARE(fetch(service().address() + renamed), QByteArray("text"));
+}
+
+void ContractAssetsTest::givesEachFileOfAnAssetItsAddress()
+{
+    const auto client = signIn(nora(), contractStudio);
+    const QString guid = client->CreateAsset(QStringLiteral("Two"), QString(), root,
+                                             filesOf({file(QStringLiteral("first.txt"), "one"),
+                                                      file(QStringLiteral("second.txt"), "two")}),
+                                             QString(), QString(), nullptr);
+    QString address = client->assetAddress(guid);
+    QCOMPARE(fetch(address), QByteArray("one"));
+    address.replace(QLatin1String("/first.txt"), QLatin1String("/1/second.txt"));
+    QCOMPARE(fetch(address), QByteArray("two"));
+    int status = 0;
+    for (const char *place : {"/2/", "/-1/", "/x/"}) {
+        QString other = address;
+        fetch(other.replace(QLatin1String("/1/"), QLatin1String(place)), &status);
+        QCOMPARE(status, 404);
+    }
+}
+
+void ContractAssetsTest::keepsStrangeNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("quotes") << QStringLiteral("a \"b\" 'c' `d`.txt");
+    QTest::newRow("back slash") << QStringLiteral("a\\b\\.txt");
+    QTest::newRow("address marks") << QStringLiteral("a?b#c&d=e;f%2F%.txt");
+    QTest::newRow("line break and bell") << QStringLiteral("a\r\nb\a.txt");
+    QTest::newRow("emoji") << QStringLiteral("\U0001F993\U0001F1E9\U0001F1EA.txt");
+    QTest::newRow("right to left") << QStringLiteral("\u05d0\u05d1\u202e.txt");
+    QTest::newRow("dots and blanks") << QStringLiteral("... .");
+    QTest::newRow("255 bytes") << QString(QStringLiteral("\u20ac").repeated(85));
+}
+
+void ContractAssetsTest::keepsStrangeNames()
+{
+    QFETCH(QString, name);
+    const auto client = signIn(nora(), contractStudio);
+    const qint16 folder = newFolder(*client);
+    const QString path = file(name, "text");
+    const QString given = name + QLatin1Char('/');
+    const QString guid = upload(*client, path, folder, given);
+    QCOMPARE(namesIn(assetsOf(*client, folder)), QStringList(given));
+    QNetworkAccessManager manager;
+    const QUrl address(client->assetAddress(guid));
+    QVERIFY(address.isValid());
+    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(address)));
+    QTRY_VERIFY(reply->isFinished());
+    QCOMPARE(reply->readAll(), QByteArray("text"));
+    QCOMPARE(reply->rawHeader("Content-Disposition"),
+             "inline; filename*=UTF-8''" + QUrl::toPercentEncoding(name));
 }
 
 void ContractAssetsTest::refusesForgedAddresses()
 {
     const auto client = signIn(nora(), contractStudio);
-    const QString guid = upload(*client, file(QStringLiteral("a.txt"), "text"));
-    const QString address = client->GetAssetValue(guid);
+    const qint16 folder = newFolder(*client);
+    QImage picture(10, 10, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    const QString path = m_folder.filePath(QStringLiteral("red.png"));
+    QVERIFY(picture.save(path));
+    const QString guid = upload(*client, path, folder);
+    const QString other = upload(*client, path, folder);
+    const QString address = client->assetAddress(guid);
+    const QString thumbnail = assetsOf(*client, folder)->item(1)->thumbnailUrl;
     int status = 0;
-    for (const auto &[from, to] :
-         {std::make_pair("&e=0", "&e=9999999999999"), std::make_pair("a=2001", "a=2002"),
-          std::make_pair("&s=", "&s=x"), std::make_pair("&s=", "&t=")}) {
-        QString forged = address;
-        QVERIFY(forged.contains(QLatin1String(from)));
-        fetch(forged.replace(QLatin1String(from), QLatin1String(to)), &status);
+    fetch(address, &status);
+    QCOMPARE(status, 200);
+    const auto expectRefused = [&](QString from, const QString &part, const QString &instead) {
+        QVERIFY2(from.contains(part), qPrintable(from));
+        fetch(from.replace(part, instead), &status);
         QCOMPARE(status, 403);
+    };
+    const auto latin = [](const char *text) { return QString::fromLatin1(text); };
+    expectRefused(address, guid, other);
+    expectRefused(address, latin("s=2001."), latin("s=2002."));
+    expectRefused(address, latin("s=2001."), latin("s="));
+    expectRefused(address, latin("s=2001."), latin("s=2001.x"));
+    expectRefused(address, latin("?s="), latin("?t="));
+    expectRefused(address, latin("s=2001."), latin("s=2001.&s2="));
+    expectRefused(thumbnail, latin("&e="), latin("&e=9"));
+    expectRefused(thumbnail, latin("a=2001"), latin("a=2002"));
+    expectRefused(thumbnail, latin("/256?"), latin("/128?"));
+    expectRefused(thumbnail, latin("&s="), latin("&s=x"));
+    expectRefused(thumbnail, latin("&s="), latin("&t="));
+}
+
+/// The connection is gone for good: the sentence names the file, nothing is listed.
+void ContractAssetsTest::namesTheFileWhenTheServiceGoesAway()
+{
+    const auto client = signIn(nora(), contractStudio);
+    const qint16 folder = newFolder(*client);
+    const QString path = file(QStringLiteral("lonely.bin"), content(4'000'000));
+    ServiceProxy proxy(service().port());
+    Client away;
+    QVERIFY(authenticate(away, proxy.address(), nora().user, nora().password));
+    QVERIFY(chooseAccount(away, QString::number(contractStudio)));
+    PauseObserver observer;
+    away.setWaitObserver(&observer);
+    int most = 0;
+    connect(&away, &ServiceClient::CreateAssetFileProgress, this, [&](qint32 percent) {
+        most = percent;
+        if (percent >= 60)
+            proxy.setFate(ServiceProxy::Fate::LoseRequest);
+    });
+    QString sentence;
+    try {
+        upload(away, path, folder);
+    } catch (const ServiceError &error) {
+        sentence = error.description();
+        QVERIFY2(error.isTransient(), qPrintable(sentence));
     }
+    QVERIFY2(sentence.startsWith(QStringLiteral("\"lonely.bin\" was not uploaded. ")),
+             qPrintable(sentence));
+    QVERIFY(most >= 60 && most < 70);
+    away.setWaitObserver(nullptr);
+    QVERIFY(observer.told > 10);
+    QVERIFY(!observer.isWaiting);
+    QCOMPARE(assetsOf(*client, folder)->count(), 0);
 }
 
 void ContractAssetsTest::endsWhenItsClientIsDeletedInTheMiddle()

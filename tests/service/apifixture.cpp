@@ -23,12 +23,13 @@ Zel::Database &migrated(Zel::Database &database)
 
 } // namespace
 
-ApiFixture::ApiFixture(const Zel::DatabaseAddress &address)
+ApiFixture::ApiFixture(const Zel::DatabaseAddress &address,
+                       const Zel::ThumbnailMaker &thumbnailMaker)
     : m_now(start)
     , m_database(address, Zel::Database::Missing::Create)
     , m_store(
           migrated(m_database), Zel::PasswordHasher::Cost::Minimal, [this] { return m_now.load(); },
-          m_files.path())
+          m_files.path(), thumbnailMaker)
     , m_api(m_store)
     , m_server(options())
 {

@@ -20,7 +20,8 @@ namespace ZelTest {
 class ApiFixture
 {
 public:
-    explicit ApiFixture(const Zel::DatabaseAddress &address);
+    explicit ApiFixture(const Zel::DatabaseAddress &address,
+                        const Zel::ThumbnailMaker &thumbnailMaker = Zel::Thumbnails::decodeFile);
 
     quint16 port() const { return m_server.port(); }
 
@@ -37,6 +38,9 @@ public:
                    const QByteArray &body = QByteArray()) const;
     HttpReply call(const QByteArray &method, const QByteArray &target, const QString &token,
                    const QJsonObject &body) const;
+
+    /// The folder of the bytes of assets.
+    QString files() const { return m_files.path(); }
 
     HttpReply signIn(const QString &user, const QString &password) const;
     /// The token of a sample person ("maja", "tomas", "ines"); with an account chosen unless 0.

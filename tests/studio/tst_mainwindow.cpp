@@ -18,7 +18,9 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QScreen>
+#include <QTabBar>
 #include <QTest>
 #include <QToolButton>
 
@@ -277,6 +279,54 @@ private slots:
         QVERIFY(button->focusPolicy() & Qt::TabFocus);
     }
 
+    void theAssetsAreLoadedWhenTheirPageIsFirstShown()
+    {
+        Studios f;
+        f.client.assetFolders =
+            ZelTest::assetFolderList({{0, 0, false, QString(), QStringLiteral("RWD")}});
+        f.signIn();
+        QVERIFY(f.client.calls().filter(QStringLiteral("Asset")).isEmpty());
+        f.client.takeCalls();
+        press(Qt::Key_2, Qt::AltModifier); // the button looks pressed for a moment first
+        QTRY_VERIFY(f.isShown("assetsPage"));
+        QCOMPARE(f.client.takeCalls(),
+                 (QStringList{QStringLiteral("GetAssetFolders(0)"),
+                              QStringLiteral("GetFolderAssets(0, \"\", \"\", 0, 0)")}));
+        QVERIFY(child<QToolButton>(f.window, "railPage_1")->isChecked());
+        QCOMPARE(QApplication::focusWidget(), child(f.window, "assetFolderView"));
+        click(f.window, "railPage_0");
+        click(f.window, "railPage_1");
+        QVERIFY(f.client.calls().filter(QStringLiteral("Asset")).isEmpty());
+    }
+
+    void anEndedSessionLosesNothingOfTheAssets()
+    {
+        Studios f;
+        f.client.assetFolders =
+            ZelTest::assetFolderList({{0, 0, false, QString(), QStringLiteral("RWD")}});
+        f.signIn();
+        click(f.window, "railPage_1");
+        auto *batch = child<QListWidget>(f.window, "batchList");
+        batch->addItems({QStringLiteral("/a.png"), QStringLiteral("/b.png")});
+        click(f.window, "newAsset");
+        child<QTabBar>(f.window, "newAssetTabStrip")->setCurrentIndex(1);
+        f.client.failNext(QStringLiteral("CreateAsset"), signedOut());
+        click(f.window, "batchNewAssetSave");
+        click(f.window, "errorSignIn");
+        f.signIn();
+        QVERIFY(f.isShown("assetsPage"));
+        QCOMPARE(batch->count(), 2);
+        f.client.takeCalls();
+        click(f.window, "uploadRest");
+        QCOMPARE(f.client.calls().filter(QStringLiteral("CreateAsset(")).size(), 2);
+        // Somebody else finds nothing of it.
+        batch->addItem(QStringLiteral("/c.png"));
+        f.errors.report(signedOut());
+        click(f.window, "errorSignIn");
+        f.signIn(QStringLiteral("tomas"));
+        QCOMPARE(batch->count(), 0);
+    }
+
     void aLongAccountNameIsShortenedOnTheRail()
     {
         Studios f;
@@ -403,6 +453,14 @@ private slots:
         f.clickLine(0);
         f.errors.report(signedOut());
         click(f.window, "errorDetailsButton");
+        QCOMPARE(unnamed(), QString());
+        f.client.assetFolders =
+            ZelTest::assetFolderList({{0, 0, false, QString(), QStringLiteral("RWD")}});
+        click(f.window, "railPage_1");
+        QCOMPARE(unnamed(), QString());
+        click(f.window, "newAsset");
+        QCOMPARE(unnamed(), QString());
+        child<QTabBar>(f.window, "newAssetTabStrip")->setCurrentIndex(1);
         QCOMPARE(unnamed(), QString());
     }
 };

@@ -17,6 +17,15 @@ class TestProblem : public ZelTest::TestCase
 
 private slots:
 
+    void aNameInQuotesMayHoldTheEndOfASentence()
+    {
+        const Problem problem = describeError(ServiceError(
+            ServiceError::Kind::Unreachable,
+            QStringLiteral("\"a. b.png\" was not uploaded. Nothing answers. Uploaded: 3 of 7.")));
+        QCOMPARE(problem.what, QStringLiteral("\"a. b.png\" was not uploaded."));
+        QCOMPARE(problem.advice, QStringLiteral("Nothing answers. Uploaded: 3 of 7."));
+    }
+
     void tellsEveryKindOfServiceError_data()
     {
         using Kind = ServiceError::Kind;

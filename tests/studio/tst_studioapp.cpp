@@ -1,12 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/widgets/listview.h"
-#include "studio/mainwindow.h"
 #include "studio/signinpage.h"
-#include "studio/studioapp.h"
 #include "tests/service/client/scriptedserver.h"
-#include "tests/studio/studiotesting.h"
-#include "tests/studio/workspacefiles.h"
+#include "tests/studio/runningstudio.h"
 #include "testsupport/testcase.h"
 
 #include <QLabel>
@@ -20,70 +16,9 @@
 
 using Studio::Options;
 using Studio::Settings;
-using Studio::StudioApp;
 using namespace StudioTesting;
 using namespace WorkspaceFiles;
-
-namespace {
-
-constexpr int Patience = 30000; // milliseconds; a loaded machine takes its time
-
-/// The whole of Studio, as the program starts it.
-struct Running
-{
-    explicit Running(const Options &options)
-        : app(options)
-        , window(app.window())
-    {
-        app.start();
-        window.activateWindow();
-        list = child<Zel::ListView>(window, "projectList");
-    }
-
-    /// Whether something comes true while events are handled.
-    template <typename Condition>
-    static bool comes(const Condition &condition)
-    {
-        return QTest::qWaitFor(condition, Patience);
-    }
-
-    bool isShown(const char *name) const { return child(window, name)->isVisible(); }
-
-    bool canSignIn() const
-    {
-        return comes([this] { return isShown("login") || isShown("errorBar"); }) &&
-               isShown("login");
-    }
-
-    void signIn(const QString &user = QStringLiteral("tomas"),
-                const QString &password = QStringLiteral("sample-tomas"))
-    {
-        type(window, "qxUserName", user);
-        type(window, "qxPassword", password);
-        click(window, "login");
-    }
-
-    /// Signed in to the sample content; its one account is taken by itself.
-    bool isWorking()
-    {
-        if (!canSignIn())
-            return false;
-        signIn();
-        return list->count() > 20 && isShown("projectsPage") && !isShown("errorBar");
-    }
-
-    QString what() const { return child<QLabel>(window, "errorWhat")->text(); }
-
-    QString advice() const { return child<QLabel>(window, "errorAdvice")->text(); }
-
-    pid_t process() { return static_cast<pid_t>(app.embeddedService()->processId()); }
-
-    StudioApp app;
-    Studio::MainWindow &window;
-    Zel::ListView *list;
-};
-
-} // namespace
+using Running = RunningStudio;
 
 /// Studio with a real service, and with what services do to it.
 class TestStudioApp : public ZelTest::TestCase

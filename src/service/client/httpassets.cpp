@@ -11,7 +11,6 @@
 #include "service/client/uploadfile.h"
 
 #include <QPointer>
-#include <QThread>
 
 #include <algorithm>
 #include <array>
@@ -24,7 +23,9 @@ namespace {
 
 /// How often a piece is sent again after the connection broke, and how long before it. Together
 /// longer than a service takes to start again.
-constexpr std::array retryPauses{200, 500, 1000, 2000, 4000, 8000};
+constexpr std::array retryPauses{std::chrono::milliseconds(200),  std::chrono::milliseconds(500),
+                                 std::chrono::milliseconds(1000), std::chrono::milliseconds(2000),
+                                 std::chrono::milliseconds(4000), std::chrono::milliseconds(8000)};
 /// Pieces are small enough that a person sees an upload move, and no smaller.
 constexpr qint64 leastPiece = 256 * 1024;
 constexpr qint64 piecesPerFile = 16;
@@ -37,6 +38,17 @@ QByteArray folderPath(qint16 folderId, const char *rest = "")
 bool isTransient(const ServiceError &error)
 {
     return error.isTransient() || error.code() == QLatin1String("busy");
+}
+
+/// The same error, with the name of the file in its sentence: what a person has to know of many.
+ServiceError about(const UploadFile &file, const ServiceError &error)
+{
+    if (error.description().contains(file.name()))
+        return error;
+    return ServiceError(
+        error.kind(),
+        HttpServiceClient::tr("\"%1\" was not uploaded. %2").arg(file.name(), error.description()),
+        error.code(), error.details());
 }
 
 } // namespace
@@ -127,16 +139,29 @@ QString HttpServiceClient::CreateAsset(const QString &name, const QString &descr
                                                  {QStringLiteral("detail"), description},
                                                  {QStringLiteral("folderId"), folderId},
                                                  {QStringLiteral("files"), list}}));
-    const UploadTicket ticket = readAnswer(request, *ask(request), readUploadTicket);
+    const UploadFile *current = open.front().get();
+    try {
+        const UploadTicket ticket = readAnswer(request, *ask(request), readUploadTicket);
+        return sendUpload(ticket, open, current);
+    } catch (const ServiceError &error) {
+        throw about(*current, error);
+    }
+}
+
+QString HttpServiceClient::sendUpload(const UploadTicket &ticket,
+                                      const std::vector<std::unique_ptr<UploadFile>> &files,
+                                      const UploadFile *&current)
+{
     const QPointer<HttpServiceClient> self(this);
     try {
         QJsonArray checksums;
-        for (std::size_t i = 0; i < open.size(); ++i) {
-            sendFile(ticket, static_cast<int>(i), *open[i]);
-            checksums.append(QString::fromLatin1(open[i]->checksum()));
-            reportProgress(100, open[i]->path());
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            current = files[i].get();
+            sendFile(ticket, static_cast<int>(i), *files[i]);
+            checksums.append(QString::fromLatin1(files[i]->checksum()));
+            reportProgress(100, files[i]->path());
         }
-        return commitUpload(ticket, checksums, open);
+        return commitUpload(ticket, checksums, files);
     } catch (...) {
         if (self)
             dropUpload(ticket);
@@ -148,14 +173,15 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
 {
     const QByteArray path = "/v1/uploads/" + ticket.id + "/files/" + QByteArray::number(position);
     const qint64 piece = std::min(ticket.chunk, std::max(leastPiece, file.size() / piecesPerFile));
+    ReadAhead pieces(file, piece);
     qint64 offset = 0;
     std::size_t failures = 0;
     bool isAsking = false;
     int shown = -1;
     while (offset < file.size()) {
-        // Never as a whole in memory: one piece is read, sent and let go of. After a failure one
+        // Never as a whole in memory: one piece is sent and the next one read. After a failure one
         // without bytes asks how far the service has got.
-        const QByteArray bytes = isAsking ? QByteArray() : file.read(offset, piece);
+        const QByteArray bytes = isAsking ? QByteArray() : pieces.piece(offset);
         try {
             const qint64 received = sendPiece(path, offset, bytes);
             if (received > offset)
@@ -163,9 +189,11 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
             isAsking = false;
             offset = received;
         } catch (const ServiceError &error) {
-            if (!isTransient(error) || failures == retryPauses.size())
+            // This object may go away in a pause.
+            const std::shared_ptr<Transport> transport = m_transport;
+            if (!isTransient(error) || failures == retryPauses.size() ||
+                !transport->pause(retryPauses[failures++]))
                 throw;
-            QThread::msleep(static_cast<unsigned long>(retryPauses[failures++]));
             isAsking = true;
             continue;
         }
@@ -213,10 +241,11 @@ QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonA
             const Reply reply = m_transport->call(request, policy);
             return readAnswer(request, *taken(request, reply, policy), readAssetGuid);
         } catch (const ServiceError &error) {
-            if (!isTransient(error) || failures == retryPauses.size())
+            const std::shared_ptr<Transport> transport = m_transport;
+            if (!isTransient(error) || failures == retryPauses.size() ||
+                !transport->pause(retryPauses[failures]))
                 throw;
         }
-        QThread::msleep(static_cast<unsigned long>(retryPauses[failures]));
     }
 }
 

@@ -85,6 +85,11 @@ public:
     void DeleteAsset(const QString &guid) override;
     QString GetAssetValue(const QString &guid) override;
 
+    void callListMethod(const QString &applicationKind, const QString &methodName,
+                        ThemeCollectionPtr &list) override;
+    void getTemplate(const QString &templateKey, const QString &templateVersionKey,
+                     TemplateRecordPtr &record) override;
+
     QList<ProjectType> projectTypes() override;
     /// An empty guid is replaced by a new one. To repeat the call after a lost answer without
     /// making a second project, choose the guid yourself and send it again.
@@ -113,6 +118,10 @@ private:
                                QLatin1String refusal = QLatin1String());
 
     QByteArray assetPath(const QString &guid) const;
+    /// `current` is left at the file it came to.
+    QString sendUpload(const UploadTicket &ticket,
+                       const std::vector<std::unique_ptr<UploadFile>> &files,
+                       const UploadFile *&current);
     void sendFile(const UploadTicket &ticket, int position, UploadFile &file);
     /// Returns how much of the file the service has then.
     qint64 sendPiece(const QByteArray &path, qint64 offset, const QByteArray &bytes);

@@ -4,6 +4,9 @@
 
 #include "service/client/transportworker.h"
 
+#include <algorithm>
+#include <thread>
+
 namespace QXSC {
 
 std::shared_ptr<Transport> Transport::create()
@@ -50,6 +53,18 @@ void Transport::await(Exchange &exchange)
         exchange.finishWhenDue(Exchange::Clock::now());
         m_notice.tick();
     }
+}
+
+bool Transport::pause(std::chrono::milliseconds time)
+{
+    const std::shared_ptr<Transport> self = shared_from_this();
+    const WaitNotice::Scope scope(m_notice);
+    const Exchange::Clock::time_point end = Exchange::Clock::now() + time;
+    while (!m_closed && Exchange::Clock::now() < end) {
+        std::this_thread::sleep_until(std::min(end, m_notice.nextTick()));
+        m_notice.tick();
+    }
+    return !m_closed;
 }
 
 void Transport::close()

@@ -30,6 +30,8 @@ public:
     ~Transport();
 
     Reply call(const Request &request, const NetworkPolicy &policy);
+    /// Waits as a call does, without one. False when the transport was closed meanwhile.
+    bool pause(std::chrono::milliseconds time);
     /// Gives up what is under way and ends the network's thread.
     void close();
 

@@ -41,6 +41,8 @@ UploadFile::UploadFile(const QString &path)
     if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         refuse(Texts::tr("The file \"%1\" cannot be read: %2.").arg(shown, m_file.errorString()));
     m_size = m_file.size();
+    if (m_size == 0)
+        refuse(Texts::tr("The file \"%1\" is empty. There is nothing to upload.").arg(shown));
     m_modified = info.lastModified();
 }
 
@@ -66,7 +68,7 @@ QByteArray UploadFile::read(qint64 offset, qint64 longest)
     // What was read before is in the checksum already.
     const qint64 fresh = offset + count - m_hashed;
     if (offset <= m_hashed && fresh > 0) {
-        m_hash.addData(QByteArrayView(piece).last(fresh));
+        m_checksum.add(piece.constData() + (piece.size() - fresh), static_cast<std::size_t>(fresh));
         m_hashed += fresh;
     }
     return piece;
@@ -81,7 +83,26 @@ QByteArray UploadFile::checksum()
     const QFileInfo now(m_path);
     if (!now.exists() || now.size() != m_size || now.lastModified() != m_modified)
         changed();
-    return m_hash.result().toHex();
+    return m_checksum.hex();
+}
+
+QByteArray ReadAhead::piece(qint64 offset)
+{
+    QByteArray bytes;
+    if (m_next.valid() && m_nextOffset == offset) {
+        bytes = m_next.get();
+    } else {
+        if (m_next.valid())
+            m_next.wait(); // one reader at a time; what came of it does not matter
+        bytes = m_file.read(offset, m_pieceBytes);
+    }
+    m_nextOffset = offset + bytes.size();
+    m_next = {};
+    if (m_nextOffset < m_file.size())
+        m_next = std::async(std::launch::async, [this, next = m_nextOffset] {
+            return m_file.read(next, m_pieceBytes);
+        });
+    return bytes;
 }
 
 } // namespace QXSC

@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "common/contract/checksum.h"
+
 #include <QByteArray>
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QFile>
+
+#include <future>
 
 namespace QXSC {
 
@@ -36,8 +39,29 @@ private:
     QFile m_file;
     qint64 m_size = 0;
     QDateTime m_modified;
-    QCryptographicHash m_hash{QCryptographicHash::Sha256};
+    Checksum m_checksum;
     qint64 m_hashed = 0;
+};
+
+/// Reads a file piece by piece, the next one while the one before is on its way. Goes before the
+/// file does; nobody else reads it meanwhile.
+class ReadAhead
+{
+public:
+    ReadAhead(UploadFile &file, qint64 pieceBytes)
+        : m_file(file)
+        , m_pieceBytes(pieceBytes)
+    {
+    }
+
+    /// The piece that begins at `offset`; the one behind it is begun. Throws what reading throws.
+    QByteArray piece(qint64 offset);
+
+private:
+    UploadFile &m_file;
+    const qint64 m_pieceBytes;
+    qint64 m_nextOffset = 0;
+    std::future<QByteArray> m_next;
 };
 
 } // namespace QXSC

@@ -43,13 +43,23 @@ QString thumbnailAddress(const Call &call, const Asset &asset)
     return QString::fromLatin1(signedAddress(call, path, thumbnailExpiry(call.store.clock())));
 }
 
-AssetFile signedFile(const Call &call)
+AssetFile fileOf(const Call &call, qint64 accountId, qint64 position)
 {
-    const qint64 account = accountOfSignedCall(call);
-    const auto file = call.store.assets.file(account, guidOf(call));
+    const auto file = call.store.assets.file(accountId, guidOf(call), position);
     if (!file)
         throw notFound(noSuchAsset);
     return *file;
+}
+
+/// The bytes of a file, for the holder of the asset's address.
+HttpResponse bytesOf(const Call &call, qint64 position)
+{
+    const AssetFile file = fileOf(call, accountOfAssetCall(call, guidOf(call)), position);
+    HttpResponse response = fileResponse(call.request, call.store.blobs.blobPath(file.sha),
+                                         file.sha.toLatin1(), file.mime.toLatin1());
+    response.headers.append(
+        {"Content-Disposition", "inline; filename*=UTF-8''" + QUrl::toPercentEncoding(file.name)});
+    return response;
 }
 
 } // namespace
@@ -91,29 +101,41 @@ HttpResponse deleteAsset(const Call &call)
 
 HttpResponse assetValue(const Call &call)
 {
-    AssetFile file;
-    expectDone(call.store.assets.find(assetUserOf(call), guidOf(call), file), noSuchAsset,
+    QList<AssetFile> files;
+    expectDone(call.store.assets.find(assetUserOf(call), guidOf(call), files), noSuchAsset,
                QStringLiteral("You may not use assets of this folder."));
-    // Data records keep this address, so it has no end.
-    const QByteArray address = signedAddress(call, "/a/" + guidOf(call).toLatin1(), 0);
+    const auto addressOf = [&](qsizetype position) {
+        return QString::fromLatin1(
+            assetAddress(call, guidOf(call), position, files.at(position).name));
+    };
     JsonWriter json;
-    json.beginObject().key("value").text(QString::fromLatin1(address)).endObject();
+    json.beginObject().key("value").text(addressOf(0)).key("files").beginArray();
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        const AssetFile &file = files.at(i);
+        json.beginObject().key("name").text(file.name).key("type").text(file.mime);
+        json.key("size").integer(file.size).key("value").text(addressOf(i)).endObject();
+    }
+    json.endArray().endObject();
     return jsonResponse(json.json());
 }
 
 HttpResponse assetBytes(const Call &call)
 {
-    const AssetFile file = signedFile(call);
-    HttpResponse response = fileResponse(call.request, call.store.blobs.blobPath(file.sha),
-                                         file.sha.toLatin1(), file.mime.toLatin1());
-    response.headers.append(
-        {"Content-Disposition", "inline; filename*=UTF-8''" + QUrl::toPercentEncoding(file.name)});
-    return response;
+    return bytesOf(call, 0);
+}
+
+HttpResponse assetFileBytes(const Call &call)
+{
+    bool ok = false;
+    const qint64 position = call.parameters.at(1).toLongLong(&ok);
+    if (!ok || position < 0)
+        throw notFound(noSuchAsset);
+    return bytesOf(call, position);
 }
 
 HttpResponse assetThumbnail(const Call &call)
 {
-    const AssetFile file = signedFile(call);
+    const AssetFile file = fileOf(call, accountOfSignedCall(call), 0);
     bool ok = false;
     const int size = call.parameters.at(1).toInt(&ok);
     if (!ok || !Thumbnails::isSize(size) || !file.thumbnail)

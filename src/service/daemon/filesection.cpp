@@ -23,13 +23,16 @@ std::optional<qint64> number(const QByteArray &digits)
 {
     bool ok = false;
     const qint64 value = digits.toLongLong(&ok);
-    return ok && value >= 0 && digits.at(0) != '+' ? std::optional(value) : std::nullopt;
+    return ok ? std::optional(value) : std::nullopt;
 }
 
 /// Whether the header is one range in bytes; anything else is passed over and gives the whole file.
 bool isOneRange(const QByteArray &range)
 {
-    return range.startsWith("bytes=") && !range.contains(',') && range.count('-') == 1;
+    const QByteArray text = range.mid(6).trimmed();
+    return range.startsWith("bytes=") && text.size() > 1 && text.count('-') == 1 &&
+           std::all_of(text.begin(), text.end(),
+                       [](char c) { return c == '-' || (c >= '0' && c <= '9'); });
 }
 
 /// The section asked for; nothing when it lies behind the end.
@@ -39,11 +42,21 @@ std::optional<Section> sectionOf(const QByteArray &range, qint64 size)
     const qsizetype dash = text.indexOf('-');
     const auto first = number(text.left(dash));
     const auto last = number(text.mid(dash + 1));
-    if (!first && last && *last > 0 && size > 0)
+    if (dash == 0 && last && *last > 0 && size > 0)
         return Section{std::max<qint64>(0, size - *last), size - 1};
     if (!first || *first >= size || (last && *last < *first))
         return std::nullopt;
     return Section{*first, last ? std::min(*last, size - 1) : size - 1};
+}
+
+/// Whether a list of tags, weak ones among them, or "*", names this one (RFC 9110, 13.1.2).
+bool names(const QByteArray &list, const QByteArray &quoted)
+{
+    const QByteArrayList tags = list.split(',');
+    return std::any_of(tags.begin(), tags.end(), [&quoted](const QByteArray &item) {
+        const QByteArray tag = item.trimmed();
+        return tag == "*" || tag == quoted || tag == "W/" + quoted;
+    });
 }
 
 } // namespace
@@ -62,7 +75,7 @@ HttpResponse fileResponse(const HttpRequest &request, const QString &path, const
                         {"Accept-Ranges", "bytes"},
                         // What people upload must not act as a page of this service.
                         {"Content-Security-Policy", "default-src 'none'; sandbox"}};
-    if (request.header("If-None-Match") == quoted) {
+    if (names(request.header("If-None-Match"), quoted)) {
         response.status = 304;
         return response;
     }

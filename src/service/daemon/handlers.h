@@ -30,7 +30,12 @@ HttpResponse listAssets(const Call &call);
 HttpResponse deleteAsset(const Call &call);
 HttpResponse assetValue(const Call &call);
 HttpResponse assetBytes(const Call &call);
+HttpResponse assetFileBytes(const Call &call);
 HttpResponse assetThumbnail(const Call &call);
+
+HttpResponse listThemes(const Call &call);
+HttpResponse findTemplate(const Call &call);
+HttpResponse themePreview(const Call &call);
 
 HttpResponse reserveUpload(const Call &call);
 std::shared_ptr<BodySink> takeUploadChunk(const Call &call);

@@ -162,6 +162,10 @@ private:
     asio::awaitable<bool> inviteBody(const HeadParser &head);
     asio::awaitable<std::optional<HttpResponse>>
     streamBody(HeadParser &head, const HttpPlan &plan, const HttpRequest &request, bool &whole);
+    /// A job that a worker does while the connection goes on.
+    struct Job;
+    std::shared_ptr<Job> startJob(Lane lane, std::function<void()> work);
+    asio::awaitable<void> endOf(std::shared_ptr<Job> job);
     asio::awaitable<bool> onWorker(Lane lane, std::function<void()> job);
     asio::awaitable<HttpResponse> answer(const HttpPlan &plan, const HttpRequest &request);
     asio::awaitable<bool> write(const HttpRequest &request, const HttpResponse &response,
@@ -417,8 +421,12 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
     m_buffer.reserve(readBufferBytes);
     http::request_parser<http::buffer_body> parser(std::move(head));
     parser.body_limit(limit);
-    const auto piece = std::make_shared<QByteArray>(pieceBytes, Qt::Uninitialized);
+    // One piece is taken in while the next one is read.
+    auto piece = std::make_shared<QByteArray>(pieceBytes, Qt::Uninitialized);
+    auto other = std::make_shared<QByteArray>(pieceBytes, Qt::Uninitialized);
+    std::shared_ptr<Job> taking;
     while (!parser.is_done()) {
+        std::swap(piece, other);
         parser.get().body().data = piece->data();
         parser.get().body().size = static_cast<std::size_t>(piece->size());
         error_code error;
@@ -427,6 +435,7 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
                                   asio::redirect_error(asio::use_awaitable, error));
         if (error == http::error::need_buffer)
             error = {};
+        co_await endOf(std::exchange(taking, nullptr));
         if (error == http::error::body_limit) {
             co_await refuse(request, tooLarge(plan.bodyLimit));
             co_return std::nullopt;
@@ -436,34 +445,59 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
         std::function<void()> take = [sink, piece, answer, count] {
             *answer = sink->take(QByteArrayView(*piece).first(count));
         };
-        if (count > 0 && !*answer && !co_await onWorker(plan.lane, std::move(take)))
-            *answer = tooBusy().response(request.requestId);
+        if (count > 0 && !*answer) {
+            taking = startJob(plan.lane, std::move(take));
+            if (!taking)
+                *answer = tooBusy().response(request.requestId);
+        }
         if (error)
             co_return std::nullopt;
     }
+    co_await endOf(taking);
     std::function<void()> finish = [sink, answer] { *answer = sink->finish(); };
     if (!*answer && !co_await onWorker(plan.lane, std::move(finish)))
         co_return tooBusy().response(request.requestId);
     co_return **answer;
 }
 
+struct Connection::Job
+{
+    asio::steady_timer done;
+    bool isOver = false; ///< changed on the connection's strand only
+};
+
+/// Has a lane's pool do some work; null when the pool does not take it.
+std::shared_ptr<Connection::Job> Connection::startJob(Lane lane, std::function<void()> work)
+{
+    const auto executor = m_stream.get_executor();
+    const auto job = std::make_shared<Job>(Job{asio::steady_timer(executor)});
+    job->done.expires_at(asio::steady_timer::time_point::max());
+    std::function<void()> hop = [job, executor, work = std::move(work)] {
+        work();
+        asio::post(executor, [job] {
+            job->isOver = true;
+            job->done.cancel();
+        });
+    };
+    return m_server.pool(lane).post(std::move(hop)) ? job : nullptr;
+}
+
+/// Resumes on this strand when the job is over; at once when there is none.
+asio::awaitable<void> Connection::endOf(std::shared_ptr<Job> job)
+{
+    if (!job || job->isOver)
+        co_return;
+    m_stream.expires_never();
+    error_code ignored;
+    co_await job->done.async_wait(asio::redirect_error(asio::use_awaitable, ignored));
+}
+
 /// Runs a job on a lane's pool and resumes on this strand; false when the pool does not take it.
 asio::awaitable<bool> Connection::onWorker(Lane lane, std::function<void()> job)
 {
-    const auto executor = m_stream.get_executor();
-    const auto done = std::make_shared<asio::steady_timer>(executor);
-    done->expires_at(asio::steady_timer::time_point::max());
-    // The cancel below is queued on this strand, so it cannot come before the wait has begun.
-    std::function<void()> hop = [done, executor, job = std::move(job)] {
-        job();
-        asio::post(executor, [done] { done->cancel(); });
-    };
-    if (!m_server.pool(lane).post(std::move(hop)))
-        co_return false;
-    m_stream.expires_never();
-    error_code ignored;
-    co_await done->async_wait(asio::redirect_error(asio::use_awaitable, ignored));
-    co_return true;
+    const std::shared_ptr<Job> begun = startJob(lane, std::move(job));
+    co_await endOf(begun);
+    co_return begun != nullptr;
 }
 
 /// Runs the handler on its lane and resumes on this strand with what it returned.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/exitcodes.h"
 #include "service/daemon/program.h"
+#include "service/daemon/thumbnailprocess.h"
 #include "service/store/store.h"
 #include "service/store/workspaceimport.h"
 
@@ -18,7 +19,8 @@ int importCommand(const QStringList &arguments)
         QStringLiteral("files"),
         QStringLiteral("Folders or files: accounts.json, people.json, "
                        "project-types.json, projects.csv, asset-folders.csv, "
-                       "asset-rights.csv, assets.csv."),
+                       "asset-rights.csv, assets.csv, templates.csv, "
+                       "themes.csv, theme-templates.csv."),
         QStringLiteral("files..."));
     parseCommand(parser, QStringLiteral("import"),
                  QStringLiteral("Takes in a workspace: adds what is missing, changes what differs, "
@@ -34,7 +36,9 @@ int importCommand(const QStringList &arguments)
     const WorkspaceFiles files = WorkspaceFiles::read(paths);
     Database database(address, Database::Missing::Create);
     makeReady(database);
-    Store store(database, cost, systemClock(), filesFolder(parser));
+    ThumbnailProcess thumbnails;
+    Store store(database, cost, systemClock(), filesFolder(parser),
+                [&thumbnails](const QString &path) { return thumbnails.make(path); });
     const QList<ImportCount> counts = importWorkspace(store, files);
     for (const ImportCount &count : counts)
         print(QStringLiteral("%1: %2 added, %3 changed, %4 unchanged")

@@ -31,6 +31,7 @@ constexpr std::array commands{
     Command{"user", "add people (user add NAME)", userCommand},
     Command{"trash", "list, restore or purge deleted assets", trashCommand},
     Command{"doctor", "check a database", doctorCommand},
+    Command{"thumbnail", "decode one picture; the service runs this itself", thumbnailCommand},
 };
 
 QString overview()

@@ -66,5 +66,6 @@ int importCommand(const QStringList &arguments);
 int userCommand(const QStringList &arguments);
 int trashCommand(const QStringList &arguments);
 int doctorCommand(const QStringList &arguments);
+int thumbnailCommand(const QStringList &arguments);
 
 } // namespace Zel::Service

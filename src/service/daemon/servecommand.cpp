@@ -6,6 +6,7 @@
 #include "service/daemon/logline.h"
 #include "service/daemon/program.h"
 #include "service/daemon/shutdownwatch.h"
+#include "service/daemon/thumbnailprocess.h"
 #include "service/store/databaseerror.h"
 #include "service/store/store.h"
 
@@ -142,7 +143,9 @@ int serveCommand(const QStringList &arguments)
     makeReady(database);
     // A limit on the size of files is to be an error that can be answered, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
-    Store store(database, cost, systemClock(), filesFolder(parser));
+    ThumbnailProcess thumbnails;
+    Store store(database, cost, systemClock(), filesFolder(parser),
+                [&thumbnails](const QString &path) { return thumbnails.make(path); });
     const Api api(store);
     HttpServerOptions options;
     options.address = address.host;

@@ -42,6 +42,7 @@ int restore(Store &store, const QStringList &guids)
 
 int purge(Store &store, bool all)
 {
+    store.uploads.forgetExpired();
     const qint64 now = store.clock();
     const qint64 count = store.assets.purge(all ? now + 1 : now - Assets::trashTimeMs);
     print(QStringLiteral("%1 removed for good").arg(count));

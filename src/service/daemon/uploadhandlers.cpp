@@ -6,6 +6,7 @@
 #include "service/daemon/jsonwriter.h"
 
 #include <QRegularExpression>
+#include <QScopeGuard>
 
 #include <limits>
 
@@ -15,29 +16,49 @@ namespace {
 
 constexpr qsizetype longestFileName = 1024;
 
-[[noreturn]] void refuse(Uploads::Outcome outcome)
+/// @param file the name of the file the sentence is about
+[[noreturn]] void refuse(Uploads::Outcome outcome, const QString &file)
 {
     switch (outcome) {
     case Uploads::Outcome::NotAllowed:
         throw notAllowed(QStringLiteral("You may not put assets into this folder."));
     case Uploads::Outcome::NoRoom:
         throw Problem(507, QByteArrayLiteral("storage-full"),
-                      QStringLiteral("The service has no room for these files."));
+                      QStringLiteral("The service has no room for \"%1\".").arg(file));
     case Uploads::Outcome::TooLarge:
         throw Problem(413, QByteArrayLiteral("too-large"),
-                      QStringLiteral("These files are larger than the service takes."));
+                      QStringLiteral("\"%1\" is larger than the service takes.").arg(file));
     case Uploads::Outcome::Busy:
-        throw Problem(409, QByteArrayLiteral("busy"),
-                      QStringLiteral("Another call is writing this file. Try again shortly."));
+        throw Problem(
+            409, QByteArrayLiteral("busy"),
+            QStringLiteral("Another call is writing \"%1\". Try again shortly.").arg(file));
     case Uploads::Outcome::Incomplete:
         throw Problem(409, QByteArrayLiteral("incomplete"),
-                      QStringLiteral("Not all of the files has arrived."));
+                      QStringLiteral("Not all of \"%1\" has arrived.").arg(file));
     case Uploads::Outcome::Checksum:
-        throw Problem(409, QByteArrayLiteral("checksum"),
-                      QStringLiteral("A file did not arrive as it was sent."));
+        throw Problem(
+            409, QByteArrayLiteral("checksum"),
+            QStringLiteral("\"%1\" did not arrive as it was sent. Upload it again.").arg(file));
     default:
         throw notFound(QStringLiteral("There is no such upload."));
     }
+}
+
+NewUpload::File requestedFile(const QJsonObject &object)
+{
+    JsonFields fields(object);
+    // Only the name counts of what may be a path somewhere else.
+    const QString name = fields.text(QStringLiteral("name"), longestFileName);
+    const NewUpload::File file{
+        name.mid(name.lastIndexOf(QLatin1Char('/')) + 1),
+        fields.integer(QStringLiteral("size"), 0, std::numeric_limits<qint64>::max())};
+    fields.expectNoMore();
+    if (file.name.isEmpty())
+        throw Problem::invalid(QStringLiteral("A file needs a name."));
+    if (file.size == 0)
+        throw Problem::invalid(
+            QStringLiteral("The file \"%1\" is empty. There is nothing to upload.").arg(file.name));
+    return file;
 }
 
 NewUpload requestedUpload(const Call &call)
@@ -52,11 +73,7 @@ NewUpload requestedUpload(const Call &call)
     for (const QJsonValue &file : files) {
         if (!file.isObject())
             throw Problem::invalid(QStringLiteral("Each of \"files\" must be an object."));
-        JsonFields one(file.toObject());
-        upload.files.append(
-            {one.text(QStringLiteral("name"), longestFileName),
-             one.integer(QStringLiteral("size"), 0, std::numeric_limits<qint64>::max())});
-        one.expectNoMore();
+        upload.files.append(requestedFile(file.toObject()));
     }
     if (upload.name.trimmed().isEmpty())
         throw Problem::invalid(QStringLiteral("An asset needs a name."));
@@ -66,33 +83,60 @@ NewUpload requestedUpload(const Call &call)
     return upload;
 }
 
+QString shownFiles(const NewUpload &upload)
+{
+    const QString first = upload.files.constFirst().name;
+    const qsizetype others = upload.files.size() - 1;
+    return others == 0 ? first : QStringLiteral("%1 (and %2 more)").arg(first).arg(others);
+}
+
 /// Appends a piece of a file to what has arrived of it.
 class ChunkSink : public BodySink
 {
 public:
-    explicit ChunkSink(Uploads::Part &&part)
-        : m_part(std::move(part))
+    ChunkSink(Uploads &uploads, const QString &uploadId, qint64 position, Uploads::Part part)
+        : m_uploads(uploads)
+        , m_uploadId(uploadId)
+        , m_position(position)
+        , m_part(std::move(part))
     {
     }
 
+    /// Also when the client went away in the middle: it goes on behind what has come.
+    ~ChunkSink() override { close(); }
+
     std::optional<HttpResponse> take(QByteArrayView piece) override
     {
+        // Before a refusal is answered, as below.
+        auto closing = qScopeGuard([this] { close(); });
         if (piece.size() > m_part.size - m_part.received)
             throw Problem(413, QByteArrayLiteral("too-large"),
-                          QStringLiteral("The file is longer than was said."));
+                          QStringLiteral("\"%1\" is longer than was said.").arg(m_part.name));
         m_part.part->append(piece.data(), piece.size());
         m_part.received += piece.size();
+        closing.dismiss();
         return std::nullopt;
     }
 
     HttpResponse finish() override
     {
+        // Before the answer, which the next piece may follow at once.
+        close();
         JsonWriter json;
         json.beginObject().key("received").integer(m_part.received).endObject();
         return jsonResponse(json.json());
     }
 
 private:
+    void close()
+    {
+        if (m_part.part)
+            m_uploads.close(m_uploadId, m_position, m_part);
+    }
+
+    Uploads &m_uploads;
+    QString m_uploadId;
+    qint64 m_position;
     Uploads::Part m_part;
 };
 
@@ -106,7 +150,7 @@ HttpResponse reserveUpload(const Call &call)
     if (outcome == Uploads::Outcome::NotFound)
         throw notFound(QStringLiteral("There is no such folder."));
     if (outcome != Uploads::Outcome::Done)
-        refuse(outcome);
+        refuse(outcome, shownFiles(upload));
     JsonWriter json;
     json.beginObject().key("uploadId").text(uploadId);
     json.key("chunk").integer(Uploads::chunkBytes).endObject();
@@ -123,12 +167,13 @@ std::shared_ptr<BodySink> takeUploadChunk(const Call &call)
     const auto outcome = call.store.uploads.open(assetUserOf(call), call.parameters.first(),
                                                  ok ? position : -1, part);
     if (outcome != Uploads::Outcome::Done)
-        refuse(outcome);
+        refuse(outcome, part.name);
     if (offset != part.received)
         throw Problem(409, QByteArrayLiteral("offset"),
-                      QStringLiteral("The file has arrived up to another place."))
+                      QStringLiteral("\"%1\" has arrived up to another place.").arg(part.name))
             .with(QStringLiteral("received"), part.received);
-    return std::make_shared<ChunkSink>(std::move(part));
+    return std::make_shared<ChunkSink>(call.store.uploads, call.parameters.first(), position,
+                                       std::move(part));
 }
 
 HttpResponse commitUpload(const Call &call)
@@ -136,7 +181,7 @@ HttpResponse commitUpload(const Call &call)
     JsonFields fields(call.request.body);
     const QJsonArray list = fields.list(QStringLiteral("checksums"));
     fields.expectNoMore();
-    static const QRegularExpression form(QStringLiteral("^[0-9a-f]{64}$"));
+    static const QRegularExpression form(QStringLiteral("\\A[0-9a-f]{64}\\z"));
     QStringList checksums;
     for (const QJsonValue &value : list) {
         if (!form.match(value.toString()).hasMatch())
@@ -144,13 +189,12 @@ HttpResponse commitUpload(const Call &call)
                 QStringLiteral("Each of \"checksums\" must be a SHA-256 in 64 digits."));
         checksums << value.toString();
     }
-    QString guid;
-    const auto outcome =
-        call.store.uploads.commit(assetUserOf(call), call.parameters.first(), checksums, guid);
-    if (outcome != Uploads::Outcome::Done)
-        refuse(outcome);
+    const Uploads::Commit commit =
+        call.store.uploads.commit(assetUserOf(call), call.parameters.first(), checksums);
+    if (commit.outcome != Uploads::Outcome::Done)
+        refuse(commit.outcome, commit.file);
     JsonWriter json;
-    json.beginObject().key("guid").text(guid).endObject();
+    json.beginObject().key("guid").text(commit.guid).endObject();
     return jsonResponse(json.json(), 201);
 }
 
@@ -158,7 +202,7 @@ HttpResponse dropUpload(const Call &call)
 {
     const auto outcome = call.store.uploads.drop(assetUserOf(call), call.parameters.first());
     if (outcome != Uploads::Outcome::Done)
-        refuse(outcome);
+        refuse(outcome, QString());
     HttpResponse response;
     response.status = 204;
     return response;

@@ -27,13 +27,27 @@ const SqlText findAssetFolder(R"sql(
     SELECT folder_id FROM asset WHERE account_id = $1 AND guid = $2 AND deleted_at IS NULL
 )sql");
 
+const SqlText listFiles(R"sql(
+    SELECT f.name, f.sha, b.mime, b.size, b.thumbnail
+    FROM asset a
+    JOIN asset_file f ON f.account_id = a.account_id AND f.guid = a.guid
+    JOIN blob b ON b.account_id = f.account_id AND b.sha = f.sha
+    WHERE a.account_id = $1 AND a.guid = $2 AND a.deleted_at IS NULL
+    ORDER BY f.pos NULLS FIRST
+)sql");
+
 const SqlText findFile(R"sql(
     SELECT f.name, f.sha, b.mime, b.size, b.thumbnail
     FROM asset a
-    JOIN asset_file f ON f.account_id = a.account_id AND f.guid = a.guid AND f.pos = 0
+    JOIN asset_file f ON f.account_id = a.account_id AND f.guid = a.guid AND f.pos = $3
     JOIN blob b ON b.account_id = f.account_id AND b.sha = f.sha
     WHERE a.account_id = $1 AND a.guid = $2 AND a.deleted_at IS NULL
 )sql");
+
+AssetFile readFile(const SqlRow &row)
+{
+    return {row.text(0), row.text(1), row.text(2), row.integer(3), row.boolean(4)};
+}
 
 const SqlText trashAsset(R"sql(
     UPDATE asset SET deleted_at = $3 WHERE account_id = $1 AND guid = $2
@@ -74,8 +88,19 @@ const SqlText dropBlobRow(R"sql(
     DELETE FROM blob WHERE account_id = $1 AND sha = $2
 )sql");
 
+const SqlText listUnusedPreviews(R"sql(
+    SELECT v.account_id, v.sha FROM theme_preview v
+    WHERE NOT EXISTS (SELECT t.guid FROM theme t
+                      WHERE t.account_id = v.account_id AND t.preview_sha = v.sha)
+)sql");
+
+const SqlText dropPreviewRow(R"sql(
+    DELETE FROM theme_preview WHERE account_id = $1 AND sha = $2
+)sql");
+
 const SqlText countBlobRows(R"sql(
-    SELECT COUNT(*) FROM blob WHERE sha = $1
+    SELECT (SELECT COUNT(*) FROM blob WHERE sha = $1) +
+           (SELECT COUNT(*) FROM theme_preview WHERE sha = $1)
 )sql");
 
 const SqlText putBlob(R"sql(
@@ -152,7 +177,7 @@ Assets::Outcome Assets::list(const AssetUser &user, qint64 folderId, const Filte
     });
 }
 
-Assets::Outcome Assets::find(const AssetUser &user, const QString &guid, AssetFile &file)
+Assets::Outcome Assets::find(const AssetUser &user, const QString &guid, QList<AssetFile> &files)
 {
     return m_database.snapshot([&] {
         const auto folder = m_database.row(findAssetFolder, {user.accountId, guid},
@@ -161,11 +186,8 @@ Assets::Outcome Assets::find(const AssetUser &user, const QString &guid, AssetFi
             return Outcome::NotFound;
         if (!m_folders.letters(user, *folder).value_or(QString()).contains(QLatin1Char('R')))
             return Outcome::NotAllowed;
-        const auto found = this->file(user.accountId, guid);
-        if (!found)
-            return Outcome::NotFound;
-        file = *found;
-        return Outcome::Done;
+        files = m_database.rows(listFiles, {user.accountId, guid}, readFile);
+        return files.isEmpty() ? Outcome::NotFound : Outcome::Done;
     });
 }
 
@@ -183,11 +205,9 @@ Assets::Outcome Assets::remove(const AssetUser &user, const QString &guid)
     });
 }
 
-std::optional<AssetFile> Assets::file(qint64 accountId, const QString &guid)
+std::optional<AssetFile> Assets::file(qint64 accountId, const QString &guid, qint64 position)
 {
-    return m_database.row(findFile, {accountId, guid}, [](const SqlRow &row) {
-        return AssetFile{row.text(0), row.text(1), row.text(2), row.integer(3), row.boolean(4)};
-    });
+    return m_database.row(findFile, {accountId, guid, position}, readFile);
 }
 
 QList<TrashedAsset> Assets::trash()
@@ -228,13 +248,17 @@ qint64 Assets::purge(qint64 deletedBefore)
             m_database.exec(dropAsset, {asset.accountId, asset.guid});
             ++gone;
         }
-        const auto blobs = m_database.rows(listUnusedBlobs, {}, [](const SqlRow &row) {
-            return std::make_pair(row.integer(0), row.text(1));
-        });
-        for (const auto &[accountId, sha] : blobs) {
-            m_database.exec(dropBlobRow, {accountId, sha});
-            unused.insert(sha);
-        }
+        const auto drop = [&](const SqlText &list, const SqlText &dropRow) {
+            const auto rows = m_database.rows(list, {}, [](const SqlRow &row) {
+                return std::make_pair(row.integer(0), row.text(1));
+            });
+            for (const auto &[accountId, sha] : rows) {
+                m_database.exec(dropRow, {accountId, sha});
+                unused.insert(sha);
+            }
+        };
+        drop(listUnusedBlobs, dropBlobRow);
+        drop(listUnusedPreviews, dropPreviewRow);
         return gone;
     });
     for (const QString &sha : std::as_const(unused)) {

@@ -73,22 +73,22 @@ public:
     /// The assets of a folder in order of name, then guid.
     Outcome list(const AssetUser &user, qint64 folderId, const Filter &filter,
                  QList<Asset> &assets);
-    /// The asset's first file, when the person may list its folder.
-    Outcome find(const AssetUser &user, const QString &guid, AssetFile &file);
+    /// The asset's files in their order, when the person may list its folder.
+    Outcome find(const AssetUser &user, const QString &guid, QList<AssetFile> &files);
     /// Puts an asset into the trash.
     Outcome remove(const AssetUser &user, const QString &guid);
 
-    /// The first file of an asset that is not in the trash, whoever asks: for addresses that carry
-    /// their permission in themselves.
-    std::optional<AssetFile> file(qint64 accountId, const QString &guid);
+    /// A file of an asset that is not in the trash, whoever asks: for addresses that carry their
+    /// permission in themselves.
+    std::optional<AssetFile> file(qint64 accountId, const QString &guid, qint64 position);
 
     /// What lies in the trash of all accounts, the oldest first.
     QList<TrashedAsset> trash();
     /// Puts an asset back into its folder, or into the root when the folder is gone. NotFound when
     /// no such asset lies in the trash.
     Outcome restore(const QString &guid);
-    /// Forgets assets deleted before a time, and their bytes where nothing else has them. Returns
-    /// how many assets that were.
+    /// Forgets assets deleted before a time, and their bytes where nothing else has them; also
+    /// former previews of themes. Returns how many assets that were.
     qint64 purge(qint64 deletedBefore);
 
     /// Notes that a blob is there. Only inside a transaction.

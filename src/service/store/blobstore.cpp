@@ -2,14 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/blobstore.h"
 
-#include <QCryptographicHash>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStorageInfo>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -25,9 +22,6 @@ namespace {
 
 constexpr qsizetype readBytes = 256 * 1024;
 
-/// Sizes of thumbnails; also their names.
-constexpr std::array thumbnailSizes{64, 128, 256};
-
 void syncFolder(const QString &path)
 {
     const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY);
@@ -38,6 +32,21 @@ void syncFolder(const QString &path)
     ::close(handle);
     if (result != 0)
         throw BlobError(QStringLiteral("write out folder ") + path, error);
+}
+
+/// Makes a folder, with those it lies in, for its owner alone.
+void makeFolder(const QString &path)
+{
+    if (QFileInfo(path).isDir())
+        return;
+    QStringList made;
+    for (QString at = path; !QFileInfo(at).isDir(); at = QFileInfo(at).path())
+        made.prepend(at);
+    for (const QString &folder : std::as_const(made)) {
+        if (::mkdir(QFile::encodeName(folder).constData(), 0700) != 0 && errno != EEXIST)
+            throw BlobError(QStringLiteral("make folder ") + folder, errno);
+        syncFolder(QFileInfo(folder).path());
+    }
 }
 
 } // namespace
@@ -52,30 +61,31 @@ BlobError::BlobError(const QString &doing, int systemError)
 
 BlobError::~BlobError() = default;
 
-BlobPart::BlobPart(const QString &path)
+BlobPart::BlobPart(const QString &path, PartProgress progress)
     : m_handle(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC,
                       0600))
 {
     if (m_handle < 0)
         throw BlobError(QStringLiteral("open ") + path, errno);
-    if (::flock(m_handle, LOCK_EX | LOCK_NB) == 0)
+    struct stat info = {};
+    if (::flock(m_handle, LOCK_EX | LOCK_NB) != 0 || ::fstat(m_handle, &info) != 0) {
+        const int error = errno;
+        ::close(m_handle);
+        m_handle = -1;
+        if (error != EWOULDBLOCK)
+            throw BlobError(QStringLiteral("lock ") + path, error);
         return;
-    ::close(m_handle);
-    m_handle = -1;
+    }
+    m_size = info.st_size;
+    if (progress.file == info.st_ino && progress.hashed <= m_size)
+        m_progress = std::move(progress);
+    m_progress.file = info.st_ino;
 }
 
 BlobPart::~BlobPart()
 {
     if (m_handle >= 0)
         ::close(m_handle);
-}
-
-qint64 BlobPart::size() const
-{
-    struct stat info = {};
-    if (::fstat(m_handle, &info) != 0)
-        throw BlobError(QStringLiteral("ask for the size of a part"), errno);
-    return info.st_size;
 }
 
 void BlobPart::append(const char *data, qint64 count)
@@ -86,27 +96,37 @@ void BlobPart::append(const char *data, qint64 count)
             continue;
         if (written < 0)
             throw BlobError(QStringLiteral("write a part"), errno);
+        if (m_progress.hashed == m_size) {
+            m_progress.checksum.add(data, static_cast<std::size_t>(written));
+            m_progress.hashed += written;
+        }
+        m_size += written;
         data += written;
         count -= written;
     }
 }
 
-QString BlobPart::checksum() const
+void BlobPart::beginSync()
 {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    QByteArray buffer(readBytes, Qt::Uninitialized);
-    qint64 at = 0;
+    // Only a hint: whether it worked shows in `sync`.
+    ::sync_file_range(m_handle, 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
+QString BlobPart::checksum()
+{
+    QByteArray buffer;
     for (;;) {
-        const ssize_t count =
-            ::pread(m_handle, buffer.data(), static_cast<std::size_t>(buffer.size()), at);
+        buffer.resize(readBytes);
+        const ssize_t count = ::pread(m_handle, buffer.data(),
+                                      static_cast<std::size_t>(buffer.size()), m_progress.hashed);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
             throw BlobError(QStringLiteral("read a part"), errno);
         if (count == 0)
-            return QString::fromLatin1(hash.result().toHex());
-        hash.addData(QByteArrayView(buffer).first(count));
-        at += count;
+            return QString::fromLatin1(m_progress.checksum.hex());
+        m_progress.checksum.add(buffer.constData(), static_cast<std::size_t>(count));
+        m_progress.hashed += count;
     }
 }
 
@@ -118,7 +138,7 @@ void BlobPart::sync()
 
 BlobLock::BlobLock(const QString &folder, Mode mode)
 {
-    QDir().mkpath(folder);
+    makeFolder(folder);
     const QString path = folder + QLatin1String("/lock");
     m_handle = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (m_handle < 0)
@@ -140,20 +160,6 @@ BlobLock::~BlobLock()
 BlobStore::BlobStore(const QString &folder)
     : m_folder(folder)
 {
-}
-
-void BlobStore::makeFolder(const QString &path)
-{
-    if (QFileInfo(path).isDir())
-        return;
-    QStringList made;
-    for (QString at = path; !QFileInfo(at).isDir(); at = QFileInfo(at).path())
-        made.prepend(at);
-    for (const QString &folder : std::as_const(made)) {
-        if (::mkdir(QFile::encodeName(folder).constData(), 0700) != 0 && errno != EEXIST)
-            throw BlobError(QStringLiteral("make folder ") + folder, errno);
-        syncFolder(QFileInfo(folder).path());
-    }
 }
 
 QString BlobStore::partPath(const QString &uploadId, qint64 position)
@@ -217,6 +223,8 @@ void BlobStore::writeWhole(const QString &path, const QByteArray &bytes)
 
 qint64 BlobStore::room()
 {
+    if (m_roomMeter)
+        return m_roomMeter();
     makeFolder(m_folder);
     const qint64 room = QStorageInfo(m_folder).bytesAvailable();
     return room < 0 ? std::numeric_limits<qint64>::max() : room;

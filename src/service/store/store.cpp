@@ -7,7 +7,7 @@
 namespace Zel {
 
 Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now,
-             const QString &files)
+             const QString &files, const ThumbnailMaker &thumbnailMaker)
     : database(openDatabase)
     , clock(now)
     , hasher(cost)
@@ -16,11 +16,13 @@ Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now
     , sessions(openDatabase, keys, now)
     , throttle(openDatabase, keys, now)
     , accounts(openDatabase)
-    , projects(openDatabase, now)
     , blobs(files.isEmpty() ? defaultFilesFolder(openDatabase.address()) : files)
+    , themes(openDatabase, blobs)
+    , projects(openDatabase, themes, now)
+    , thumbnails(blobs, thumbnailMaker)
     , folders(openDatabase, accounts)
     , assets(openDatabase, folders, blobs, now)
-    , uploads(openDatabase, folders, assets, blobs, now)
+    , uploads(openDatabase, folders, assets, blobs, thumbnails, now)
 {
 }
 

@@ -14,6 +14,8 @@
 #include "service/store/serverkeys.h"
 #include "service/store/sessions.h"
 #include "service/store/signinthrottle.h"
+#include "service/store/themes.h"
+#include "service/store/thumbnails.h"
 #include "service/store/uploads.h"
 #include "service/store/users.h"
 
@@ -25,9 +27,11 @@ class ZEL_EXPORT Store
 {
 public:
     /// @param files the folder of the bytes of assets; empty for `defaultFilesFolder`
+    /// @param thumbnailMaker what decodes the pictures that people upload
     explicit Store(Database &database,
                    PasswordHasher::Cost cost = PasswordHasher::Cost::Interactive,
-                   const Clock &clock = systemClock(), const QString &files = QString());
+                   const Clock &clock = systemClock(), const QString &files = QString(),
+                   const ThumbnailMaker &thumbnailMaker = Thumbnails::decodeFile);
 
     /// Where the files of a database lie unless another folder is named: beside a SQLite file,
     /// else among the person's own data.
@@ -41,8 +45,10 @@ public:
     Sessions sessions;
     SignInThrottle throttle;
     Accounts accounts;
-    Projects projects;
     BlobStore blobs;
+    Themes themes;
+    Projects projects;
+    Thumbnails thumbnails;
     AssetFolders folders;
     Assets assets;
     Uploads uploads;

@@ -6,22 +6,22 @@
 #include "service/store/blobstore.h"
 
 #include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
-#include <array>
 
 namespace Zel {
 
 namespace {
 
-constexpr std::array sizes{256, 128, 64};
+constexpr auto sizes = BlobStore::thumbnailSizes;
 
-/// Decoding goes on while somebody waits for the answer, on a thread that others need, too: larger
-/// pictures are kept, without a thumbnail.
+/// Somebody waits for the answer meanwhile: larger pictures are kept, without a thumbnail.
 PictureLimits serverLimits()
 {
     PictureLimits limits;
-    limits.bytes = qint64(32) * 1024 * 1024;
+    limits.bytes = Thumbnails::longestFile;
     limits.pixels = 50'000'000;
     limits.canvas = 1024;
     return limits;
@@ -38,6 +38,12 @@ QByteArray png(const QImage &image)
 
 } // namespace
 
+Thumbnails::Thumbnails(BlobStore &blobs, ThumbnailMaker maker)
+    : m_blobs(blobs)
+    , m_maker(std::move(maker))
+{
+}
+
 bool Thumbnails::isSize(int size)
 {
     return std::find(sizes.begin(), sizes.end(), size) != sizes.end();
@@ -45,19 +51,39 @@ bool Thumbnails::isSize(int size)
 
 bool Thumbnails::make(const QString &sha)
 {
-    const PictureLoader loader(serverLimits());
-    QImage image = loader.loadFile(m_blobs.blobPath(sha), QSize(sizes[0], sizes[0])).image;
-    if (image.isNull())
+    const QString path = m_blobs.blobPath(sha);
+    if (QFileInfo(path).size() > longestFile)
         return false;
+    const QByteArrayList made = m_maker(path);
+    if (made.size() != qsizetype(sizes.size()))
+        return false;
+    for (std::size_t i = 0; i < sizes.size(); ++i)
+        m_blobs.writeWhole(m_blobs.thumbnailPath(sha, sizes[i]), made.at(qsizetype(i)));
+    return true;
+}
+
+QByteArrayList Thumbnails::decode(const QByteArray &picture)
+{
+    const PictureLoader loader(serverLimits());
+    QImage image = loader.load(picture, QSize(sizes[0], sizes[0])).image;
+    QByteArrayList made;
     for (const int size : sizes) {
         if (image.width() > size || image.height() > size)
             image = image.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
         const QByteArray bytes = png(image);
         if (bytes.isEmpty())
-            return false;
-        m_blobs.writeWhole(m_blobs.thumbnailPath(sha, size), bytes);
+            return {};
+        made.append(bytes);
     }
-    return true;
+    return made;
+}
+
+QByteArrayList Thumbnails::decodeFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return decode(file.read(longestFile + 1));
 }
 
 } // namespace Zel

@@ -44,6 +44,10 @@ const SqlText listExpired(R"sql(
     SELECT upload_id FROM upload WHERE account_id = $1 AND expires_at <= $2
 )sql");
 
+const SqlText listAccounts(R"sql(
+    SELECT account_id FROM account
+)sql");
+
 const SqlText dropUploadFiles(R"sql(
     DELETE FROM upload_file WHERE account_id = $1 AND upload_id = $2
 )sql");
@@ -60,11 +64,12 @@ QString newGuid()
 } // namespace
 
 Uploads::Uploads(Database &database, AssetFolders &folders, Assets &assets, BlobStore &blobs,
-                 const Clock &clock)
+                 Thumbnails &thumbnails, const Clock &clock)
     : m_database(database)
     , m_folders(folders)
     , m_assets(assets)
     , m_blobs(blobs)
+    , m_thumbnails(thumbnails)
     , m_clock(clock)
 {
 }
@@ -130,12 +135,47 @@ Uploads::Outcome Uploads::open(const AssetUser &user, const QString &uploadId, q
     const auto known = find(user, uploadId);
     if (!known || !known->guid.isEmpty() || position < 0 || position >= known->upload.files.size())
         return Outcome::NotFound;
+    part.name = known->upload.files.at(position).name;
     part.size = known->upload.files.at(position).size;
-    part.part = std::make_unique<BlobPart>(m_blobs.partPath(uploadId, position));
+    part.part = std::make_unique<BlobPart>(m_blobs.partPath(uploadId, position),
+                                           takeProgress(uploadId, position));
     if (!part.part->isOpen())
         return Outcome::Busy;
     part.received = part.part->size();
     return Outcome::Done;
+}
+
+void Uploads::close(const QString &uploadId, qint64 position, Part &part)
+{
+    part.part->beginSync();
+    // Before the lock ends with the part, so that the next one finds it.
+    keepProgress(uploadId, position, part.part->takeProgress());
+    part.part.reset();
+}
+
+PartProgress Uploads::takeProgress(const QString &uploadId, qint64 position)
+{
+    const std::lock_guard lock(m_mutex);
+    auto node = m_progress.extract({uploadId, position});
+    return node ? std::move(node.mapped()) : PartProgress();
+}
+
+void Uploads::keepProgress(const QString &uploadId, qint64 position, PartProgress progress)
+{
+    // What is let go of is only read again.
+    constexpr std::size_t mostKept = 256;
+    const std::lock_guard lock(m_mutex);
+    if (m_progress.size() >= mostKept)
+        m_progress.erase(m_progress.begin());
+    m_progress.insert_or_assign({uploadId, position}, std::move(progress));
+}
+
+void Uploads::dropParts(const QString &uploadId, qsizetype count)
+{
+    for (qsizetype i = 0; i < count; ++i) {
+        takeProgress(uploadId, i);
+        m_blobs.dropPart(uploadId, i);
+    }
 }
 
 /// Checks one file that has arrived and makes a blob of it.
@@ -144,11 +184,13 @@ Uploads::Outcome Uploads::take(const QString &uploadId, qint64 position,
                                AssetFile &taken, QString &assetType)
 {
     const QString path = m_blobs.partPath(uploadId, position);
-    BlobPart part(path);
+    BlobPart part(path, takeProgress(uploadId, position));
     if (!part.isOpen())
         return Outcome::Busy;
-    if (part.size() != file.size)
+    if (part.size() != file.size) {
+        keepProgress(uploadId, position, part.takeProgress());
         return Outcome::Incomplete;
+    }
     if (part.checksum() != checksum) {
         m_blobs.dropPart(uploadId, position);
         return Outcome::Checksum;
@@ -157,25 +199,24 @@ Uploads::Outcome Uploads::take(const QString &uploadId, qint64 position,
     const ContentType type = contentTypeOf(m_blobs.blobPath(checksum), file.name);
     taken = {file.name, checksum, type.mime, file.size, false};
     if (type.assetType == QLatin1String("Image"))
-        taken.thumbnail = Thumbnails(m_blobs).make(checksum);
+        taken.thumbnail = m_thumbnails.make(checksum);
     if (position == 0)
         assetType = type.assetType;
     return Outcome::Done;
 }
 
-Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
-                                 const QStringList &checksums, QString &guid)
+Uploads::Commit Uploads::commit(const AssetUser &user, const QString &uploadId,
+                                const QStringList &checksums)
 {
     const auto known = find(user, uploadId);
     if (!known)
-        return Outcome::NotFound;
-    guid = known->guid;
-    if (!guid.isEmpty())
-        return Outcome::Done;
+        return {Outcome::NotFound, {}, {}};
+    if (!known->guid.isEmpty())
+        return {Outcome::Done, known->guid, {}};
     if (!mayWrite(user, known->upload.folderId))
-        return Outcome::NotAllowed;
+        return {Outcome::NotAllowed, {}, {}};
     if (checksums.size() != known->upload.files.size())
-        return Outcome::Checksum;
+        return {Outcome::Checksum, {}, known->upload.files.constFirst().name};
 
     // Bytes first: when the row is there, so are they.
     const BlobLock lock(m_blobs.folder(), BlobLock::Mode::Store);
@@ -186,7 +227,7 @@ Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
         const Outcome outcome =
             take(uploadId, i, known->upload.files.at(i), checksums.at(i), file, asset.assetType);
         if (outcome != Outcome::Done)
-            return outcome;
+            return {outcome, {}, known->upload.files.at(i).name};
         files.append(file);
     }
     asset.folderId = known->upload.folderId;
@@ -194,6 +235,7 @@ Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
     asset.detail = known->upload.detail;
     asset.createdById = user.userId;
     const QString fresh = newGuid();
+    QString guid;
     const Outcome outcome = m_database.tx([&] {
         const auto now = find(user, uploadId);
         if (!now)
@@ -212,11 +254,9 @@ Uploads::Outcome Uploads::commit(const AssetUser &user, const QString &uploadId,
         m_database.exec(noteGuid, {user.accountId, uploadId, fresh});
         return Outcome::Done;
     });
-    if (outcome == Outcome::Done) {
-        for (qsizetype i = 0; i < checksums.size(); ++i)
-            m_blobs.dropPart(uploadId, i);
-    }
-    return outcome;
+    if (outcome == Outcome::Done)
+        dropParts(uploadId, checksums.size());
+    return {outcome, guid, {}};
 }
 
 AssetFile Uploads::adopt(const QString &path, QString &assetType)
@@ -262,8 +302,15 @@ void Uploads::forget(qint64 accountId, const QString &uploadId)
         m_database.exec(dropUpload, {accountId, uploadId});
         return files.size();
     });
-    for (qsizetype i = 0; i < count; ++i)
-        m_blobs.dropPart(uploadId, i);
+    dropParts(uploadId, count);
+}
+
+void Uploads::forgetExpired()
+{
+    const QList<qint64> accounts =
+        m_database.rows(listAccounts, {}, [](const SqlRow &row) { return row.integer(0); });
+    for (const qint64 account : accounts)
+        forgetExpired(account);
 }
 
 void Uploads::forgetExpired(qint64 accountId)

@@ -6,7 +6,10 @@
 #include "service/store/assets.h"
 #include "service/store/thumbnails.h"
 
+#include <map>
 #include <memory>
+#include <mutex>
+#include <utility>
 
 namespace Zel {
 
@@ -55,22 +58,35 @@ public:
     struct Part
     {
         std::unique_ptr<BlobPart> part;
+        QString name; ///< of the file, also when it cannot be opened
         qint64 received = 0;
         qint64 size = 0; ///< of the whole file
     };
 
+    /// What has become of an upload.
+    struct Commit
+    {
+        Outcome outcome = Outcome::Done;
+        QString guid; ///< of the asset
+        QString file; ///< the name of the one that is to blame
+    };
+
     Uploads(Database &database, AssetFolders &folders, Assets &assets, BlobStore &blobs,
-            const Clock &clock);
+            Thumbnails &thumbnails, const Clock &clock);
 
     Outcome reserve(const AssetUser &user, const NewUpload &upload, QString &uploadId);
     /// Opens a file of an upload of that person; `position` from 0.
     Outcome open(const AssetUser &user, const QString &uploadId, qint64 position, Part &part);
+    /// Takes back, and closes, a file that was opened.
+    void close(const QString &uploadId, qint64 position, Part &part);
     /// Makes the asset; a second call says the same again. `checksums` are SHA-256, hexadecimal.
-    Outcome commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums,
-                   QString &guid);
+    Commit commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums);
     /// Makes a blob of a file on this machine. Returns what it is; to be followed by a transaction
     /// that stores a row for it while the caller holds a `BlobLock`.
     AssetFile adopt(const QString &path, QString &assetType);
+    /// Forgets the uploads of all accounts that were not finished in time. Each account's own go
+    /// when it begins another one.
+    void forgetExpired();
     /// Gives an upload up. One that has become an asset stays one.
     Outcome drop(const AssetUser &user, const QString &uploadId);
 
@@ -86,13 +102,19 @@ private:
                  const QString &checksum, AssetFile &taken, QString &assetType);
     bool mayWrite(const AssetUser &user, qint64 folderId);
     void forget(qint64 accountId, const QString &uploadId);
+    void dropParts(const QString &uploadId, qsizetype count);
+    PartProgress takeProgress(const QString &uploadId, qint64 position);
+    void keepProgress(const QString &uploadId, qint64 position, PartProgress progress);
     void forgetExpired(qint64 accountId);
 
     Database &m_database;
     AssetFolders &m_folders;
     Assets &m_assets;
     BlobStore &m_blobs;
+    Thumbnails &m_thumbnails;
     Clock m_clock;
+    std::mutex m_mutex;
+    std::map<std::pair<QString, qint64>, PartProgress> m_progress;
 };
 
 } // namespace Zel
