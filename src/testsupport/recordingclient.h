@@ -59,6 +59,12 @@ public:
     QHash<QString, QXSC::ThemeCollectionPtr> themeLists;
     /// Templates by their two keys; keys that are not in it answer nothing.
     QHash<std::pair<QString, QString>, QXSC::TemplateRecordPtr> templates;
+    /// Data records by theme; a theme that is not in it answers nothing. Handed out as they are, so
+    /// that what a control writes into them can be seen here.
+    QHash<QString, QXSC::DataRecordPtr> dataRecords;
+    QString componentServer = QStringLiteral("http://127.0.0.1:1");
+    /// What saving a data record answers.
+    QXSC::DataRecordSave recordSave{true, 2, nullptr};
 
     /// Called with the text of each call.
     std::function<void(const QString &call)> atCall;
@@ -99,6 +105,14 @@ public:
     void getTemplate(const QString &templateKey, const QString &templateVersionKey,
                      QXSC::TemplateRecordPtr &result) override;
 
+    QXSC::DataRecordPtr GetThemeDataRecord(const QString &themeGuid) override;
+
+    /// Not recorded as a call.
+    QString serverUrl() const override { return componentServer; }
+
+    QXSC::DataRecordSave saveThemeDataRecord(const QString &themeGuid,
+                                             const QXSC::DataRecord &record) override;
+
     QList<QXSC::ProjectType> projectTypes() override;
     QXSC::ProjectRecordPtr createProject(const QXSC::NewProject &project) override;
     QString assetAddress(const QString &guid) override;
@@ -129,6 +143,9 @@ ZEL_EXPORT QXSC::ThemeCollectionPtr themeList(const QList<QXSC::ThemeRecord> &th
 /// A collection of template entries.
 ZEL_EXPORT QXSC::ThemeTemplateCollectionPtr
 themeTemplates(const QList<QXSC::ThemeTemplate> &templates);
+
+/// A data record of these entries.
+ZEL_EXPORT QXSC::DataRecordPtr dataRecord(const QList<QXSC::DataRecordEntry> &entries);
 
 /// A collection of projects.
 ZEL_EXPORT QXSC::ProjectCollectionPtr projectList(const QList<QXSC::ProjectRecord> &projects);

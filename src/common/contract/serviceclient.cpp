@@ -10,6 +10,7 @@ SessionOperations::~SessionOperations() = default;
 ProjectOperations::~ProjectOperations() = default;
 AssetOperations::~AssetOperations() = default;
 ThemeOperations::~ThemeOperations() = default;
+RecordOperations::~RecordOperations() = default;
 StudioService::~StudioService() = default;
 
 ServiceClient::ServiceClient(QObject *parent)

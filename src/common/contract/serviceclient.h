@@ -4,6 +4,7 @@
 
 #include "common/contract/assetoperations.h"
 #include "common/contract/projectoperations.h"
+#include "common/contract/recordoperations.h"
 #include "common/contract/serviceerror.h"
 #include "common/contract/sessionoperations.h"
 #include "common/contract/themeoperations.h"
@@ -21,7 +22,8 @@ class ZEL_EXPORT ServiceClient : public QObject,
                                  public SessionOperations,
                                  public ProjectOperations,
                                  public AssetOperations,
-                                 public ThemeOperations
+                                 public ThemeOperations,
+                                 public RecordOperations
 {
     Q_OBJECT
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "common/contract/datarecord.h"
 #include "common/contract/projectrecord.h"
 #include "platform/core/export.h"
 
@@ -33,6 +34,17 @@ struct NewProject
     QString themeGuid;
 };
 
+/// What came of saving a data record.
+struct DataRecordSave
+{
+    /// False when somebody has saved the record since it was read: nothing is stored then.
+    bool isSaved = false;
+    /// The version on the server now.
+    qint64 version = 0;
+    /// The record on the server when it was not saved, null otherwise.
+    DataRecordPtr newer;
+};
+
 /// What Studio needs of the service beyond the operations that controls use. Implemented by the
 /// same client object; controls never ask for it.
 class ZEL_EXPORT StudioService
@@ -47,6 +59,10 @@ public:
     /// The whole address of an asset's bytes, for use outside this program. What `GetAssetValue`
     /// gives may be relative to the service, so that it holds wherever the service moves.
     virtual QString assetAddress(const QString &guid) = 0;
+    /// Saves the values of a theme's data record, all of them or none, against the version it was
+    /// read with.
+    virtual DataRecordSave saveThemeDataRecord(const QString &themeGuid,
+                                               const DataRecord &record) = 0;
     /// Ends the session on the server and forgets it here. Never throws: a session that cannot be
     /// ended on the server runs out there by itself.
     virtual void signOut() = 0;
