@@ -175,6 +175,7 @@ const QList<Route> &Api::routes()
         {"GET", "/a/{guid}", Public, Lane::Worker, assetBytes},
         {"GET", "/t/{guid}/{size}", Public, Lane::Worker, assetThumbnail},
         {"GET", "/p/{guid}/{version}", Public, Lane::Worker, themePreview},
+        {"GET", "/nexo/tools_v2/Components/{path*}", Public, Lane::Immediate, componentFile},
     };
     return table;
 }

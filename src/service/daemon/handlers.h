@@ -39,6 +39,8 @@ HttpResponse themePreview(const Call &call);
 HttpResponse dataRecord(const Call &call);
 std::shared_ptr<BodySink> saveDataRecord(const Call &call);
 
+HttpResponse componentFile(const Call &call);
+
 HttpResponse reserveUpload(const Call &call);
 std::shared_ptr<BodySink> takeUploadChunk(const Call &call);
 HttpResponse commitUpload(const Call &call);
