@@ -40,6 +40,9 @@ private slots:
     void turnsTheGradient();
     void saysWhatItCannotEditAndReplacesItOnly();
     void namesEveryControl();
+    void fillsWhateverRoomThereIs_data();
+    void fillsWhateverRoomThereIs();
+    void isStyledByTheSheetOfStudio();
     void runsNothingThatWasNotServed();
 };
 
@@ -280,6 +283,49 @@ void ColourPageTest::namesEveryControl()
         "[...document.querySelectorAll('button, input, [tabindex]')].filter((one) => "
         "!(one.ariaLabel || one.textContent.trim() || one.labels?.length)).map((one) => one.id)");
     QCOMPARE(read(unnamed), QJsonValue(QJsonArray()));
+}
+
+void ColourPageTest::fillsWhateverRoomThereIs_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("a gradient") << page << gradient;
+    QTest::newRow("slides") << QStringLiteral("slides/page.html")
+                            << QStringLiteral(R"([{"title":"A"},{"title":"B"},{"title":"C"},{}])");
+    QTest::newRow("a schedule") << QStringLiteral("schedule/page.html")
+                                << QStringLiteral(R"([{"start":"9","end":"8","title":"A"},{},{}])");
+    QTest::newRow("a long value") << page << QString(5000, QLatin1Char('x'));
+}
+
+void ColourPageTest::fillsWhateverRoomThereIs()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, value);
+    for (const QSize &size : {QSize(800, 580), QSize(500, 380)}) {
+        open(name, value, size);
+        QVERIFY(becomes(QStringLiteral("document.documentElement.scrollWidth <= innerWidth && "
+                                       "document.querySelector('main').scrollWidth <= innerWidth"),
+                        true));
+        QVERIFY(becomes(
+            QStringLiteral("document.querySelector('footer').getBoundingClientRect().bottom"),
+            size.height()));
+        QVERIFY(becomes(QStringLiteral("[document.body.offsetWidth, document.body.offsetHeight]"),
+                        QJsonArray{size.width(), size.height()}));
+        // A dialog that were told of sizes would stop following its window.
+        QCOMPARE(read(QStringLiteral("(window.onresize = () => 1, window.onresize)")),
+                 QJsonValue(QJsonValue::Null));
+    }
+}
+
+void ColourPageTest::isStyledByTheSheetOfStudio()
+{
+    open(page, QString());
+    const QString sheet = QStringLiteral("document.querySelector('[data-studio]').href");
+    QCOMPARE(read(sheet), QJsonValue(address(QStringLiteral("studio.css"))));
+    QCOMPARE(read(QStringLiteral("getComputedStyle(document.querySelector('footer')).display")),
+             QJsonValue(QStringLiteral("flex")));
+    QCOMPARE(read(QStringLiteral("getComputedStyle(document.documentElement).colorScheme")),
+             QJsonValue(QStringLiteral("light dark")));
 }
 
 void ColourPageTest::runsNothingThatWasNotServed()
