@@ -272,6 +272,56 @@ private slots:
         QCOMPARE(errorNumber([&] { client.getTemplate(QString(), QString(), record); }), 7);
     }
 
+    void answersPreparedDataRecordsAndRecordsTheCalls()
+    {
+        RecordingClient client;
+        QXSC::DataRecordEntry entry;
+        entry.label = QStringLiteral("Title");
+        entry.value.text = QStringLiteral("first");
+        client.dataRecords.insert(QStringLiteral("t"), ZelTest::dataRecord({entry, entry}));
+        const QXSC::DataRecordPtr record = client.GetThemeDataRecord(QStringLiteral("t"));
+        QVERIFY(record);
+        QCOMPARE(record->version, 1);
+        QCOMPARE(record->entries->count(), 2);
+        QVERIFY(!client.GetThemeDataRecord(QStringLiteral("other")));
+        client.componentServer = QStringLiteral("http://127.0.0.1:9");
+        QCOMPARE(client.serverUrl(), QStringLiteral("http://127.0.0.1:9")); // no call
+        // Records are edited in place, each entry for itself.
+        record->entries->item(2)->value.text = QStringLiteral("second");
+        QCOMPARE(client.GetThemeDataRecord(QStringLiteral("t"))->entries->item(2)->value.text,
+                 QStringLiteral("second"));
+        QCOMPARE(record->entries->item(1)->value.text, QStringLiteral("first"));
+        QCOMPARE(client.calls(), (QStringList{QStringLiteral("GetThemeDataRecord(\"t\")"),
+                                              QStringLiteral("GetThemeDataRecord(\"other\")"),
+                                              QStringLiteral("GetThemeDataRecord(\"t\")")}));
+    }
+
+    void answersThePreparedOutcomeOfASave()
+    {
+        RecordingClient client;
+        QXSC::DataRecordEntry entry;
+        entry.label = QStringLiteral("Title");
+        entry.value.text = QStringLiteral("x");
+        const QXSC::DataRecordPtr record = ZelTest::dataRecord({entry});
+        QXSC::DataRecordSave save = client.saveThemeDataRecord(QStringLiteral("t"), *record);
+        QVERIFY(save.isSaved);
+        QCOMPARE(save.version, 2);
+        QCOMPARE(client.calls().last(),
+                 QStringLiteral("saveThemeDataRecord(\"t\", 1, \"Title=x\")"));
+        const QXSC::DataRecordPtr newer = ZelTest::dataRecord({entry});
+        client.recordSave = {false, 7, newer};
+        save = client.saveThemeDataRecord(QStringLiteral("t"), QXSC::DataRecord());
+        QVERIFY(!save.isSaved);
+        QCOMPARE(save.version, 7);
+        QCOMPARE(save.newer, newer);
+        QCOMPARE(client.calls().last(), QStringLiteral("saveThemeDataRecord(\"t\", 0)"));
+        client.failNext(QStringLiteral("GetThemeDataRecord"), Zel::RuntimeError(9));
+        QCOMPARE(errorNumber([&] { client.GetThemeDataRecord(QStringLiteral("t")); }), 9);
+        client.failNext(QStringLiteral("saveThemeDataRecord"), Zel::RuntimeError(10));
+        QCOMPARE(errorNumber([&] { client.saveThemeDataRecord(QStringLiteral("t"), *record); }),
+                 10);
+    }
+
     void aClientMayRecordOperationsOfItsOwn()
     {
         class Extended : public RecordingClient

@@ -73,6 +73,14 @@ qint32 readInt32(const QJsonValue &value, QLatin1String name)
     return static_cast<qint32>(*number);
 }
 
+qint64 readInt64(const QJsonValue &value, QLatin1String name)
+{
+    const std::optional<qint64> number = wholeNumber(value);
+    if (!number)
+        complain(name, "is not a whole number");
+    return *number;
+}
+
 QJsonObject readObject(const QJsonValue &value, QLatin1String name)
 {
     if (!value.isObject())

@@ -28,6 +28,7 @@ QJsonValue readMember(const QJsonObject &object, QLatin1String name);
 QString readText(const QJsonValue &value, QLatin1String name);
 bool readFlag(const QJsonValue &value, QLatin1String name);
 qint32 readInt32(const QJsonValue &value, QLatin1String name);
+qint64 readInt64(const QJsonValue &value, QLatin1String name);
 QJsonObject readObject(const QJsonValue &value, QLatin1String name);
 QJsonArray readList(const QJsonValue &value, QLatin1String name);
 /// Milliseconds since 1970 in UTC as a local date-time; nothing for null.

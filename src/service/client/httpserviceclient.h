@@ -90,11 +90,16 @@ public:
     void getTemplate(const QString &templateKey, const QString &templateVersionKey,
                      TemplateRecordPtr &record) override;
 
+    DataRecordPtr GetThemeDataRecord(const QString &themeGuid) override;
+    /// The server of the session; empty without one.
+    QString serverUrl() const override;
+
     QList<ProjectType> projectTypes() override;
     /// An empty guid is replaced by a new one. To repeat the call after a lost answer without
     /// making a second project, choose the guid yourself and send it again.
     ProjectRecordPtr createProject(const NewProject &project) override;
     QString assetAddress(const QString &guid) override;
+    DataRecordSave saveThemeDataRecord(const QString &themeGuid, const DataRecord &record) override;
     /// Waits five seconds for the service at the most.
     void signOut() override;
 

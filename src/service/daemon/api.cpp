@@ -157,6 +157,9 @@ const QList<Route> &Api::routes()
         {"GET", "/v1/projects/{guid}/published", Account, Lane::Worker, projectPublished},
         {"GET", "/v1/themes", Account, Lane::Worker, listThemes},
         {"GET", "/v1/templates", Account, Lane::Worker, findTemplate},
+        {"GET", "/v1/themes/{guid}/data-record", Account, Lane::Worker, dataRecord},
+        {"PUT", "/v1/themes/{guid}/data-record", Account, Lane::Worker, nullptr, recordBodyLimit,
+         saveDataRecord},
         {"GET", "/v1/asset-folders", Account, Lane::Worker, listAssetFolders},
         {"POST", "/v1/asset-folders", Account, Lane::Worker, createAssetFolder},
         {"DELETE", "/v1/asset-folders/{id}", Account, Lane::Worker, deleteAssetFolder},
@@ -173,6 +176,7 @@ const QList<Route> &Api::routes()
         {"GET", "/a/{guid}/{n}/{name}", Public, Lane::Worker, assetFileBytes},
         {"GET", "/t/{guid}/{size}", Public, Lane::Worker, assetThumbnail},
         {"GET", "/p/{guid}/{version}", Public, Lane::Worker, themePreview},
+        {"GET", "/nexo/tools_v2/Components/{path*}", Public, Lane::Immediate, componentFile},
     };
     return table;
 }

@@ -37,6 +37,11 @@ HttpResponse listThemes(const Call &call);
 HttpResponse findTemplate(const Call &call);
 HttpResponse themePreview(const Call &call);
 
+HttpResponse dataRecord(const Call &call);
+std::shared_ptr<BodySink> saveDataRecord(const Call &call);
+
+HttpResponse componentFile(const Call &call);
+
 HttpResponse reserveUpload(const Call &call);
 std::shared_ptr<BodySink> takeUploadChunk(const Call &call);
 HttpResponse commitUpload(const Call &call);

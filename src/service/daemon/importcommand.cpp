@@ -20,7 +20,7 @@ int importCommand(const QStringList &arguments)
         QStringLiteral("Folders or files: accounts.json, people.json, "
                        "project-types.json, projects.csv, asset-folders.csv, "
                        "asset-rights.csv, assets.csv, templates.csv, "
-                       "themes.csv, theme-templates.csv."),
+                       "themes.csv, theme-templates.csv, data-records.csv."),
         QStringLiteral("files..."));
     parseCommand(parser, QStringLiteral("import"),
                  QStringLiteral("Takes in a workspace: adds what is missing, changes what differs, "

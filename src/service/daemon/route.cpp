@@ -21,7 +21,11 @@ QString decodedPart(const QByteArray &part, const QString &name)
 std::optional<QStringList> matchPath(const QByteArray &pattern, const QByteArray &path)
 {
     const QByteArrayList expected = pattern.split('/');
-    const QByteArrayList found = path.split('/');
+    QByteArrayList found = path.split('/');
+    if (pattern.endsWith("*}") && found.size() > expected.size()) {
+        const QByteArray rest = found.mid(expected.size() - 1).join('/');
+        found = found.first(expected.size() - 1) << rest;
+    }
     if (expected.size() != found.size())
         return std::nullopt;
     QList<std::pair<QByteArray, QByteArray>> places;

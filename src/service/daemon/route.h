@@ -42,6 +42,9 @@ using Handler = HttpResponse (*)(const Call &);
 using StreamHandler = std::shared_ptr<BodySink> (*)(const Call &);
 
 constexpr qint64 jsonBodyLimit = 1024 * 1024;
+/// Of a data record to be saved: twice what its values may have, because JSON writes line breaks
+/// and quotes with two bytes, and as much as the rest of it takes.
+constexpr qint64 recordBodyLimit = 2 * DataRecords::largestRecord + 4 * jsonBodyLimit;
 
 /// A row of the route table.
 struct Route
@@ -56,7 +59,8 @@ struct Route
     StreamHandler stream = nullptr;
 };
 
-/// The texts at the {places} of a pattern, percent-decoded; nothing when the path does not match.
+/// The texts at the {places} of a pattern, percent-decoded; nothing when the path does not match. A
+/// last place {with*} takes all the rest of the path.
 /// Throws `Problem` for a text that cannot be stored.
 ZEL_EXPORT std::optional<QStringList> matchPath(const QByteArray &pattern, const QByteArray &path);
 

@@ -18,6 +18,7 @@ Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now
     , accounts(openDatabase)
     , blobs(files.isEmpty() ? defaultFilesFolder(openDatabase.address()) : files)
     , themes(openDatabase, blobs)
+    , dataRecords(openDatabase)
     , projects(openDatabase, themes, now)
     , thumbnails(blobs, thumbnailMaker)
     , folders(openDatabase, accounts)

@@ -9,6 +9,7 @@
 #include "service/store/blobstore.h"
 #include "service/store/clock.h"
 #include "service/store/database.h"
+#include "service/store/datarecords.h"
 #include "service/store/passwordhasher.h"
 #include "service/store/projects.h"
 #include "service/store/serverkeys.h"
@@ -47,6 +48,7 @@ public:
     Accounts accounts;
     BlobStore blobs;
     Themes themes;
+    DataRecords dataRecords;
     Projects projects;
     Thumbnails thumbnails;
     AssetFolders folders;

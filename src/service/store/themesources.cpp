@@ -71,7 +71,12 @@ QString mimeOf(const QByteArray &format)
 
 QString readDefinition(const QString &path, const FilePlace &place)
 {
-    const QByteArray bytes = readBytes(path, place, Themes::largestDefinition);
+    return readText(path, place, Themes::largestDefinition);
+}
+
+QString readText(const QString &path, const FilePlace &place, qint64 most)
+{
+    const QByteArray bytes = readBytes(path, place, most);
     const auto marked = QStringConverter::encodingForData(bytes);
     const bool isUtf16 = marked == QStringConverter::Utf16LE || marked == QStringConverter::Utf16BE;
     QStringDecoder decoder(isUtf16 ? *marked : QStringConverter::Utf8,
@@ -82,11 +87,9 @@ QString readDefinition(const QString &path, const FilePlace &place)
     if (!isStorableText(text))
         refuse(place, path, QStringLiteral("has a character that cannot be stored."));
     const qsizetype size = isUtf16 ? text.toUtf8().size() : bytes.size();
-    if (size > Themes::largestDefinition)
+    if (size > most)
         refuse(place, path,
-               QStringLiteral("has %1 bytes as UTF-8; at most %2 are taken.")
-                   .arg(size)
-                   .arg(Themes::largestDefinition));
+               QStringLiteral("has %1 bytes as UTF-8; at most %2 are taken.").arg(size).arg(most));
     return text;
 }
 

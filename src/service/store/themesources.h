@@ -17,6 +17,9 @@ namespace Zel {
 /// mark stays its first character.
 QString readDefinition(const QString &path, const FilePlace &place);
 
+/// The text of any file, read alike; at most `most` bytes, of the file and as UTF-8.
+QString readText(const QString &path, const FilePlace &place, qint64 most);
+
 /// The bytes of a preview; `preview` says what they are. PNG, JPEG, WebP or SVG by content, and
 /// whole.
 QByteArray readPreview(const QString &path, const FilePlace &place, ThemePreview &preview);

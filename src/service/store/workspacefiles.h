@@ -5,6 +5,7 @@
 #include "platform/core/export.h"
 #include "service/store/accounts.h"
 #include "service/store/assets.h"
+#include "service/store/datarecords.h"
 #include "service/store/projects.h"
 #include "service/store/themes.h"
 #include "service/store/workspacefileerror.h"
@@ -108,6 +109,16 @@ public:
         Template entry;
     };
 
+    /// The data record of one theme.
+    struct DataRecordEntry
+    {
+        FilePlace place; ///< of the first field
+        qint64 accountId = 0;
+        QString guid;
+        QList<RecordEntry> entries;
+        qint64 size = 0; ///< see `DataRecords::sizeOf`
+    };
+
     QList<AccountEntry> accounts;
     QList<PersonEntry> people;
     QList<TypeEntry> types;
@@ -118,11 +129,13 @@ public:
     QList<TemplateEntry> templates;
     QList<ThemeEntry> themes;
     QList<ThemeTemplatesEntry> themeTemplates;
+    QList<DataRecordEntry> dataRecords;
 
     /// Reads folders and files. A file is known by its name: accounts.json, people.json,
     /// project-types.json, projects.csv, asset-folders.csv, asset-rights.csv, assets.csv,
-    /// templates.csv, themes.csv, theme-templates.csv. In a folder, Markdown and hidden files are
-    /// passed over; any other name throws `WorkspaceFileError`, as every fault in a file does.
+    /// templates.csv, themes.csv, theme-templates.csv, data-records.csv. In a folder, Markdown and
+    /// hidden files are passed over; any other name throws `WorkspaceFileError`, as every fault in
+    /// a file does.
     static WorkspaceFiles read(const QStringList &paths);
 
 private:
@@ -137,6 +150,7 @@ private:
     void readTemplates(const QString &path);
     void readThemes(const QString &path);
     void readThemeTemplates(const QString &path);
+    void readDataRecords(const QString &path);
 };
 
 } // namespace Zel

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/workspaceimport.h"
 
+#include "service/store/datarecordimport.h"
 #include "service/store/importcount.h"
 #include "service/store/store.h"
 #include "service/store/themeimport.h"
@@ -39,7 +40,7 @@ public:
         m_counts << count(QStringLiteral("accounts"), m_files.accounts, &Importer::takeAccount)
                  << count(QStringLiteral("people"), m_files.people, &Importer::takePerson)
                  << count(QStringLiteral("project types"), m_files.types, &Importer::takeType)
-                 << ThemeImport(m_store, m_files).run()
+                 << ThemeImport(m_store, m_files).run() << importDataRecords(m_store, m_files)
                  << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject)
                  << count(QStringLiteral("folders"), m_files.folders, &Importer::takeFolder)
                  << count(QStringLiteral("folder rights"), m_files.rights, &Importer::takeRight)

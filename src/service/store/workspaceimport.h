@@ -16,7 +16,8 @@ class Store;
 struct ImportCount
 {
     QString kind; ///< "accounts", "people", "project types", "templates", "themes",
-                  ///< "template lists", "projects", "folders", "folder rights", "assets"
+                  ///< "template lists", "data records", "projects", "folders", "folder rights",
+                  ///< "assets"
     int added = 0;
     int changed = 0;
     int unchanged = 0;

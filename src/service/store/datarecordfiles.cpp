@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The file of data records.
+#include "service/store/recordfile.h"
+#include "service/store/themesources.h"
+#include "service/store/workspacefiles.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+
+#include <limits>
+
+namespace Zel {
+
+namespace {
+
+constexpr qsizetype longestPath = 4096;
+constexpr qint64 largestAccount = std::numeric_limits<qint32>::max();
+
+qint64 sizeIn(FileRecord &record, const QString &name)
+{
+    return record.integer(name, 0, std::numeric_limits<qint16>::max());
+}
+
+/// The text stands in the list or, a long one, in a file beside it.
+QString valueTextIn(FileRecord &record)
+{
+    const QString text = record.textOrEmpty(QStringLiteral("text"), DataRecords::largestRecord);
+    const QString file = record.textOrEmpty(QStringLiteral("file"), longestPath);
+    if (file.isEmpty())
+        return text;
+    if (!text.isEmpty())
+        record.refuse(QStringLiteral("has both a \"text\" and a \"file\"."));
+    return readText(QFileInfo(record.place.file).dir().filePath(file), record.place,
+                    DataRecords::largestRecord);
+}
+
+RecordEntry entryIn(FileRecord &record)
+{
+    RecordEntry entry;
+    entry.label = record.textOrEmpty(QStringLiteral("label"), DataRecords::longestLabel);
+    entry.type = record.textOrEmpty(QStringLiteral("type"), DataRecords::longestWord);
+    entry.hidden = record.boolean(QStringLiteral("hidden"));
+    entry.ext = record.textOrEmpty(QStringLiteral("ext"), DataRecords::longestWord);
+    entry.source = record.textOrEmpty(QStringLiteral("source"), DataRecords::longestSource);
+    entry.buttonText = record.textOrEmpty(QStringLiteral("buttonText"), DataRecords::longestWord);
+    entry.width = sizeIn(record, QStringLiteral("width"));
+    entry.height = sizeIn(record, QStringLiteral("height"));
+    entry.value.guid = record.textOrEmpty(QStringLiteral("guid"), DataRecords::longestWord);
+    entry.value.dependencies =
+        record.textOrEmpty(QStringLiteral("assetDependencies"), DataRecords::largestRecord);
+    entry.value.text = valueTextIn(record);
+    return entry;
+}
+
+} // namespace
+
+void WorkspaceFiles::readDataRecords(const QString &path)
+{
+    QHash<QString, qsizetype> known; // by account and theme
+    for (FileRecord &record : readCsvRecords(path)) {
+        DataRecordEntry found;
+        found.place = record.place;
+        found.accountId = record.integer(QStringLiteral("account"), 0, largestAccount);
+        found.guid = record.guid(QStringLiteral("theme"));
+        const RecordEntry entry = entryIn(record);
+        record.expectNoMore();
+        const QString key = QStringLiteral("%1/%2").arg(found.accountId).arg(found.guid);
+        if (!known.contains(key)) {
+            known.insert(key, dataRecords.size());
+            dataRecords << found;
+        }
+        DataRecordEntry &all = dataRecords[known.value(key)];
+        if (all.entries.size() == DataRecords::mostEntries)
+            record.refuse(QStringLiteral("a data record has at most %1 fields.")
+                              .arg(DataRecords::mostEntries));
+        all.size += DataRecords::sizeOf(entry.value);
+        if (all.size > DataRecords::largestRecord)
+            record.refuse(QStringLiteral("the values of a data record have at most %1 MiB.")
+                              .arg(DataRecords::largestRecord / (1024 * 1024)));
+        all.entries << entry;
+    }
+}
+
+} // namespace Zel
