@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "records/web/pagescripts.h"
+
+#include "records/web/pageresult.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace ZelWebServiceControls {
+
+namespace {
+
+QString source(const QString &name)
+{
+    QFile file(QStringLiteral(":/zel/records/web/scripts/") + name);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("the library was built without %s", qPrintable(name));
+    return QString::fromUtf8(file.readAll());
+}
+
+QWebEngineScript script(const QString &name, const QString &text, quint32 world)
+{
+    QWebEngineScript made;
+    made.setName(name);
+    made.setSourceCode(text);
+    made.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    made.setWorldId(world);
+    return made;
+}
+
+} // namespace
+
+QWebEngineScript componentPageScript(const QString &token)
+{
+    QString text = source(QStringLiteral("componentpage.js"));
+    text.replace(QLatin1String("@token@"), token);
+    text.replace(QLatin1String("@mostCharacters@"), QString::number(MostResultCharacters));
+    text.replace(QLatin1String("@mostElements@"), QString::number(MostResultElements));
+    text.replace(QLatin1String("@deepest@"), QString::number(DeepestResult));
+    return script(QStringLiteral("componentpage"), text, QWebEngineScript::MainWorld);
+}
+
+QWebEngineScript frameWatchScript(const QString &token)
+{
+    QString text = source(QStringLiteral("framewatch.js"));
+    text.replace(QLatin1String("@token@"), token);
+    QWebEngineScript made =
+        script(QStringLiteral("framewatch"), text, QWebEngineScript::ApplicationWorld);
+    made.setRunsOnSubFrames(true);
+    return made;
+}
+
+QString dialogCall(const QString &call)
+{
+    return QStringLiteral("try { zelDialog.%1 } catch (e) { null }").arg(call);
+}
+
+QString scriptText(const QString &text)
+{
+    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(array.mid(1, array.size() - 2));
+}
+
+} // namespace ZelWebServiceControls
