@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QLibrary>
+#include <QOpenGLContext>
 #include <QPointer>
 
 #include <dlfcn.h>
@@ -28,6 +29,9 @@ void demandEngineConditions()
         refuse(QCoreApplication::translate(
             "ComponentDialog", "Pages cannot be shown: the program has to set "
                                "Qt::AA_ShareOpenGLContexts before it makes its QApplication."));
+    if (!QOpenGLContext::globalShareContext())
+        refuse(QCoreApplication::translate(
+            "ComponentDialog", "Pages cannot be shown: there is no OpenGL on this display."));
     const bool sandboxOff = qEnvironmentVariableIntValue("QTWEBENGINE_DISABLE_SANDBOX") == 1 ||
                             qgetenv("QTWEBENGINE_CHROMIUM_FLAGS").contains("--no-sandbox");
     if (geteuid() == 0 && !sandboxOff)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/core/export.h"
+
 #include <QPointer>
 #include <QSize>
 #include <QWebEnginePage>
@@ -98,6 +100,6 @@ private:
 
 /// Whether a navigation to this address is the page's way to end the dialog: the raw text after the
 /// last "/" is "close".
-bool isCloseAddress(const QUrl &url);
+ZEL_EXPORT bool isCloseAddress(const QUrl &url);
 
 } // namespace ZelWebServiceControls
