@@ -222,6 +222,10 @@ void PageTest::click(const QString &id)
                            "document.getElementById('%1') !== null")
                 .arg(id),
             true);
+    // The engine drops clicks on a page that it has not painted yet.
+    run(QStringLiteral("requestAnimationFrame(function () {"
+                       "  requestAnimationFrame(function () { window.isPainted = true; }); })"));
+    waitFor(QStringLiteral("window.isPainted"), true);
     const QVariantList place = read(script).toList();
     QCOMPARE(place.size(), 2);
     QVERIFY(waitUntil([this] { return view()->focusProxy() != nullptr; }));

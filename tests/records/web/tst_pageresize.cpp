@@ -24,15 +24,18 @@ private slots:
 
     void thePageFollowsTheDialogBut300Twips()
     {
-        prepare(QStringLiteral("sized.html"));
-        const int below = Zel::pixelsFromTwips(300, Zel::logicalDpi(&browser()));
-        for (const QSize &size : {QSize(500, 300), QSize(640, 480), QSize(333, 222)}) {
-            browser().resize(size);
-            QCOMPARE(view()->geometry(), QRect(0, 0, size.width(), size.height() - below));
-        }
-        QCOMPARE(Zel::twipsGeometry(view()).height,
-                 Zel::twipsFromPixels(222, Zel::logicalDpi(&browser())) - 300);
-        browser().close();
+        use(QStringLiteral("sized.html"), [this] {
+            const int dpi = Zel::logicalDpi(&browser());
+            const int below = Zel::pixelsFromTwips(300, dpi);
+            for (const QSize &size : {QSize(500, 300), QSize(640, 480), QSize(333, 222)}) {
+                browser().resize(size);
+                QVERIFY(waitUntil([&] { return browser().size() == size; }));
+                QCOMPARE(view()->geometry(), QRect(0, 0, size.width(), size.height() - below));
+                QCOMPARE(Zel::twipsGeometry(view()).height,
+                         Zel::twipsFromPixels(size.height(), dpi) - 300);
+            }
+            browser().close();
+        });
     }
 
     void loadingAPageLeavesTheDialogAsItIs()
@@ -127,8 +130,13 @@ private slots:
 
     void aPageWithoutABodyIsFine()
     {
-        use(QStringLiteral("document.xml"), [this] {
-            waitForPage(QStringLiteral("document.xml"));
+        Answer drawing;
+        drawing.headers << "Content-Type: image/svg+xml";
+        drawing.body = "<svg xmlns='http://www.w3.org/2000/svg'><rect width='9' height='9'/></svg>";
+        serve(QStringLiteral("/drawing"), drawing);
+        use(QStringLiteral("drawing"), [this] {
+            waitForPage(QStringLiteral("drawing"));
+            QVERIFY(read(QStringLiteral("document.body")).isNull());
             Zel::LateBound(&browser()).call(QStringLiteral("ResizeCallback"));
             QVERIFY(!read(QStringLiteral("1")).isNull());
             QCOMPARE(browser().size(), QSize(600, 400));
