@@ -103,7 +103,7 @@ void TextAssetWidget::ShowAssetPicker()
     // A use that has not ended is not begun anew.
     if (picker->isVisible())
         return;
-    picker->Init(m_client, m_ext, m_restrictedFolders);
+    begin(*picker);
     picker->showModal(this);
     if (!self || !picker || picker->returnValue() != 1)
         return;
@@ -111,6 +111,17 @@ void TextAssetWidget::ShowAssetPicker()
     setGuid(picker->guid());
     setValue(picker->value());
     tellEdited();
+}
+
+void TextAssetWidget::begin(AssetPicker &picker) const
+{
+    try {
+        picker.Init(m_client, m_ext, m_restrictedFolders);
+    } catch (const Zel::RuntimeError &error) {
+        // That there is no client was said already: the picker opens all the same, without folders.
+        if (m_client || error.number() != Zel::RuntimeError::ObjectNotSet)
+            throw;
+    }
 }
 
 void TextAssetWidget::SetLabelWidth(qint16 w)

@@ -15,6 +15,8 @@ class QPushButton;
 
 namespace ZelWebServiceControls {
 
+class AssetPicker;
+
 /// A field that holds an asset: a label, a text box with what the asset is called there, and a
 /// button that lets a person pick one.
 ///
@@ -60,6 +62,8 @@ protected:
     void appearanceChanged() override;
 
 private:
+    void begin(AssetPicker &picker) const;
+
     QPointer<QXSC::ServiceClient> m_client;
     QString m_guid;
     QString m_ext;
