@@ -45,9 +45,12 @@ FolderNamesPtr restrictedFolders()
     return names;
 }
 
-/// What people can reach in a field with the Tab key, in order.
+/// What has to be put into the chain of the Tab key for a field, in order.
 QWidgetList tabStops(QWidget *field)
 {
+    // Qt takes a widget along with all behind it that the widget hands its focus to.
+    if (field->focusProxy() && field->isAncestorOf(field->focusProxy()))
+        return {field};
     QWidgetList stops;
     QWidget *widget = field;
     do {

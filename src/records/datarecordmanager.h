@@ -145,6 +145,7 @@ private:
     void bringIntoView(const QWidget *field);
     bool isInView(const QWidget *field) const;
     QWidget *fieldAround(QWidget *widget) const;
+    bool scrollBy(int distance);
     void scrollPage(bool down);
     FocusPlace focusPlace() const;
     void restoreFocus(const FocusPlace &place) const;

@@ -96,8 +96,19 @@ bool DataRecordManager::focusNextPrevChild(bool next)
 void DataRecordManager::wheelEvent(QWheelEvent *event)
 {
     event->ignore();
-    if (!m_scroll->isHidden())
-        QCoreApplication::sendEvent(m_scroll, event);
+    if (m_scroll->isHidden())
+        return;
+    // Not handed to the scroll bar: at its end it would hand it back.
+    constexpr double Notch = 120; // of the wheel, in the units of its events
+    const double lines = event->angleDelta().y() / Notch * QApplication::wheelScrollLines();
+    event->setAccepted(scrollBy(Zel::roundToInt32(lines * m_scroll->SmallChange())));
+}
+
+bool DataRecordManager::scrollBy(int distance)
+{
+    const int former = m_scroll->Value();
+    m_scroll->setValue(std::clamp(former + distance, m_scroll->Max(), m_scroll->Min()));
+    return m_scroll->Value() != former;
 }
 
 void DataRecordManager::keyPressEvent(QKeyEvent *event)
@@ -115,12 +126,11 @@ void DataRecordManager::scrollPage(bool down)
     const int former = m_scroll->Value();
     // The place in the view that the focus keeps.
     double at = current && isInView(current) ? Zel::twipsGeometry(current).top + former : 0;
-    const int distance = down ? -m_scroll->LargeChange() : m_scroll->LargeChange();
-    m_scroll->setValue(std::clamp(former + distance, m_scroll->Max(), m_scroll->Min()));
+    const bool moved = scrollBy(down ? -m_scroll->LargeChange() : m_scroll->LargeChange());
     if (!current)
         return;
-    if (m_scroll->Value() == former) // nowhere to scroll to: the last field, or the first
-        at = down ? std::numeric_limits<double>::max() : 0;
+    if (!moved) // nowhere to scroll to: the last field, or the first
+        at = down ? std::numeric_limits<qint16>::max() : 0;
     QWidget *nearest = nullptr;
     double least = std::numeric_limits<double>::infinity();
     for (const QPointer<QWidget> &field : std::as_const(m_order)) {
