@@ -346,7 +346,7 @@ private:
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         // As from the device: one that a program makes is not handed outward.
         QSpontaneKeyEvent::setSpontaneous(&event);
-        QApplication::sendEvent(over, &event);
+        qApp->notify(over, &event);
     }
 
     std::unique_ptr<RecordFixture> m;
