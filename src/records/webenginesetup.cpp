@@ -6,11 +6,11 @@
 
 namespace {
 
-/// The browser engine shares graphics contexts with the windows around it, which Qt only allows
+/// The browser engine shares graphics contexts with the windows around it, which Qt allows only
 /// when it was asked before the application object was made. A host that links this library has
-/// done so by linking it; nothing of the engine is loaded by that. A library loaded into a running
+/// asked by linking it; nothing of the engine is loaded by that. A library loaded into a running
 /// application comes too late and leaves the attribute alone.
-const bool isPrepared = [] {
+[[maybe_unused]] const bool isPrepared = [] {
     if (!QCoreApplication::instance())
         QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     return true;
