@@ -64,6 +64,8 @@ QString ComponentModule::obstacle()
         return tr("Web pages cannot be shown to the user root: the browser's sandbox does not work "
                   "there. Run the program as another user, or set "
                   "QTWEBENGINE_DISABLE_SANDBOX=1.");
+    if (!QOpenGLContext::globalShareContext()->isValid())
+        return tr("Web pages cannot be shown: there is no OpenGL on this display.");
     return QString();
 }
 
