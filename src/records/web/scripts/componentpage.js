@@ -16,7 +16,7 @@
     const stringify = JSON.stringify;
     const parse = JSON.parse;
     const toText = String;
-    const later = page.setTimeout.bind(page);
+    const tell = page.reportError.bind(page);
     let kept = null;
 
     // A leading byte order mark would be lost on the way unless it is escaped.
@@ -92,7 +92,7 @@
         try {
             callback.call(page, value, guid);
         } catch (e) {
-            later(function () { throw e; }, 0); // for the page's own error handling
+            tell(e); // for the page's own error handling
         }
     }
 
