@@ -93,6 +93,7 @@ void CustomWidgetBrowser::ShowModalDialog(QXSC::ServiceClient *qxs, const QStrin
     m_assetWidget->setValue(QString());
     m_assetWidget->setGuid(QString());
     setWindowTitle(QStringLiteral("  ") + dialogLabel);
+    m_view->setAccessibleName(dialogLabel);
     m_view->show();
     layOutPage();
     openPage(addressOf(URL));
