@@ -43,6 +43,26 @@ bool isSandboxOff()
            qgetenv("QTWEBENGINE_CHROMIUM_FLAGS").contains("--no-sandbox");
 }
 
+QString programObstacle()
+{
+    if (!QOpenGLContext::globalShareContext())
+        return tr("Web pages cannot be shown: the program has to set Qt::AA_ShareOpenGLContexts "
+                  "before it makes its application object.");
+    if (geteuid() == 0 && !isSandboxOff())
+        return tr("Web pages cannot be shown to the user root: the browser's sandbox does not work "
+                  "there. Run the program as another user, or set "
+                  "QTWEBENGINE_DISABLE_SANDBOX=1.");
+    return QString();
+}
+
+/// The engine draws by OpenGL; not every platform has it.
+QString displayObstacle()
+{
+    if (!QOpenGLContext::globalShareContext()->isValid())
+        return tr("Web pages cannot be shown: there is no OpenGL on this display.");
+    return QString();
+}
+
 } // namespace
 
 ComponentModule::ComponentModule()
@@ -57,16 +77,8 @@ ComponentModule::ComponentModule(const QString &folder)
 
 QString ComponentModule::obstacle()
 {
-    if (!QOpenGLContext::globalShareContext())
-        return tr("Web pages cannot be shown: the program has to set Qt::AA_ShareOpenGLContexts "
-                  "before it makes its application object.");
-    if (geteuid() == 0 && !isSandboxOff())
-        return tr("Web pages cannot be shown to the user root: the browser's sandbox does not work "
-                  "there. Run the program as another user, or set "
-                  "QTWEBENGINE_DISABLE_SANDBOX=1.");
-    if (!QOpenGLContext::globalShareContext()->isValid())
-        return tr("Web pages cannot be shown: there is no OpenGL on this display.");
-    return QString();
+    const QString ofProgram = programObstacle();
+    return ofProgram.isEmpty() ? displayObstacle() : ofProgram;
 }
 
 ComponentDialog *ComponentModule::makeDialog() const
@@ -75,7 +87,7 @@ ComponentDialog *ComponentModule::makeDialog() const
     if (!QFileInfo::exists(file))
         refuse(
             tr("Web pages cannot be shown: the module for them is not installed (%1).").arg(file));
-    if (const QString why = obstacle(); !why.isEmpty())
+    if (const QString why = programObstacle(); !why.isEmpty())
         refuse(why);
     QLibrary library(file);
     if (!library.load())
@@ -85,6 +97,8 @@ ComponentDialog *ComponentModule::makeDialog() const
     const auto make = reinterpret_cast<Maker>(library.resolve("zelMakeComponentDialog"));
     if (!make)
         refuse(tr("Web pages cannot be shown: %1 is not the module for them.").arg(file));
+    if (const QString why = displayObstacle(); !why.isEmpty())
+        refuse(why);
     return make();
 }
 
