@@ -314,7 +314,6 @@ private slots:
         QTest::newRow("another port") << silentPort() + QStringLiteral("/page");
         QTest::newRow("a file") << QStringLiteral("file:///etc/hostname");
         QTest::newRow("data") << QStringLiteral("data:text/html,hello");
-        QTest::newRow("nothing") << QStringLiteral("about:blank");
         QTest::newRow("mail") << QStringLiteral("mailto:nobody@example.org");
     }
 
@@ -330,6 +329,18 @@ private slots:
         });
         QCOMPARE(boxes().shown().size(), 0);
         QCOMPARE(browser().GetValue(), QStringLiteral("still here"));
+    }
+
+    void anEmptyPageIsThePagesOwn()
+    {
+        use(QStringLiteral("echo.html"), [&] {
+            waitForValue();
+            run(QStringLiteral("location.href = 'about:blank'"));
+            waitForPage(QStringLiteral("about:blank"));
+            run(QStringLiteral("returnValue = 'from nothing'; close()"));
+        });
+        QCOMPARE(boxes().shown().size(), 0);
+        QCOMPARE(browser().GetValue(), QStringLiteral("from nothing"));
     }
 
     void aPageWhoseProcessEndsIsCancelled_data()
