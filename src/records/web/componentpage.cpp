@@ -226,7 +226,7 @@ QString ComponentPage::hear(const QString &message)
         const auto side = [&parts](int index) {
             return qRound(qBound(0.0, parts.at(index).toDouble(), double(LargestSide)));
         };
-        emit contentResized(QSize(side(1), side(2)));
+        emit contentResized(QSize(side(1), side(2)), parts.at(3).toBool());
     }
     return {};
 }

@@ -56,8 +56,9 @@ signals:
     void crashed();
     /// The page has set its result and wants to be closed.
     void ended();
-    /// The page's content got this size in its own pixels.
-    void contentResized(const QSize &size);
+    /// The page's content has this size in its own pixels, told because the page's window got
+    /// another size or because the page wants to be fitted.
+    void contentResized(const QSize &size, bool byWindow);
     /// The page wants a new window, in a way that its script does not wait for.
     void windowWanted();
 

@@ -201,6 +201,7 @@ void CustomWidgetBrowser::done(int result)
 void CustomWidgetBrowser::pageLoaded()
 {
     m_view->setFocus();
+    m_sizeWhenLoaded = m_view->size();
     QString script = dialogCall(QStringLiteral("attach()")) + u';';
     if (!m_navigationFailed)
         script += QStringLiteral("try { window.external_load(%1) } catch (e) {}")
@@ -208,8 +209,11 @@ void CustomWidgetBrowser::pageLoaded()
     m_page->runJavaScript(script, QWebEngineScript::MainWorld);
 }
 
-void CustomWidgetBrowser::pageResized(const QSize &size)
+void CustomWidgetBrowser::pageResized(const QSize &size, bool byWindow)
 {
+    // A fast page is complete before it has heard of the size that the dialog was opened with.
+    if (byWindow && m_view->size() == m_sizeWhenLoaded)
+        return;
     m_contentSize = size;
     m_forward->My_Default_Method();
 }

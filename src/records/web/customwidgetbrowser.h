@@ -77,7 +77,7 @@ private:
     void askPage(const QString &script, const std::function<void(const QString &)> &step);
 
     void pageLoaded();
-    void pageResized(const QSize &size);
+    void pageResized(const QSize &size, bool byWindow);
     void fitTo(const QSize &content);
     void layOutPage();
 
@@ -100,6 +100,7 @@ private:
     bool m_isPicking = false;
     /// Counts uses and ends: what was begun under another number is not finished.
     quint64 m_use = 0;
+    QSize m_sizeWhenLoaded;             // of the view
     std::optional<QSize> m_contentSize; // as the page told it, until it is used
     QTimer m_patience;
     std::shared_ptr<QWebEngineProfile> m_profile;

@@ -210,6 +210,13 @@ void PageTest::waitFor(const QString &script, const QVariant &expected)
                      __LINE__);
 }
 
+void PageTest::waitForFrames()
+{
+    run(QStringLiteral("window.isPainted = false; requestAnimationFrame(function () {"
+                       "  requestAnimationFrame(function () { window.isPainted = true; }); })"));
+    waitFor(QStringLiteral("window.isPainted"), true);
+}
+
 void PageTest::click(const QString &id)
 {
     const QString script =
@@ -222,10 +229,7 @@ void PageTest::click(const QString &id)
                            "document.getElementById('%1') !== null")
                 .arg(id),
             true);
-    // The engine drops clicks on a page that it has not painted yet.
-    run(QStringLiteral("requestAnimationFrame(function () {"
-                       "  requestAnimationFrame(function () { window.isPainted = true; }); })"));
-    waitFor(QStringLiteral("window.isPainted"), true);
+    waitForFrames(); // the engine drops clicks on a page that it has not painted yet
     const QVariantList place = read(script).toList();
     QCOMPARE(place.size(), 2);
     QVERIFY(waitUntil([this] { return view()->focusProxy() != nullptr; }));

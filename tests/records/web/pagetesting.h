@@ -76,6 +76,8 @@ protected:
     void waitForValue();
     /// Waits until a script's value is this.
     void waitFor(const QString &script, const QVariant &expected);
+    /// Waits until the page was laid out and painted anew.
+    void waitForFrames();
     /// Clicks an element as a person does.
     void click(const QString &id);
     /// Waits until a condition holds; whether it came to that. (QTest's own waiting sleeps between

@@ -42,6 +42,8 @@ private slots:
     {
         use(QStringLiteral("sized.html"), [this] {
             waitFor(QStringLiteral("typeof onresize"), QStringLiteral("function"));
+            waitFor(QStringLiteral("innerWidth + ' ' + innerHeight"), QStringLiteral("600 380"));
+            waitForFrames();
             QCOMPARE(browser().size(), QSize(600, 400));
             QCOMPARE(view()->size(), QSize(600, 380));
             browser().close();
@@ -62,7 +64,8 @@ private slots:
             waitFor(QStringLiteral("typeof onresize"), QStringLiteral("function"));
             run(QStringLiteral("var resizes = 0;"
                                "addEventListener('resize', function () { ++resizes; })"));
-            waitFor(QStringLiteral("window.resizes"), 0);
+            waitForFrames();
+            run(QStringLiteral("resizes = 0"));
             browser().resize(560, 420);
             const int below = Zel::pixelsFromTwips(300, Zel::logicalDpi(&browser()));
             QVERIFY(waitUntil([&] { return browser().size() != QSize(560, 420); }));
@@ -71,7 +74,8 @@ private slots:
             QCOMPARE(view()->size(), QSize(560, 420 - below));
             browser().resize(500, 500);
             QCOMPARE(view()->size(), QSize(560, 420 - below));
-            waitFor(QStringLiteral("new Promise(function () {}) && resizes"), 1);
+            waitForFrames();
+            QCOMPARE(read(QStringLiteral("resizes")).toInt(), 1);
             QCOMPARE(browser().size(), QSize(500, 500));
             browser().close();
         });
@@ -111,6 +115,8 @@ private slots:
         });
         use(QStringLiteral("sized.html"), [this] {
             waitFor(QStringLiteral("typeof onresize"), QStringLiteral("function"));
+            waitFor(QStringLiteral("innerWidth + ' ' + innerHeight"), QStringLiteral("600 380"));
+            waitForFrames();
             QCOMPARE(browser().size(), QSize(600, 400));
             QCOMPARE(view()->size(), QSize(600, 380));
             browser().close();

@@ -130,16 +130,21 @@
         }
     };
 
-    function resized() {
+    // Whether it was the window's size that changed, or the page's own wish.
+    function resized(byWindow) {
         const body = document.body;
         if (body)
-            ask(token, '["resize",' + body.offsetWidth + ',' + body.offsetHeight + ']');
+            ask(token, '["resize",' + body.offsetWidth + ',' + body.offsetHeight + ',' + byWindow + ']');
+    }
+
+    function attach() {
+        page.onresize = function (event) { resized(event instanceof Event && event.isTrusted); };
     }
 
     Object.defineProperty(page, 'zelDialog', {
         value: Object.freeze({
-            attach: function () { page.onresize = function () { resized(); }; },
-            resized: resized,
+            attach: attach,
+            resized: function () { resized(false); },
             result: function () { return kept === null ? result() : kept; },
             childWindowType: childWindowType,
             picked: picked
