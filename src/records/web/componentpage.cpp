@@ -76,7 +76,8 @@ bool isCloseAddress(const QUrl &url)
     return text.mid(text.lastIndexOf('/') + 1) == "close";
 }
 
-ComponentPage::ComponentPage(const std::shared_ptr<QWebEngineProfile> &profile, const QUrl &address)
+ComponentPage::ComponentPage(const std::shared_ptr<QWebEngineProfile> &profile, const QUrl &address,
+                             const QString &style)
     : QWebEnginePage(profile.get(), nullptr)
     , m_address(address)
     , m_token(newToken())
@@ -84,7 +85,7 @@ ComponentPage::ComponentPage(const std::shared_ptr<QWebEngineProfile> &profile, 
     , m_profile(profile)
 {
     setLimits();
-    addScripts();
+    addScripts(style);
     listen();
 }
 
@@ -106,9 +107,9 @@ void ComponentPage::setLimits()
     limits->setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
 }
 
-void ComponentPage::addScripts()
+void ComponentPage::addScripts(const QString &style)
 {
-    scripts().insert(componentPageScript(m_token));
+    scripts().insert(componentPageScript(m_token, style));
     scripts().insert(frameWatchScript(m_frameToken));
 }
 

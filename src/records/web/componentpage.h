@@ -33,7 +33,9 @@ public:
     using Speaker = std::function<void(const QString &text)>;
 
     /// @param address where the page comes from; it cannot be left for another origin
-    ComponentPage(const std::shared_ptr<QWebEngineProfile> &profile, const QUrl &address);
+    /// @param style what its style sheets can use of the program's, see rootStyle
+    ComponentPage(const std::shared_ptr<QWebEngineProfile> &profile, const QUrl &address,
+                  const QString &style);
 
     void setPicker(const Picker &picker) { m_picker = picker; }
 
@@ -78,7 +80,7 @@ private:
 
     ~ComponentPage() override;
 
-    void addScripts();
+    void addScripts(const QString &style);
     void listen();
     void setLimits();
     QString hear(const QString &message);

@@ -165,9 +165,8 @@ void CustomWidgetBrowser::openPage(const QUrl &address)
         });
         return;
     }
-    m_page = new ComponentPage(m_profile, address);
+    m_page = new ComponentPage(m_profile, address, rootStyle(*this));
     m_view->setPage(m_page); // never deletes the one before
-    m_page->setBackgroundColor(palette().color(QPalette::Window));
     m_page->setPicker(
         [this](const QString &kind, const QString &text) { return pickAsset(kind, text); });
     m_page->setSpeaker([this](const QString &text) { Zel::informUser(this, text, windowTitle()); });

@@ -5,8 +5,12 @@
 #include "records/web/pageresult.h"
 
 #include <QFile>
+#include <QFontInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QPalette>
+#include <QRegularExpression>
+#include <QWidget>
 
 namespace ZelWebServiceControls {
 
@@ -32,14 +36,46 @@ QWebEngineScript script(const QString &name, const QString &text, quint32 world)
 
 } // namespace
 
-QWebEngineScript componentPageScript(const QString &token)
+QWebEngineScript componentPageScript(const QString &token, const QString &style)
 {
     QString text = source(QStringLiteral("componentpage.js"));
     text.replace(QLatin1String("@token@"), token);
+    text.replace(QLatin1String("@style@"), style);
     text.replace(QLatin1String("@mostCharacters@"), QString::number(MostResultCharacters));
     text.replace(QLatin1String("@mostElements@"), QString::number(MostResultElements));
     text.replace(QLatin1String("@deepest@"), QString::number(DeepestResult));
     return script(QStringLiteral("componentpage"), text, QWebEngineScript::MainWorld);
+}
+
+QString rootStyle(const QWidget &widget)
+{
+    const QPalette palette = widget.palette();
+    QString style;
+    const auto add = [&style](const char *name, const QString &value) {
+        style += QStringLiteral("--studio-%1: %2; ").arg(QLatin1String(name), value);
+    };
+    const auto addColor = [&](const char *name, QPalette::ColorRole role) {
+        add(name, palette.color(QPalette::Active, role).name());
+    };
+    addColor("window", QPalette::Window);
+    addColor("window-text", QPalette::WindowText);
+    addColor("base", QPalette::Base);
+    addColor("alternate-base", QPalette::AlternateBase);
+    addColor("text", QPalette::Text);
+    addColor("placeholder-text", QPalette::PlaceholderText);
+    addColor("button", QPalette::Button);
+    addColor("button-text", QPalette::ButtonText);
+    addColor("highlight", QPalette::Highlight);
+    addColor("highlighted-text", QPalette::HighlightedText);
+    addColor("link", QPalette::Link);
+    addColor("border", QPalette::Mid);
+    const bool isDark = palette.color(QPalette::Window).lightness() < 128;
+    add("color-scheme", isDark ? QStringLiteral("dark") : QStringLiteral("light"));
+    add("font-size", QStringLiteral("%1px").arg(QFontInfo(widget.font()).pixelSize()));
+    QString family = QFontInfo(widget.font()).family();
+    family.remove(QRegularExpression(QStringLiteral("[^\\w .-]")));
+    add("font-family", QStringLiteral("\"%1\", sans-serif").arg(family));
+    return style;
 }
 
 QWebEngineScript frameWatchScript(const QString &token)

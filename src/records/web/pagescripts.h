@@ -5,11 +5,18 @@
 #include <QString>
 #include <QWebEngineScript>
 
+class QWidget;
+
 namespace ZelWebServiceControls {
 
 /// The dialog's side of the page contract, for the page's own world.
 /// @param token what it names itself by when it asks the dialog
-QWebEngineScript componentPageScript(const QString &token);
+/// @param style declarations for the page's root, see \ref rootStyle
+QWebEngineScript componentPageScript(const QString &token, const QString &style);
+
+/// The colours and the font of a widget as custom properties of a style sheet:
+/// "--studio-window: #efefef; ...".
+QString rootStyle(const QWidget &widget);
 
 /// The watch for frames that could not be loaded, in a world of its own in every frame.
 /// @param token what it writes to the console then

@@ -115,6 +115,32 @@ private slots:
         }
     }
 
+    void styleSheetsFindTheProgramsColours()
+    {
+        QPalette dark = browser().palette();
+        dark.setColor(QPalette::Window, QColor(0x20, 0x21, 0x22));
+        dark.setColor(QPalette::Highlight, QColor(0xab, 0xcd, 0xef));
+        const QPalette former = browser().palette();
+        const QString script =
+            QStringLiteral("['window', 'highlight', 'color-scheme'].map(function (name) {"
+                           "  return getComputedStyle(document.documentElement)"
+                           "      .getPropertyValue('--studio-' + name).trim(); }).join(' ')");
+        browser().setPalette(dark);
+        use(QStringLiteral("echo.html"), [&] {
+            waitForValue();
+            QCOMPARE(read(script).toString(), QStringLiteral("#202122 #abcdef dark"));
+            browser().close();
+        });
+        browser().setPalette(former);
+        use(QStringLiteral("echo.html"), [&] {
+            waitForValue();
+            QVERIFY(read(script).toString().endsWith(QStringLiteral(" light")));
+            // A page that has no colours of its own is readable as it is.
+            QCOMPARE(view()->page()->backgroundColor(), QColor(Qt::white));
+            browser().close();
+        });
+    }
+
     void aPageWithoutAUsableFunctionIsFine_data()
     {
         QTest::addColumn<QString>("page");

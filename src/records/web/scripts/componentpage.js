@@ -19,6 +19,11 @@
     const tell = page.reportError.bind(page);
     let kept = null;
 
+    // The engine does not tell pages the colours of the program; its style sheets find them here.
+    const colours = new CSSStyleSheet();
+    colours.replaceSync(':root { @style@ }');
+    document.adoptedStyleSheets = [colours];
+
     // A leading byte order mark would be lost on the way unless it is escaped.
     function quoted(text) {
         return text.charCodeAt(0) === 0xFEFF ? '"\\ufeff' + stringify(text.substring(1)).substring(1)
