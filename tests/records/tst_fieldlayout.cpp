@@ -240,6 +240,14 @@ private slots:
         QVERIFY(std::abs(apart) <= 1);
     }
 
+    void labelsAreNotCut_data() { addAll(); }
+
+    void labelsAreNotCut()
+    {
+        const QWidget *label = child(m_field.get(), "widgetLabel");
+        QVERIFY(label->height() >= label->fontMetrics().height());
+    }
+
     void oneLineIs375High_data() { addAll(); }
 
     void oneLineIs375High()
