@@ -23,14 +23,20 @@ QString CaptionLabel::fitting() const
         if (c.isSpace() || c.category() == QChar::Other_Control)
             c = u' ';
     }
-    return fontMetrics().elidedText(line, Qt::ElideRight, width());
+    return fits(line) ? line : fontMetrics().elidedText(line, Qt::ElideRight, width());
+}
+
+bool CaptionLabel::fits(const QString &line) const
+{
+    // A column that is as wide as its widest label may have lost part of a pixel.
+    return QFontMetricsF(font(), this).horizontalAdvance(line) <= width() + 1;
 }
 
 bool CaptionLabel::event(QEvent *event)
 {
     if (event->type() != QEvent::ToolTip)
         return QLabel::event(event);
-    if (fontMetrics().horizontalAdvance(text()) <= width())
+    if (fits(text()))
         return false;
     // As markup, so that a long one is wrapped; what it says is escaped.
     const QString whole = QStringLiteral("<p>%1</p>").arg(text().left(2000).toHtmlEscaped());

@@ -21,6 +21,7 @@ protected:
 private:
     /// The first line of the caption, as much of it as there is room for.
     QString fitting() const;
+    bool fits(const QString &line) const;
 };
 
 } // namespace ZelWebServiceControls

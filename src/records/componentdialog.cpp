@@ -32,6 +32,8 @@ ComponentDialog &componentDialog()
     QPointer<ComponentDialog> &dialog = shared().dialog;
     if (!dialog) {
         dialog = shared().make ? shared().make() : ComponentModule().makeDialog();
+        if (!dialog)
+            throw Zel::RuntimeError(Zel::RuntimeError::CannotCreateObject);
         QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit,
                          dialog.data(), [made = dialog] { delete made.data(); });
     }

@@ -232,21 +232,23 @@ void DataRecordManager::watch(const QString &label, QWidget *widget)
 
 void DataRecordManager::chainTabs()
 {
+    QWidgetList stops;
+    for (const QPointer<QWidget> &field : std::as_const(m_order)) {
+        if (field)
+            stops << tabStops(field);
+    }
     // New children stand at the end of their window's chain; fields belong where the form is.
     m_container->setFocusPolicy(Qt::TabFocus); // a widget without takes no part
     QWidget *previous = m_container;
-    for (const QPointer<QWidget> &field : std::as_const(m_order)) {
-        if (!field)
-            continue;
-        for (QWidget *stop : tabStops(field)) {
-            QWidget::setTabOrder(previous, stop);
-            previous = stop;
-        }
+    for (QWidget *stop : std::as_const(stops)) {
+        QWidget::setTabOrder(previous, stop);
+        previous = stop;
     }
     m_container->setFocusPolicy(Qt::NoFocus);
+    // In this order: a widget with a proxy would hand the policy on to it.
     setFocusProxy(nullptr);
-    setFocusPolicy(previous == m_container ? Qt::NoFocus : Qt::StrongFocus);
-    setFocusProxy(m_order.isEmpty() ? nullptr : m_order.constFirst().data());
+    setFocusPolicy(stops.isEmpty() ? Qt::NoFocus : Qt::StrongFocus);
+    setFocusProxy(stops.isEmpty() ? nullptr : stops.constFirst());
 }
 
 } // namespace ZelWebServiceControls

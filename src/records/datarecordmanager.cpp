@@ -110,7 +110,11 @@ void DataRecordManager::LoadThemeDataRecord(const QString &themeGuid)
     m_marks.clear();
     m_fields.clear();
     m_scroll->setValue(0);
+    // Who works in the form goes on in it.
+    const bool hadFocus = m_frame->isAncestorOf(window()->focusWidget());
     build(m_record->entries);
+    if (hadFocus && focusProxy())
+        setFocus(Qt::OtherFocusReason);
 }
 
 DataRecordEntryPtr DataRecordManager::GetDataRecordEntry(const QString &label) const
@@ -175,7 +179,8 @@ void DataRecordManager::rebuild()
     const FocusPlace focus = focusPlace();
     // Also when building ends in an error: there are fields then, up to the one that failed.
     const auto restore = qScopeGuard([this, value, &focus] {
-        m_scroll->setValue(value);
+        if (!m_scroll->isHidden())
+            m_scroll->setValue(value);
         restoreFocus(focus);
         const QStringList marked = m_marks.keys();
         for (const QString &label : marked)

@@ -10,7 +10,7 @@
 #include <QLineEdit>
 #include <QSize>
 
-#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace ZelWebServiceControls::FieldParts {
@@ -90,8 +90,10 @@ void centreLabel(QLabel *label, const QWidget *value)
 
 void placeLabel(QLabel *label, double top)
 {
+    // At a whole pixel: rounding both edges must not take a pixel from the line.
+    const int dpi = Zel::logicalDpi(label);
     Zel::TwipsRect rect = Zel::twipsGeometry(label);
-    rect.top = top;
+    rect.top = Zel::twipsFromPixels(std::ceil(top * dpi / Zel::TwipsPerInch), dpi);
     rect.height = lineHeight(label->parentWidget());
     Zel::setTwipsGeometry(label, rect);
 }

@@ -16,6 +16,8 @@ namespace ZelWebServiceControls {
 namespace {
 
 constexpr int Lines = 4;
+/// Around the text, in pixels: it begins where that of a line begins.
+constexpr int TextMargin = 2;
 constexpr int Height = 3 * FieldParts::Height; // twips
 
 } // namespace
@@ -27,6 +29,7 @@ TextAreaWidget::TextAreaWidget(QWidget *parent)
 {
     m_value->setObjectName(QStringLiteral("widgetValue"));
     m_value->setTabChangesFocus(true);
+    m_value->document()->setDocumentMargin(TextMargin);
     FieldParts::setFirstSize(this, firstHeight(), m_value, FieldParts::Width);
     placeLabel();
     connect(m_value, &QPlainTextEdit::textChanged, this, &TextAreaWidget::takeEdit);

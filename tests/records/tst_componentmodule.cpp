@@ -97,6 +97,12 @@ private slots:
         QCOMPARE(made, 2);
     }
 
+    void aMakerThatMakesNothingIsAnError()
+    {
+        setComponentDialogMaker([] { return nullptr; });
+        QCOMPARE(errorNumber([] { componentDialog(); }), 429);
+    }
+
     void anotherMakerMakesAnotherDialog()
     {
         setComponentDialogMaker([] { return new PageDialog; });

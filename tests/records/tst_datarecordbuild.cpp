@@ -205,6 +205,32 @@ private slots:
         }
     }
 
+    void theWidestLabelIsSeenWhole()
+    {
+        for (const char *label : {"Subtitle of the event", "Intro", "Registration page", "Wwwwi"}) {
+            m->load({entry("TEXT", label)});
+            auto *shown =
+                FieldTesting::child<QLabel>(m->field(m->fields().constFirst()), "widgetLabel");
+            const QImage exact = shown->grab().toImage();
+            // With room to spare it looks the same.
+            shown->resize(shown->width() + 40, shown->height());
+            const QImage roomy = shown->grab().toImage().copy(exact.rect());
+            QCOMPARE(exact, roomy);
+        }
+    }
+
+    void aLabelWithoutRoomIsCutWithDots()
+    {
+        m->load({entry("TEXT", "Subtitle of the event")});
+        auto *shown =
+            FieldTesting::child<QLabel>(m->field("widget_Subtitle_of_the_event"), "widgetLabel");
+        const QImage whole = shown->grab().toImage();
+        shown->resize(shown->width() - 20, shown->height());
+        const QImage cut = shown->grab().toImage();
+        QVERIFY(cut != whole.copy(cut.rect()));
+        QCOMPARE(shown->text(), QString("Subtitle of the event"));
+    }
+
     void unknownTypesWidenTheColumn()
     {
         m->load({entry("TEXT", "a"), entry("DATE", "Of an unknown type")});

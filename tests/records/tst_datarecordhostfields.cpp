@@ -2,9 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "assets/foldernames.h"
 #include "recordfixture.h"
+#include "records/checkboxwidget.h"
+#include "records/customwidget.h"
 #include "records/editedfield.h"
+#include "records/textareawidget.h"
+#include "records/textassetwidget.h"
+#include "records/textwidget.h"
 #include "testsupport/testcase.h"
 
+#include <QApplication>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
@@ -167,6 +173,13 @@ private slots:
     void init()
     {
         TestCase::init();
+        // What the test before has put in their places.
+        using namespace ZelWebServiceControls;
+        Zel::ControlRegistry::add<CheckboxWidget>();
+        Zel::ControlRegistry::add<CustomWidget>();
+        Zel::ControlRegistry::add<TextAreaWidget>();
+        Zel::ControlRegistry::add<TextAssetWidget>();
+        Zel::ControlRegistry::add<TextWidget>();
         m = std::make_unique<RecordFixture>();
         m->client.componentServer = "https://media.example.org";
         NotingField::higher = 400;
@@ -275,6 +288,23 @@ private slots:
         QCOMPARE(m->manager->changedLabels(), QStringList{"Count "});
         m->manager->UpdateDataRecord();
         QCOMPARE(record->entries->item(1)->value.text, QString("13"));
+    }
+
+    void hostFieldsTakePartInTheTabOrder()
+    {
+        introduce<PoorField>("CheckboxWidget"); // has nothing that takes the focus
+        introduce<NumberField>("TextWidget");
+        m->load({entry("CHECKBOX", "a"), entry("TEXT", "b"), entry("TEXTAREA", "c"),
+                 entry("TEXT", "d")});
+        const auto box = [this](const char *name) {
+            return m->field(name)->findChild<QSpinBox *>();
+        };
+        m->manager->setFocus();
+        QCOMPARE(QApplication::focusWidget(), box("widget_b"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), m->box("widget_c"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), box("widget_d"));
     }
 
     void aHostsFieldTellsItsEdits()

@@ -272,6 +272,30 @@ private slots:
         QCOMPARE(rebuilt->text(), QString("axcvalue 20"));
     }
 
+    void rebuildingWhereAllIsSeenBeginsAtTheTop()
+    {
+        m->size(8000, 1000);
+        loadLines(4);
+        m->scroll()->setValue(-300);
+        m->size(8000, 5000);
+        m->manager->rebuild();
+        QVERIFY(m->scroll()->isHidden());
+        QCOMPARE(m->placeOf(m->frame()).top, 0.0);
+    }
+
+    void anotherRecordKeepsTheFocusInTheForm()
+    {
+        loadLines(3);
+        m->box("widget_2")->setFocus();
+        loadLines(4);
+        QCOMPARE(focused(), QString("widget_1"));
+        QLineEdit other(&m->form);
+        other.show();
+        other.setFocus();
+        loadLines(3);
+        QCOMPARE(QApplication::focusWidget(), &other);
+    }
+
     void rebuildingKeepsTheCursorInATextArea()
     {
         m->load({entry("TEXTAREA", "Area", "one\r\ntwo")});
