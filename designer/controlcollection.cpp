@@ -7,6 +7,12 @@
 #include "login/login.h"
 #include "projects/projectlist.h"
 #include "themes/themelist.h"
+#include "records/checkboxwidget.h"
+#include "records/customwidget.h"
+#include "records/datarecordmanager.h"
+#include "records/textareawidget.h"
+#include "records/textassetwidget.h"
+#include "records/textwidget.h"
 
 using namespace ZelWebServiceControls;
 
@@ -18,6 +24,15 @@ QList<ControlEntry> controls()
         controlEntry<AssetManager>(
             "assets/assetmanager.h", "assetmanager",
             QT_TRANSLATE_NOOP("ControlPlugin", "Shows, uploads and deletes assets in folders")),
+        controlEntry<CheckboxWidget>(
+            "records/checkboxwidget.h", "checkboxwidget",
+            QT_TRANSLATE_NOOP("ControlPlugin", "A field that is on or off")),
+        controlEntry<CustomWidget>(
+            "records/customwidget.h", "customwidget",
+            QT_TRANSLATE_NOOP("ControlPlugin", "A field whose editor is a web page")),
+        controlEntry<DataRecordManager>(
+            "records/datarecordmanager.h", "datarecordmanager",
+            QT_TRANSLATE_NOOP("ControlPlugin", "Edits a data record in a form of its own making")),
         controlEntry<Login>("login/login.h", "login",
                             QT_TRANSLATE_NOOP("ControlPlugin", "Signs a person in to the service")),
         controlEntry<ProjectList>(
@@ -26,6 +41,14 @@ QList<ControlEntry> controls()
         controlEntry<ThemeList>(
             "themes/themelist.h", "themelist",
             QT_TRANSLATE_NOOP("ControlPlugin", "Lets a person choose the theme of a project")),
+        controlEntry<TextAreaWidget>(
+            "records/textareawidget.h", "textareawidget",
+            QT_TRANSLATE_NOOP("ControlPlugin", "A field of several lines of text")),
+        controlEntry<TextAssetWidget>(
+            "records/textassetwidget.h", "textassetwidget",
+            QT_TRANSLATE_NOOP("ControlPlugin", "A field that holds an asset")),
+        controlEntry<TextWidget>("records/textwidget.h", "textwidget",
+                                 QT_TRANSLATE_NOOP("ControlPlugin", "A field of one line of text")),
     };
 }
 

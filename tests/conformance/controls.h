@@ -7,13 +7,25 @@
 #include "platform/widgets/controlregistry.h"
 #include "projects/projectlist.h"
 #include "themes/themelist.h"
+#include "records/checkboxwidget.h"
+#include "records/customwidget.h"
+#include "records/datarecordmanager.h"
+#include "records/textareawidget.h"
+#include "records/textassetwidget.h"
+#include "records/textwidget.h"
 
 /// Introduces every control of the library, for the tests that go through all of them.
 inline void introduceControls()
 {
     using namespace ZelWebServiceControls;
     Zel::ControlRegistry::add<AssetManager>();
+    Zel::ControlRegistry::add<CheckboxWidget>();
+    Zel::ControlRegistry::add<CustomWidget>();
+    Zel::ControlRegistry::add<DataRecordManager>();
     Zel::ControlRegistry::add<Login>();
     Zel::ControlRegistry::add<ProjectList>();
     Zel::ControlRegistry::add<ThemeList>();
+    Zel::ControlRegistry::add<TextAreaWidget>();
+    Zel::ControlRegistry::add<TextAssetWidget>();
+    Zel::ControlRegistry::add<TextWidget>();
 }

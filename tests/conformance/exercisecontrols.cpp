@@ -6,9 +6,11 @@
 // destroys it. With --without-controls the same is done with widgets of Qt alone: what that leaves
 // behind is Qt's. Ends with 1 when a control reported an error or brought up a message.
 
+#include "assets/assetpicker.h"
 #include "controls.h"
 #include "platform/widgets/control.h"
 #include "platform/widgets/latebound.h"
+#include "records/componentdialog.h"
 #include "testsupport/messageboxdriver.h"
 #include "testsupport/recordingclient.h"
 
@@ -16,16 +18,32 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace {
+
+/// A record with fields of every type, which fit on the form.
+QXSC::DataRecordPtr recordOfEveryType()
+{
+    QList<QXSC::DataRecordEntry> entries;
+    for (const char *type : {"TEXT", "TEXTAREA", "CHECKBOX", "TEXTASSET", "CUSTOM"}) {
+        QXSC::DataRecordEntry entry;
+        entry.type = QString::fromLatin1(type);
+        entry.label = QStringLiteral("Field ") + entry.type;
+        entry.value.text = QStringLiteral("as it was");
+        entries << entry;
+    }
+    return ZelTest::dataRecord(entries);
+}
 
 void script(ZelTest::RecordingClient &client)
 {
@@ -58,12 +76,44 @@ void script(ZelTest::RecordingClient &client)
             ZelTest::themeList({theme, theme});
     client.templates[{QStringLiteral("k"), QStringLiteral("v")}] =
         std::make_shared<QXSC::TemplateRecord>();
+    client.dataRecords[QStringLiteral("theme")] = recordOfEveryType();
 }
 
-/// Calls Init with the client, a text for every text, and defaults for whatever else it takes.
-void bind(QWidget *control, QXSC::ServiceClient *client)
+/// A dialog for component pages without a page.
+class EmptyDialog : public ZelWebServiceControls::ComponentDialog
+{
+public:
+    void ShowModalDialog(QXSC::ServiceClient *, const QString &, const QString &, const QString &,
+                         const QString &) override
+    {
+    }
+
+    qint16 returnCode() const override { return 2; }
+
+    QString GetValue() override { return QString(); }
+
+    QString getAssetDependencies() override { return QString(); }
+};
+
+/// Closes every dialog that comes up, as a person who looked at it.
+void closeDialogs(QTimer &timer)
+{
+    QObject::connect(&timer, &QTimer::timeout, [] {
+        if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
+            dialog->reject();
+    });
+    timer.start(10);
+}
+
+/// Hands the client to a control, by `setQXS` or by Init with a text for every text and defaults
+/// for whatever else that takes. Returns whether it takes one at all.
+bool bind(QWidget *control, QXSC::ServiceClient *client)
 {
     const QMetaObject *metaObject = control->metaObject();
+    if (metaObject->indexOfMethod("setQXS(QXSC::ServiceClient*)") >= 0) {
+        Zel::LateBound(control).call(QStringLiteral("setQXS"), {QVariant::fromValue(client)});
+        return true;
+    }
     for (int i = Zel::Control::staticMetaObject.methodCount(); i < metaObject->methodCount(); ++i) {
         const QMetaMethod method = metaObject->method(i);
         if (method.name() != "Init" || method.attributes() & QMetaMethod::Cloned)
@@ -79,8 +129,9 @@ void bind(QWidget *control, QXSC::ServiceClient *client)
                 values << QVariant(type);
         }
         Zel::LateBound(control).call(QStringLiteral("Init"), values);
-        return;
+        return true;
     }
+    return false;
 }
 
 void use(QWidget *widget)
@@ -143,9 +194,14 @@ bool exercise(const QString &progId)
     if (auto *own = qobject_cast<Zel::Control *>(control))
         QObject::connect(own, &Zel::Control::runtimeError, [&good] { good = false; });
     showOn(form, control);
-    bind(control, &client);
+    const bool isBound = bind(control, &client);
+    if (qobject_cast<ZelWebServiceControls::DataRecordManager *>(control))
+        Zel::LateBound(control).call(QStringLiteral("LoadThemeDataRecord"),
+                                     {QStringLiteral("theme")});
     useEverything(form);
-    return good && !client.calls().isEmpty();
+    // The dialog of a page takes the client and asks nothing of it here.
+    const bool asks = isBound && !qobject_cast<ZelWebServiceControls::CustomWidget *>(control);
+    return good && asks == !client.calls().isEmpty();
 }
 
 void exerciseQtAlone()
@@ -175,8 +231,13 @@ int main(int argc, char **argv)
     }
     introduceControls();
     const ZelTest::MessageBoxDriver boxes;
+    ZelWebServiceControls::setComponentDialogMaker([] { return new EmptyDialog; });
+    QTimer closing;
+    closeDialogs(closing);
     bool good = true;
     for (const QString &progId : Zel::ControlRegistry::progIds())
         good = exercise(progId) && good;
+    ZelWebServiceControls::setComponentDialogMaker({});
+    delete &Zel::sharedForm<ZelWebServiceControls::AssetPicker>(); // no event loop quits here
     return good && boxes.shown().isEmpty() ? 0 : 1;
 }

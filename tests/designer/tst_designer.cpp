@@ -30,6 +30,13 @@ const QByteArray formText = R"(<ui version="4.0"><class>Form</class>
 <customwidgets><customwidget><class>ZelWebServiceControls::Login</class>
 <extends>QWidget</extends><header>login/login.h</header></customwidget></customwidgets></ui>)";
 
+/// The editor loads the plugin of Qt WebEngine too, where there is one, which wants this said before
+/// the application object is made.
+[[maybe_unused]] const bool contextsShared = [] {
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    return true;
+}();
+
 } // namespace
 
 /// Drives the real form editor of Qt Designer with the real plugin.
@@ -81,9 +88,15 @@ private slots:
             QCOMPARE(QString::fromLatin1(widget->metaObject()->className()), control->name());
         }
         QCOMPARE(names, (QStringList{QStringLiteral("ZelWebServiceControls::AssetManager"),
+                                     QStringLiteral("ZelWebServiceControls::CheckboxWidget"),
+                                     QStringLiteral("ZelWebServiceControls::CustomWidget"),
+                                     QStringLiteral("ZelWebServiceControls::DataRecordManager"),
                                      QStringLiteral("ZelWebServiceControls::Login"),
                                      QStringLiteral("ZelWebServiceControls::ProjectList"),
                                      QStringLiteral("ZelWebServiceControls::ThemeList")}));
+                                     QStringLiteral("ZelWebServiceControls::TextAreaWidget"),
+                                     QStringLiteral("ZelWebServiceControls::TextAssetWidget"),
+                                     QStringLiteral("ZelWebServiceControls::TextWidget")}));
     }
 
     void controlsOnAFormAreInDesignMode()

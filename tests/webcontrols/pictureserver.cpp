@@ -65,7 +65,9 @@ void PictureServer::read(QTcpSocket *socket)
         return;
     QList<QByteArray> lines = head.left(end).split('\n');
     Request request;
-    request.path = lines.takeFirst().split(' ').value(1);
+    const QList<QByteArray> question = lines.takeFirst().split(' ');
+    request.method = question.value(0);
+    request.path = question.value(1);
     for (const QByteArray &line : std::as_const(lines)) {
         const qsizetype colon = line.indexOf(':');
         request.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
@@ -75,7 +77,9 @@ void PictureServer::read(QTcpSocket *socket)
         m_requests << request;
         m_most = std::max(m_most, ++m_active);
     }
-    const Answer given = m_reply(request);
+    Answer given = m_reply(request);
+    if (request.method == "HEAD")
+        given.cutAfter = 0; // the head alone
     // Counted until it is answered, or until whoever asked has gone.
     auto *guard = new QObject(socket);
     connect(guard, &QObject::destroyed, this, &PictureServer::leave);

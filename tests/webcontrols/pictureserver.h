@@ -24,6 +24,7 @@ class PictureServer : public QObject
 public:
     struct Request
     {
+        QByteArray method;
         QByteArray path;
         QHash<QByteArray, QByteArray> headers; ///< names in lower case
     };
