@@ -93,10 +93,10 @@ private slots:
                                      QStringLiteral("ZelWebServiceControls::DataRecordManager"),
                                      QStringLiteral("ZelWebServiceControls::Login"),
                                      QStringLiteral("ZelWebServiceControls::ProjectList"),
-                                     QStringLiteral("ZelWebServiceControls::ThemeList")}));
                                      QStringLiteral("ZelWebServiceControls::TextAreaWidget"),
                                      QStringLiteral("ZelWebServiceControls::TextAssetWidget"),
-                                     QStringLiteral("ZelWebServiceControls::TextWidget")}));
+                                     QStringLiteral("ZelWebServiceControls::TextWidget"),
+                                     QStringLiteral("ZelWebServiceControls::ThemeList")}));
     }
 
     void controlsOnAFormAreInDesignMode()
