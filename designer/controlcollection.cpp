@@ -38,9 +38,6 @@ QList<ControlEntry> controls()
         controlEntry<ProjectList>(
             "projects/projectlist.h", "projectlist",
             QT_TRANSLATE_NOOP("ControlPlugin", "Lists the projects of a type")),
-        controlEntry<ThemeList>(
-            "themes/themelist.h", "themelist",
-            QT_TRANSLATE_NOOP("ControlPlugin", "Lets a person choose the theme of a project")),
         controlEntry<TextAreaWidget>(
             "records/textareawidget.h", "textareawidget",
             QT_TRANSLATE_NOOP("ControlPlugin", "A field of several lines of text")),
@@ -49,6 +46,9 @@ QList<ControlEntry> controls()
             QT_TRANSLATE_NOOP("ControlPlugin", "A field that holds an asset")),
         controlEntry<TextWidget>("records/textwidget.h", "textwidget",
                                  QT_TRANSLATE_NOOP("ControlPlugin", "A field of one line of text")),
+        controlEntry<ThemeList>(
+            "themes/themelist.h", "themelist",
+            QT_TRANSLATE_NOOP("ControlPlugin", "Lets a person choose the theme of a project")),
     };
 }
 
