@@ -4,10 +4,12 @@
 
 #include "studio/appearance.h"
 #include "studio/assetspage.h"
+#include "studio/draftnotice.h"
 #include "studio/errorbar.h"
 #include "studio/errorcenter.h"
 #include "studio/navigationrail.h"
 #include "studio/projectspage.h"
+#include "studio/recordpage.h"
 #include "studio/settings.h"
 #include "studio/signinpage.h"
 #include "studio/tintedicon.h"
@@ -69,11 +71,16 @@ void MainWindow::build()
     m_rail = new NavigationRail(m_work);
     m_rail->accountButton()->setMenu(makeAccountMenu());
     m_pages = new QStackedWidget(m_work);
+    m_draftNotice = new DraftNotice(m_work);
+    auto *room = new QVBoxLayout;
+    room->setSpacing(0);
+    room->addWidget(m_draftNotice);
+    room->addWidget(m_pages, 1);
     auto *row = new QHBoxLayout(m_work);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     row->addWidget(m_rail);
-    row->addWidget(m_pages, 1);
+    row->addLayout(room, 1);
     m_stack = new QStackedWidget(this);
     m_stack->addWidget(m_signIn);
     m_stack->addWidget(m_work);
@@ -84,9 +91,12 @@ void MainWindow::build()
     column->addWidget(errorBar);
     column->addWidget(m_stack, 1);
     setCentralWidget(central);
-    addPage(new ProjectsPage(m_client, m_service, m_errors, m_settings, m_pages));
+    addPage(new ProjectsPage(m_client, m_service, m_errors, m_settings, m_drafts, m_pages));
     addPage(new AssetsPage(m_client, m_service, m_errors, m_settings, m_pages));
+    m_records = new RecordPage(m_client, m_service, m_errors, m_drafts, m_pages);
+    addPage(m_records);
     connect(m_rail, &NavigationRail::pageChosen, this, &MainWindow::showPage);
+    connect(m_draftNotice, &DraftNotice::goOn, this, &MainWindow::goOn);
 }
 
 void MainWindow::addPage(Page *page)
@@ -142,14 +152,41 @@ void MainWindow::leavePages()
     m_openFor.clear();
     for (int i = 0; i < m_pages->count(); ++i)
         page(i)->leave();
+    m_draftNotice->offer({});
+}
+
+bool MainWindow::mayClosePages()
+{
+    for (int i = 0; i < m_pages->count(); ++i) {
+        if (!page(i)->holdsChanges())
+            continue;
+        m_pages->setCurrentIndex(i); // so that what is asked about can be seen
+        m_rail->setCurrent(i);
+        if (!page(i)->mayClose())
+            return false;
+    }
+    return true;
+}
+
+void MainWindow::goOn(const RecordDraft &draft)
+{
+    const int number = m_pages->indexOf(m_records);
+    if (m_pages->currentIndex() != number && !page(m_pages->currentIndex())->mayLeave())
+        return;
+    m_pages->setCurrentIndex(number);
+    m_rail->setCurrent(number);
+    m_errors.attempt([this, draft] { m_records->resume(draft); });
 }
 
 void MainWindow::openPages()
 {
     const QString account = m_signIn->accountName();
     const QStringList openFor{m_signIn->server(), m_signIn->userName(), account};
-    if (openFor != m_openFor)
+    if (openFor != m_openFor) {
         leavePages();
+        m_drafts.setOwner(openFor);
+        m_draftNotice->offer(m_drafts.waiting());
+    }
     m_openFor = openFor;
     m_rail->setAccountName(account);
     m_rail->accountButton()->setToolTip(
@@ -162,6 +199,11 @@ void MainWindow::openPages()
 
 void MainWindow::showPage(int number)
 {
+    const int before = m_pages->currentIndex();
+    if (number != before && !page(before)->mayLeave()) {
+        m_rail->setCurrent(before);
+        return;
+    }
     Page *shown = page(number);
     m_pages->setCurrentIndex(number);
     m_rail->setCurrent(number);
@@ -178,6 +220,8 @@ void MainWindow::showSignIn()
 
 void MainWindow::signOut()
 {
+    if (!mayClosePages())
+        return;
     m_service.signOut();
     leavePages();
     m_errors.clear();
@@ -195,6 +239,10 @@ void MainWindow::keyPressEvent(QKeyEvent *event)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (m_stack->currentWidget() == m_work && !mayClosePages()) {
+        event->ignore();
+        return;
+    }
     m_settings.setWindowGeometry(saveGeometry());
     for (int i = 0; i < m_pages->count(); ++i)
         page(i)->remember();

@@ -5,6 +5,8 @@
 #include "common/contract/serviceclient.h"
 #include "common/contract/studioservice.h"
 
+#include "studio/recorddrafts.h"
+
 #include <QMainWindow>
 
 class QMenu;
@@ -12,9 +14,11 @@ class QStackedWidget;
 
 namespace Studio {
 
+class DraftNotice;
 class ErrorCenter;
 class NavigationRail;
 class Page;
+class RecordPage;
 class Settings;
 class SignInPage;
 
@@ -48,8 +52,10 @@ private:
     void addAppearances(QMenu *menu);
     Page *page(int number) const;
     void leavePages();
+    bool mayClosePages();
     void openPages();
     void showPage(int page);
+    void goOn(const RecordDraft &draft);
     void signOut();
 
     QXSC::ServiceClient &m_client;
@@ -61,6 +67,9 @@ private:
     QWidget *m_work;
     NavigationRail *m_rail;
     QStackedWidget *m_pages;
+    DraftNotice *m_draftNotice;
+    RecordPage *m_records;
+    RecordDrafts m_drafts;
     /// Server, person and account the pages were opened for.
     QStringList m_openFor;
 };

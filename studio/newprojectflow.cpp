@@ -9,6 +9,7 @@
 #include "studio/errorcenter.h"
 #include "studio/pageheader.h"
 #include "studio/projectform.h"
+#include "studio/recordeditor.h"
 #include "studio/textlabel.h"
 #include "studio/themestep.h"
 
@@ -30,6 +31,7 @@ namespace {
 enum Step
 {
     ChoosingTheme,
+    EditingRecord,
     FillingIn
 };
 
@@ -46,11 +48,12 @@ QPushButton *makeButton(QWidget *parent, const char *name, const QString &captio
 } // namespace
 
 NewProjectFlow::NewProjectFlow(QXSC::ServiceClient &client, QXSC::StudioService &service,
-                               ErrorCenter &errors, QWidget *parent)
+                               ErrorCenter &errors, const RecordDrafts &drafts, QWidget *parent)
     : QWidget(parent)
     , m_client(client)
     , m_service(service)
     , m_errors(errors)
+    , m_record(new RecordEditor(client, service, errors, drafts, this))
 {
     setObjectName(QStringLiteral("newProjectFlow"));
     build();
@@ -74,7 +77,7 @@ void NewProjectFlow::build()
     m_cancel = makeButton(this, "cancelNewProject", tr("&Cancel"));
     m_cancel->setToolTip(tr("Go back to the projects without a new one (Esc)"));
     m_back = makeButton(this, "backToThemes", tr("&Back"));
-    m_back->setToolTip(tr("Choose another theme; what was entered stays"));
+    m_back->setToolTip(tr("Back to the step before; what was entered stays"));
     m_next = makeButton(this, "toProjectForm", tr("&Next"));
     m_save = makeButton(this, "saveNewProject", tr("&Save"));
     m_save->setToolTip(tr("Make the project (Ctrl+Enter)"));
@@ -98,6 +101,7 @@ void NewProjectFlow::build()
     column->addWidget(m_steps, 1);
     column->addLayout(buttons);
     renew();
+    m_steps->addWidget(m_record);
     m_steps->addWidget(m_form);
 }
 
@@ -107,7 +111,7 @@ void NewProjectFlow::renew()
     delete m_themes;
     m_themes = new ThemeStep(m_client, m_errors, this);
     m_steps->insertWidget(ChoosingTheme, m_themes);
-    Zel::setTabChain({m_themes, m_form, m_cancel, m_back, m_next, m_save});
+    Zel::setTabChain({m_themes, m_record, m_form, m_cancel, m_back, m_next, m_save});
     connect(m_themes, &ThemeStep::choiceChanged, this, &NewProjectFlow::showChoice);
     connect(m_themes, &ThemeStep::confirmed, this, &NewProjectFlow::next);
 }
@@ -115,7 +119,8 @@ void NewProjectFlow::renew()
 void NewProjectFlow::connectParts()
 {
     connect(m_cancel, &QPushButton::clicked, this, &NewProjectFlow::cancel);
-    connect(m_back, &QPushButton::clicked, this, [this] { showStep(ChoosingTheme); });
+    connect(m_back, &QPushButton::clicked, this, &NewProjectFlow::back);
+    connect(m_record, &RecordEditor::changed, this, &NewProjectFlow::showChoice);
     connect(m_next, &QPushButton::clicked, this, &NewProjectFlow::next);
     connect(m_save, &QPushButton::clicked, this, &NewProjectFlow::save);
     for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
@@ -130,6 +135,7 @@ void NewProjectFlow::start(const QString &typeID)
     m_typeID = typeID;
     m_guid = QUuid::createUuid().toString(QUuid::WithoutBraces);
     renew();
+    m_record->clear();
     m_form->start();
     showStep(ChoosingTheme);
     m_errors.attempt([this] { load(); });
@@ -149,18 +155,26 @@ void NewProjectFlow::loadTypes()
 
 void NewProjectFlow::takeFocus()
 {
-    if (m_steps->currentIndex() == ChoosingTheme)
+    switch (m_steps->currentIndex()) {
+    case ChoosingTheme:
         m_themes->takeFocus();
-    else
+        break;
+    case EditingRecord:
+        m_record->takeFocus();
+        break;
+    default:
         m_form->takeFocus();
+    }
 }
 
 void NewProjectFlow::showStep(int step)
 {
     m_steps->setCurrentIndex(step);
     const bool isLast = step == FillingIn;
-    m_step->setText(isLast ? tr("Step 2 of 2: name and type") : tr("Step 1 of 2: theme"));
-    m_back->setVisible(isLast);
+    const QString steps[] = {tr("Step 1 of 3: theme"), tr("Step 2 of 3: record of the theme"),
+                             tr("Step 3 of 3: name and type")};
+    m_step->setText(steps[step]);
+    m_back->setVisible(step != ChoosingTheme);
     m_save->setVisible(isLast);
     m_next->setVisible(!isLast);
     showChoice();
@@ -171,22 +185,78 @@ void NewProjectFlow::showChoice()
 {
     const QXSC::ThemeRecordPtr theme = m_themes->chosen();
     m_next->setEnabled(theme != nullptr);
-    m_next->setToolTip(theme ? tr("Go on to name and type (Enter)")
-                             : tr("Choose a theme first: click it, or press Enter on it"));
+    const bool savesRecord = m_steps->currentIndex() == EditingRecord && m_record->hasChanges();
+    if (savesRecord)
+        m_next->setToolTip(tr("Save the record and go on to name and type"));
+    else
+        m_next->setToolTip(theme ? tr("Go on to the next step (Enter)")
+                                 : tr("Choose a theme first: click it, or press Enter on it"));
+    m_next->setText(savesRecord ? tr("Save, &Next") : tr("&Next"));
     m_choice->setText(theme
                           ? tr("Theme: %1").arg(shortened(theme->name.simplified(), LongestChoice))
                           : tr("No theme chosen yet"));
 }
 
+bool NewProjectFlow::hasRecordStep() const
+{
+    return m_record->hasFields();
+}
+
 void NewProjectFlow::next()
 {
-    if (!m_themes->chosen() || m_steps->currentIndex() != ChoosingTheme)
+    if (m_steps->currentIndex() == ChoosingTheme && m_themes->chosen())
+        openRecord();
+    else if (m_steps->currentIndex() == EditingRecord)
+        m_errors.attempt([this] {
+            if (m_record->save())
+                openForm();
+        });
+}
+
+void NewProjectFlow::back()
+{
+    const bool toRecord = m_steps->currentIndex() == FillingIn && hasRecordStep();
+    showStep(toRecord ? EditingRecord : ChoosingTheme);
+}
+
+void NewProjectFlow::openRecord()
+{
+    const QXSC::ThemeRecordPtr theme = m_themes->chosen();
+    const bool isLoaded = theme->guid == m_record->themeGuid();
+    // Another theme was chosen after the first one's record was edited.
+    if (!isLoaded && !m_record->maySetAside())
         return;
-    m_errors.attempt([this] {
-        if (!m_form->hasTypes())
-            loadTypes();
-        showStep(FillingIn);
+    m_errors.attempt([this, theme] {
+        if (theme->guid != m_record->themeGuid()) {
+            // Fields are built as wide as there is room: the step is shown first.
+            m_steps->setCurrentIndex(EditingRecord);
+            m_steps->layout()->activate();
+            m_record->layout()->activate();
+            try {
+                m_record->load(theme->guid, theme->name);
+            } catch (...) {
+                m_record->clear();
+                m_steps->setCurrentIndex(ChoosingTheme);
+                throw;
+            }
+        }
+        if (hasRecordStep())
+            showStep(EditingRecord);
+        else
+            openForm();
     });
+}
+
+void NewProjectFlow::openForm()
+{
+    if (!m_form->hasTypes())
+        loadTypes();
+    showStep(FillingIn);
+}
+
+bool NewProjectFlow::holdsChanges() const
+{
+    return m_form->hasEntries() || m_record->hasChanges();
 }
 
 void NewProjectFlow::save()
@@ -232,6 +302,8 @@ void NewProjectFlow::create()
 
 bool NewProjectFlow::maySetAside()
 {
+    if (!m_record->maySetAside())
+        return false;
     if (!m_form->hasEntries())
         return true;
     QMessageBox box(QMessageBox::Question, tr("New Project"),
@@ -249,6 +321,7 @@ void NewProjectFlow::cancel()
     if (m_isSaving || !maySetAside())
         return;
     m_errors.clear(); // with the form goes what it could try again
+    m_record->clear();
     emit cancelled();
 }
 

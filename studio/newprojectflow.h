@@ -15,9 +15,12 @@ namespace Studio {
 
 class ErrorCenter;
 class ProjectForm;
+class RecordDrafts;
+class RecordEditor;
 class ThemeStep;
 
-/// Making a project in two steps: its theme, then its name and type.
+/// Making a project in three steps: its theme, the theme's record, then its name and type. A theme
+/// without a record has no second step. The record is saved when the step is left.
 ///
 /// Whatever fails, nothing that was entered is lost, and saving again never makes two: one form
 /// makes one project, under a guid chosen when it was started.
@@ -27,7 +30,7 @@ class NewProjectFlow : public QWidget
 
 public:
     NewProjectFlow(QXSC::ServiceClient &client, QXSC::StudioService &service, ErrorCenter &errors,
-                   QWidget *parent);
+                   const RecordDrafts &drafts, QWidget *parent);
     ~NewProjectFlow() override;
 
     /// Begins anew.
@@ -35,6 +38,9 @@ public:
     /// @param typeID the type that is offered first
     void start(const QString &typeID);
     void takeFocus();
+    bool holdsChanges() const;
+    /// Asks what becomes of what was entered; returns whether it may be given up.
+    bool maySetAside();
 
 signals:
     /// The project exists, on the service.
@@ -55,11 +61,14 @@ private:
     void showStep(int step);
     void showChoice();
     void next();
+    void back();
+    void openRecord();
+    void openForm();
+    bool hasRecordStep() const;
     void save();
     void create();
     QXSC::ProjectRecordPtr request(const QXSC::NewProject &project);
     void cancel();
-    bool maySetAside();
     void applyColors();
 
     QXSC::ServiceClient &m_client;
@@ -69,6 +78,7 @@ private:
     QLabel *m_choice;
     QStackedWidget *m_steps;
     ThemeStep *m_themes = nullptr;
+    RecordEditor *m_record;
     ProjectForm *m_form;
     QPushButton *m_cancel;
     QPushButton *m_back;

@@ -25,6 +25,16 @@ public:
     /// Forgets everything of the account: somebody else may be the next to look.
     virtual void leave() {}
 
+    /// Whether something was entered that is not saved.
+    virtual bool holdsChanges() const { return false; }
+
+    /// Before the window closes or the person signs out: asks what becomes of what is not saved.
+    /// Returns whether it may be given up.
+    virtual bool mayClose() { return true; }
+
+    /// The same before another page is shown, where this page does not keep what was entered.
+    virtual bool mayLeave() { return true; }
+
     /// Keeps what a person arranged for the next start; called before the window goes.
     virtual void remember() {}
 };

@@ -53,7 +53,8 @@ bool hasAllWords(const QXSC::ProjectRecord &project, const QStringList &words)
 } // namespace
 
 ProjectsPage::ProjectsPage(QXSC::ServiceClient &client, QXSC::StudioService &service,
-                           ErrorCenter &errors, Settings &settings, QWidget *parent)
+                           ErrorCenter &errors, Settings &settings, const RecordDrafts &drafts,
+                           QWidget *parent)
     : Page(parent)
     , m_client(client)
     , m_service(service)
@@ -61,7 +62,13 @@ ProjectsPage::ProjectsPage(QXSC::ServiceClient &client, QXSC::StudioService &ser
     , m_settings(settings)
 {
     setObjectName(QStringLiteral("projectsPage"));
-    build();
+    m_view = new QWidget(this);
+    m_flow = new NewProjectFlow(m_client, m_service, m_errors, drafts, this);
+    m_stack = new QStackedLayout(this);
+    m_stack->addWidget(m_view);
+    m_stack->addWidget(m_flow);
+    buildView();
+    makeEmptyState();
     makeShortcuts();
     connectParts();
     applyColors();
@@ -76,17 +83,6 @@ QString ProjectsPage::title() const
 QString ProjectsPage::icon() const
 {
     return QStringLiteral("projects");
-}
-
-void ProjectsPage::build()
-{
-    m_view = new QWidget(this);
-    m_flow = new NewProjectFlow(m_client, m_service, m_errors, this);
-    m_stack = new QStackedLayout(this);
-    m_stack->addWidget(m_view);
-    m_stack->addWidget(m_flow);
-    buildView();
-    makeEmptyState();
 }
 
 void ProjectsPage::buildView()
@@ -242,6 +238,16 @@ void ProjectsPage::leave()
     m_shownType.clear();
     m_checked.clear();
     m_first->hide();
+}
+
+bool ProjectsPage::holdsChanges() const
+{
+    return isMakingProject() && m_flow->holdsChanges();
+}
+
+bool ProjectsPage::mayClose()
+{
+    return m_flow->maySetAside();
 }
 
 bool ProjectsPage::isMakingProject() const

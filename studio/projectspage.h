@@ -28,6 +28,7 @@ namespace Studio {
 class ErrorCenter;
 class NewProjectFlow;
 class ProjectDetails;
+class RecordDrafts;
 class Settings;
 
 /// The projects of the account: type, filter line, column switches, the project list, and the
@@ -41,12 +42,14 @@ class ProjectsPage : public Page
 
 public:
     ProjectsPage(QXSC::ServiceClient &client, QXSC::StudioService &service, ErrorCenter &errors,
-                 Settings &settings, QWidget *parent = nullptr);
+                 Settings &settings, const RecordDrafts &drafts, QWidget *parent = nullptr);
 
     QString title() const override;
     QString icon() const override;
     void open() override;
     void leave() override;
+    bool holdsChanges() const override;
+    bool mayClose() override;
     void remember() override;
 
 protected:
@@ -54,7 +57,6 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
 
 private:
-    void build();
     void buildView();
     void makeEmptyState();
     QWidget *makeHeader();

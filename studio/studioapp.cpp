@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/studioapp.h"
 
+#include "records/datarecordmanager.h"
 #include "studio/mainwindow.h"
 #include "studio/sampleworkspace.h"
 #include "studio/signinpage.h"
@@ -27,6 +28,7 @@ StudioApp::StudioApp(const Options &options)
     : m_options(options)
 {
     applyAppearance(m_settings.appearance());
+    ZelWebServiceControls::introduceFieldWidgets();
     m_window = std::make_unique<MainWindow>(m_client, m_client, m_errors, m_settings);
     QXSC::NetworkPolicy policy;
     policy.inactivityLimit = m_options.timeLimit;

@@ -47,7 +47,7 @@ class NewProjectFixture
 {
 public:
     NewProjectFixture()
-        : page(client, client, errors, settings, &window)
+        : page(client, client, errors, settings, drafts, &window)
     {
         client.types = {{QStringLiteral("webcast"), QStringLiteral("Webcasts")},
                         {QStringLiteral("course"), QStringLiteral("Courses")}};
@@ -120,6 +120,7 @@ public:
 
     Studio::Settings settings;
     Studio::ErrorCenter errors;
+    Studio::RecordDrafts drafts;
     ProjectMaker client;
     QWidget window;
     Studio::ProjectsPage page;

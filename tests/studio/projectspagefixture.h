@@ -6,6 +6,7 @@
 #include "projects/projectlist.h"
 #include "studio/errorcenter.h"
 #include "studio/projectspage.h"
+#include "studio/recorddrafts.h"
 #include "studio/settings.h"
 #include "tests/studio/studiotesting.h"
 #include "testsupport/recordingclient.h"
@@ -37,7 +38,7 @@ class ProjectsPageFixture
 {
 public:
     ProjectsPageFixture()
-        : page(client, client, errors, settings, &window)
+        : page(client, client, errors, settings, drafts, &window)
     {
         client.types = {{QStringLiteral("webcast"), QStringLiteral("Webcasts")},
                         {QStringLiteral("course"), QStringLiteral("Courses")}};
@@ -113,6 +114,7 @@ public:
 
     Studio::Settings settings;
     Studio::ErrorCenter errors;
+    Studio::RecordDrafts drafts;
     ZelTest::RecordingClient client;
     QWidget window;
     Studio::ProjectsPage page;

@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QMessageBox>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -42,6 +43,24 @@ inline void type(const QWidget &root, const char *name, const QString &text)
     QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(box, Qt::Key_Delete);
     QTest::keyClicks(box, text);
+}
+
+/// Answers the message box that `open` brings up. Returns whether one came.
+template <typename Open>
+bool answerBox(const Open &open, QMessageBox::StandardButton answer)
+{
+    bool came = false;
+    QTimer timer;
+    timer.callOnTimeout([&] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        came = true;
+        QTest::mouseClick(box->button(answer), Qt::LeftButton);
+    });
+    timer.start(0);
+    open();
+    return came;
 }
 
 /// Shows a window and makes it the one with the keyboard.

@@ -12,28 +12,6 @@ using QXSC::ServiceError;
 using Studio::Settings;
 using namespace StudioTesting;
 
-namespace {
-
-/// Answers the message box that `open` brings up. Returns whether one came.
-template <typename Open>
-bool answerBox(const Open &open, QMessageBox::StandardButton answer)
-{
-    bool came = false;
-    QTimer timer;
-    timer.callOnTimeout([&] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        came = true;
-        QTest::mouseClick(box->button(answer), Qt::LeftButton);
-    });
-    timer.start(0);
-    open();
-    return came;
-}
-
-} // namespace
-
 /// Making a project from a theme, on the projects page.
 class TestNewProject : public ZelTest::TestCase
 {
