@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QButtonGroup>
-#include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -69,28 +68,35 @@ RecordConflictDialog::RecordConflictDialog(const QList<FieldConflict> &conflicts
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidget(makeFields());
-    auto *buttons = new QDialogButtonBox(this);
-    QPushButton *allMine = buttons->addButton(tr("All &Mine"), QDialogButtonBox::ActionRole);
-    allMine->setObjectName(QStringLiteral("allMine"));
-    QPushButton *allTheirs = buttons->addButton(tr("All &Theirs"), QDialogButtonBox::ActionRole);
-    allTheirs->setObjectName(QStringLiteral("allTheirs"));
-    QPushButton *save = buttons->addButton(confirm, QDialogButtonBox::AcceptRole);
-    save->setObjectName(QStringLiteral("saveChosen"));
+    const auto makeButton = [this](const char *name, const QString &caption) {
+        auto *button = new QPushButton(caption, this);
+        button->setObjectName(QLatin1String(name));
+        return button;
+    };
+    QPushButton *allMine = makeButton("allMine", tr("All &Mine"));
+    QPushButton *allTheirs = makeButton("allTheirs", tr("All &Theirs"));
+    QPushButton *save = makeButton("saveChosen", confirm);
     save->setDefault(true);
-    QPushButton *back = buttons->addButton(tr("&Cancel"), QDialogButtonBox::RejectRole);
-    back->setObjectName(QStringLiteral("keepEditing"));
+    QPushButton *back = makeButton("keepEditing", tr("&Cancel"));
     back->setToolTip(tr("Decide later; nothing is lost (Esc)"));
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
+    buttons->addWidget(allMine);
+    buttons->addWidget(allTheirs);
+    buttons->addStretch(1);
+    buttons->addWidget(save);
+    buttons->addWidget(back);
     connect(allMine, &QPushButton::clicked, this, [this] { chooseAll(true); });
     connect(allTheirs, &QPushButton::clicked, this, [this] { chooseAll(false); });
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(save, &QPushButton::clicked, this, &QDialog::accept);
+    connect(back, &QPushButton::clicked, this, &QDialog::reject);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(20, 16, 20, 16);
     column->setSpacing(12);
     column->addWidget(why);
     column->addWidget(scroll, 1);
-    column->addWidget(buttons);
-    const int wanted = scroll->widget()->sizeHint().height() + 160;
+    column->addLayout(buttons);
+    const int wanted = scroll->widget()->sizeHint().height() + 140;
     resize(760, qMin(wanted, screen()->availableSize().height() * 3 / 4));
 }
 

@@ -46,6 +46,16 @@ void clickLine(TourActor &actor, Zel::ListView &list, qsizetype position)
     actor.clickAt(*list.view()->viewport(), centerOf(list, position));
 }
 
+void clickLine(TourActor &actor, Zel::ListView &list, const QString &text)
+{
+    qsizetype position = 0;
+    while (position < list.count() && list.text(list.rowAt(position)) != text)
+        ++position;
+    TourActor::expect(position < list.count(), QStringLiteral("a line \"%1\"").arg(text));
+    list.ensureVisible(list.rowAt(position));
+    clickLine(actor, list, position);
+}
+
 void clickNode(TourActor &actor, Zel::TreeView &tree, const QString &text)
 {
     const QString key = keyBelow(tree, tree.topKeys(), text);

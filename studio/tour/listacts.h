@@ -20,6 +20,8 @@ class TourActor;
 void clickHeader(TourActor &actor, Zel::ListView &list, int column);
 /// @param position counted from the top
 void clickLine(TourActor &actor, Zel::ListView &list, qsizetype position);
+/// Clicks the line of that text; a failure when there is none.
+void clickLine(TourActor &actor, Zel::ListView &list, const QString &text);
 /// Clicks the node of that text; a failure when there is none.
 void clickNode(TourActor &actor, Zel::TreeView &tree, const QString &text);
 /// Asks for the context menu of a line.

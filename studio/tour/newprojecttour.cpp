@@ -38,12 +38,7 @@ void showScopes(TourActor &actor, Zel::ListView &themes)
 /// A theme with required templates, whatever its place.
 void chooseTheme(TourActor &actor, Zel::ListView &themes)
 {
-    qsizetype position = 0;
-    while (position < themes.count() &&
-           themes.text(themes.rowAt(position)) != QLatin1String("Town hall"))
-        ++position;
-    themes.ensureVisible(themes.rowAt(position));
-    clickLine(actor, themes, position);
+    clickLine(actor, themes, QStringLiteral("Town hall"));
     actor.expect(actor.find<QLabel>(QStringLiteral("chosenTheme"))
                      .text()
                      .endsWith(QLatin1String("Town hall")),
@@ -70,6 +65,9 @@ void showHidden(TourActor &actor)
 
 void fillIn(TourActor &actor)
 {
+    actor.click(QStringLiteral("toProjectForm"));
+    actor.find(QStringLiteral("recordEditor"));
+    actor.shoot(QStringLiteral("The record of the theme is the second step"));
     actor.click(QStringLiteral("toProjectForm"));
     actor.press(Qt::Key_Return);
     actor.expect(!actor.find<QLabel>(QStringLiteral("newNameProblem")).text().isEmpty(),

@@ -9,6 +9,7 @@
 #include "studio/tour/assetstour.h"
 #include "studio/tour/newprojecttour.h"
 #include "studio/tour/projectstour.h"
+#include "studio/tour/recordtour.h"
 #include "studio/tour/signintour.h"
 #include "studio/tour/touractor.h"
 
@@ -46,6 +47,7 @@ void walk(const QString &folder, const Options &options, Appearance appearance)
     tourProjects(actor, studio);
     tourNewProject(actor);
     tourAssets(actor, studio);
+    tourRecord(actor, studio);
 }
 
 } // namespace

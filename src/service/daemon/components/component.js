@@ -73,3 +73,8 @@ if (sheet !== null && /^[a-z0-9-]+\.css$/.test(sheet)) {
 // The page fills whatever room the window gives it. A dialog that is told of a new size would take on
 // the page's and no longer follow its window, so it is not told.
 Object.defineProperty(window, 'onresize', {configurable: true, get: () => null, set: () => {}});
+
+// What the dialog says of the program goes before what the engine says of the desktop.
+const scheme = getComputedStyle(document.documentElement).getPropertyValue('--studio-color-scheme').trim();
+document.documentElement.classList.toggle('dark',
+    scheme ? scheme === 'dark' : matchMedia('(prefers-color-scheme: dark)').matches);
