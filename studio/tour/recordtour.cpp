@@ -138,7 +138,7 @@ void usePages(TourActor &actor)
     usePage(actor, "Agenda", QStringLiteral("A page edits a schedule"), [](QWidget &page) {
         QTest::mouseClick(&page, Qt::LeftButton, {}, {page.width() / 2, 100}); // the first title
         QTest::qWait(200);
-        QTest::keyClicks(&page, QStringLiteral("Early "));
+        QTest::keyClicks(&page, QStringLiteral(", with coffee"));
     });
     waitForStatus(actor, QStringLiteral("6 fields changed"));
     actor.shoot(QStringLiteral("The record after its pages"));

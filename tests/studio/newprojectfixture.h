@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "records/datarecordmanager.h"
 #include "tests/studio/projectspagefixture.h"
 
 #include <QPlainTextEdit>
@@ -49,6 +50,7 @@ public:
     NewProjectFixture()
         : page(client, client, errors, settings, drafts, &window)
     {
+        ZelWebServiceControls::introduceFieldWidgets();
         client.types = {{QStringLiteral("webcast"), QStringLiteral("Webcasts")},
                         {QStringLiteral("course"), QStringLiteral("Courses")}};
         client.projects =
@@ -111,6 +113,23 @@ public:
         clickTheme(1);
         StudioTesting::click(page, "toProjectForm");
         StudioTesting::type(page, "newName", QStringLiteral("Spring"));
+    }
+
+    /// Gives a theme a record of one field.
+    void giveRecord(const QString &theme)
+    {
+        QXSC::DataRecordEntry entry;
+        entry.type = QStringLiteral("TEXT");
+        entry.label = QStringLiteral("Title");
+        entry.value.text = QStringLiteral("old");
+        client.dataRecords[QStringLiteral("guid of ") + theme] = ZelTest::dataRecord({entry});
+    }
+
+    /// The box of that field.
+    QLineEdit &title() const
+    {
+        return *StudioTesting::child<QLineEdit>(*StudioTesting::child(page, "widget_Title"),
+                                                "widgetValue");
     }
 
     QString selectedProject() const

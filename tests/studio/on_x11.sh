@@ -10,6 +10,7 @@ service=$2
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 mkdir -p "$home/pictures"
+[ "$(id -u)" != 0 ] || export QTWEBENGINE_DISABLE_SANDBOX=1 # or the browser engine refuses
 env -u QT_SCALE_FACTOR -u QT_STYLE_OVERRIDE HOME="$home" XDG_RUNTIME_DIR="$home" \
   XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" QT_QPA_PLATFORM=xcb \
   xvfb-run -a -s "-screen 0 1920x1200x24" \

@@ -55,6 +55,105 @@ private slots:
         QVERIFY(f.isShown("newProjectFlow"));
     }
 
+    void aThemesRecordIsTheSecondStep()
+    {
+        NewProjectFixture f;
+        f.giveRecord("Plain");
+        f.start();
+        f.clickTheme(0);
+        QCOMPARE(f.text("newProjectStep"), QStringLiteral("Step 1 of 3: theme"));
+        click(f.page, "toProjectForm");
+        QCOMPARE(f.text("newProjectStep"), QStringLiteral("Step 2 of 3: record of the theme"));
+        QCOMPARE(QApplication::focusWidget(), &f.title());
+        QCOMPARE(f.button("toProjectForm").text(), QStringLiteral("&Next"));
+        f.client.takeCalls();
+        click(f.page, "toProjectForm");
+        QVERIFY(f.client.takeCalls().isEmpty()); // nothing was changed, nothing is saved
+        QCOMPARE(f.text("newProjectStep"), QStringLiteral("Step 3 of 3: name and type"));
+        click(f.page, "backToThemes");
+        QVERIFY(f.isShown("recordEditor"));
+        click(f.page, "backToThemes");
+        // A theme without a record goes on to the last step.
+        f.clickTheme(1);
+        click(f.page, "toProjectForm");
+        QVERIFY(f.isShown("newName"));
+        click(f.page, "backToThemes");
+        QVERIFY(f.isShown("ThemeListView"));
+    }
+
+    void leavingTheRecordStepSavesIt()
+    {
+        NewProjectFixture f;
+        f.giveRecord("Plain");
+        f.start();
+        f.clickTheme(0);
+        click(f.page, "toProjectForm");
+        QTest::keyClicks(&f.title(), QStringLiteral("New "));
+        QVERIFY(QTest::qWaitFor(
+            [&] { return f.button("toProjectForm").text() == QLatin1String("Save, &Next"); }));
+        f.client.takeCalls();
+        f.client.failNext("saveThemeDataRecord",
+                          ServiceError(ServiceError::Kind::ConnectionLost, "Gone."));
+        click(f.page, "toProjectForm");
+        QVERIFY(f.isShown("recordEditor"));
+        QVERIFY(f.errors.canRetry());
+        f.errors.retry();
+        QVERIFY(f.isShown("newName"));
+        QCOMPARE(f.client.takeCalls().last(),
+                 QStringLiteral("saveThemeDataRecord(\"guid of Plain\", 1, \"Title=New old\")"));
+    }
+
+    void aRecordThatCannotBeLoadedStaysAtTheThemes()
+    {
+        NewProjectFixture f;
+        f.giveRecord("Plain");
+        f.start();
+        f.clickTheme(0);
+        f.client.failNext("GetThemeDataRecord",
+                          ServiceError(ServiceError::Kind::Unavailable, "Out."));
+        click(f.page, "toProjectForm");
+        QVERIFY(f.errors.canRetry());
+        QVERIFY(f.isShown("ThemeListView"));
+        f.errors.retry();
+        QVERIFY(f.isShown("recordEditor"));
+        QCOMPARE(f.title().text(), QStringLiteral("old"));
+    }
+
+    void cancellingAsksForTheRecord()
+    {
+        NewProjectFixture f;
+        f.giveRecord("Plain");
+        f.start();
+        f.clickTheme(0);
+        click(f.page, "toProjectForm");
+        QTest::keyClicks(&f.title(), QStringLiteral("New "));
+        QVERIFY(answerBox([&] { click(f.page, "cancelNewProject"); }, QMessageBox::Cancel));
+        QVERIFY(f.isShown("recordEditor"));
+        QVERIFY(answerBox([&] { press(Qt::Key_Escape); }, QMessageBox::Discard));
+        QVERIFY(!f.isShown("newProjectFlow"));
+    }
+
+    void anotherThemeAsksForTheFirstOnesRecord()
+    {
+        NewProjectFixture f;
+        f.giveRecord("Plain");
+        f.giveRecord("Stage");
+        f.start();
+        f.clickTheme(0);
+        click(f.page, "toProjectForm");
+        QTest::keyClicks(&f.title(), QStringLiteral("New "));
+        click(f.page, "backToThemes");
+        click(f.page, "toProjectForm"); // the same theme: what was typed is there
+        QCOMPARE(f.title().text(), QStringLiteral("New old"));
+        click(f.page, "backToThemes");
+        f.clickTheme(1);
+        QVERIFY(answerBox([&] { click(f.page, "toProjectForm"); }, QMessageBox::Cancel));
+        QVERIFY(f.isShown("ThemeListView"));
+        QVERIFY(answerBox([&] { click(f.page, "toProjectForm"); }, QMessageBox::Discard));
+        QVERIFY(f.isShown("recordEditor"));
+        QCOMPARE(f.title().text(), QStringLiteral("old"));
+    }
+
     void aThemeIsToBeChosenBeforeNext()
     {
         NewProjectFixture f;

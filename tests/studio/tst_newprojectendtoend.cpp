@@ -38,7 +38,7 @@ QStringList themesOf(const QString &path, const QString &project)
 
 void clickTheme(const RunningStudio &f, const QString &name)
 {
-    auto *themes = child<Zel::ListView>(f.window, "ThemeListView");
+    auto *themes = child<Zel::ListView>(*child(f.window, "newProjectFlow"), "ThemeListView");
     for (qsizetype row = 0; row < themes->count(); ++row) {
         if (themes->text(row) != name)
             continue;
@@ -118,6 +118,7 @@ private:
     {
         click(f.window, "newProject");
         clickTheme(f, QStringLiteral("Town hall"));
+        click(f.window, "toProjectForm"); // to the theme's record
         click(f.window, "toProjectForm");
         type(f.window, "newName", QStringLiteral("Spring town hall"));
     }

@@ -8,6 +8,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+
 using Studio::RecordDraft;
 using Studio::RecordDrafts;
 
@@ -107,6 +111,26 @@ private slots:
         file.reset();
         QCOMPARE(drafts.waiting().size(), 1);
         QCOMPARE(drafts.waiting().at(0).kept, draft("Stage", 2).kept);
+    }
+
+    void theDraftOfAProcessThatWasKilledIsOffered()
+    {
+        const pid_t editor = ::fork();
+        if (editor == 0) {
+            RecordDrafts drafts(m_folder);
+            drafts.setOwner(maja);
+            const auto file = drafts.begin();
+            if (!file->keep(draft("Stage")).isEmpty())
+                ::_exit(1);
+            ::kill(::getpid(), SIGKILL);
+        }
+        int status = 0;
+        QCOMPARE(::waitpid(editor, &status, 0), editor);
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(QDir(m_folder).entryList({"*.lock"}).size(), 1);
+        RecordDrafts drafts(m_folder);
+        drafts.setOwner(maja);
+        QCOMPARE(drafts.waiting().size(), 1);
     }
 
     void removingAndDiscardingLeaveNothing()
