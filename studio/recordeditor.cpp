@@ -252,7 +252,7 @@ QList<RecordDraft::Entry> RecordEditor::edited()
 
 bool RecordEditor::save()
 {
-    if (!m_isWhole || !record())
+    if (!hasChanges())
         return true;
     const QXSC::DataRecordPtr mine = record();
     for (;;) {

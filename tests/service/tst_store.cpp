@@ -12,6 +12,7 @@
 #include <QTest>
 
 #include <atomic>
+#include <mutex>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -557,7 +558,8 @@ void StoreTest::makesOneProjectWhenManyAskAtOnce()
     addType(1, QStringLiteral("webcast"));
     std::atomic<int> created{0};
     std::atomic<int> existing{0};
-    std::atomic<int> failed{0};
+    std::mutex guard;
+    QStringList failures;
     std::vector<std::thread> threads;
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back([&] {
@@ -566,14 +568,15 @@ void StoreTest::makesOneProjectWhenManyAskAtOnce()
                 const auto outcome = m_store->projects.create(1, one);
                 created += outcome == Projects::Creation::Created;
                 existing += outcome == Projects::Creation::Existing;
-            } catch (const std::exception &) {
-                ++failed;
+            } catch (const std::exception &failure) {
+                const std::lock_guard lock(guard);
+                failures << QString::fromUtf8(failure.what());
             }
         });
     }
     for (std::thread &thread : threads)
         thread.join();
-    QCOMPARE(failed.load(), 0);
+    QCOMPARE(failures.join(QLatin1Char('\n')), QString());
     QCOMPARE(created.load(), 1);
     QCOMPARE(existing.load(), 7);
 }

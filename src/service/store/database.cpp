@@ -124,6 +124,9 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
     }
     const QDeadlineTimer deadline(retrySeconds * 1000);
     int lostRetries = 1;
+    // Of two transactions that look for a key, do not find it and add it, PostgreSQL may tell the
+    // later one of the key instead of the conflict. Run again, it finds the key.
+    int uniqueRetries = 2;
     for (int attempt = 0;; ++attempt) {
         SqlConnection &current = connection();
         bool committing = false;
@@ -137,8 +140,10 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
             current.rollBack();
             const bool lost = error.kind() == DatabaseError::Kind::Lost;
             const bool conflict = error.kind() == DatabaseError::Kind::Conflict;
-            const bool again =
-                (conflict && !deadline.hasExpired()) || (lost && !committing && lostRetries-- > 0);
+            const bool unique = error.kind() == DatabaseError::Kind::Unique;
+            const bool again = (conflict && !deadline.hasExpired()) ||
+                               (lost && !committing && lostRetries-- > 0) ||
+                               (unique && uniqueRetries-- > 0);
             if (!again)
                 throw;
         } catch (...) {
