@@ -14,7 +14,7 @@ namespace ZelWebServiceControls {
 namespace {
 
 /// Of a box, in average characters and in lines.
-constexpr int Columns = 64;
+constexpr int Columns = 76;
 constexpr int Lines = 6;
 
 QLabel *makeLabel(QWidget *parent, const char *name, const QString &caption = QString())
@@ -107,6 +107,7 @@ void QADialog::load()
     m_userName->setToolTip(m_user.toHtmlEscaped());
     show(m_questionEditor, m_question);
     show(m_answerEditor, m_answer);
+    m_answerEditor.box->moveCursor(QTextCursor::End);
     m_answerEditor.box->setFocus();
 }
 

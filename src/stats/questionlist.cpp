@@ -55,7 +55,6 @@ void QuestionList::makeList()
     m_list = new Zel::ListView(frame());
     m_list->setObjectName(QStringLiteral("qaListView"));
     m_list->setAccessibleName(StatsControl::tr("Questions"));
-    m_list->setEmptyText(StatsControl::tr("No questions"));
     m_list->addColumn(StatsControl::tr("Status"), 1300);
     m_list->addColumn(StatsControl::tr("User ID"), 1300);
     m_list->addColumn(StatsControl::tr("First Name"), 1300);
@@ -109,9 +108,14 @@ void QuestionList::loadQuestions(const QDateTime &end)
 {
     const QPointer<QuestionList> self(this);
     m_list->clear();
+    // Until the service has answered nobody knows that there are none.
+    m_list->setEmptyText(QString());
     const QXSC::QuestionCollectionPtr questions =
         source().client().GetQuestions(source().deploymentGuid(), source().start(), end);
-    if (self && questions)
+    if (!self)
+        return;
+    m_list->setEmptyText(StatsControl::tr("No questions"));
+    if (questions)
         m_list->setRows(std::make_shared<QuestionRows>(questions));
 }
 

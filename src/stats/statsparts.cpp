@@ -75,6 +75,9 @@ QDateTimeEdit *StatsParts::makePicker(const char *name, const char *labelName, c
     // Two blanks between date and time, as hosts know it.
     picker->setDisplayFormat(QStringLiteral("MM/dd/yyyy  hh:mm:ss AP"));
     picker->setCalendarPopup(true);
+    // Empty until the control is bound; an empty text would mean that there is none.
+    picker->setSpecialValueText(QStringLiteral(" "));
+    picker->setDateTime(picker->minimumDateTime());
     label->setBuddy(picker);
     static_cast<QFormLayout *>(Frame1->layout())->addRow(label, picker);
     return picker;

@@ -24,7 +24,9 @@ public:
     /// The lines for the range, null when the service answers nothing.
     using Fetch = std::function<std::shared_ptr<const Zel::ListRowProvider>(const StatsSource &)>;
 
-    TrafficPage(QFrame *frame, const StatsSource &source, Zel::ListView *list, Fetch fetch);
+    /// @param emptyText shown in the list when the service had no lines
+    TrafficPage(QFrame *frame, const StatsSource &source, Zel::ListView *list,
+                const QString &emptyText, Fetch fetch);
 
     void load() override;
 
@@ -32,6 +34,7 @@ private:
     void sortByColumn(int column);
 
     Zel::ListView *m_list;
+    QString m_emptyText;
     Fetch m_fetch;
 };
 

@@ -283,6 +283,10 @@ void tst_QuestionList::aRefreshThatFailsLeavesTheListClear()
     f.click("refreshCmd");
     QCOMPARE(f.takeTrail(), QStringList({upToNow, QStringLiteral("error 5")}));
     QCOMPARE(f.questions().count(), 0);
+    QCOMPARE(f.questions().emptyText(), QString());
+    f.client.questions = nullptr;
+    f.click("refreshCmd");
+    QCOMPARE(f.questions().emptyText(), QStringLiteral("No questions"));
 }
 
 void tst_QuestionList::answeringSendsBothTextsAndStages()

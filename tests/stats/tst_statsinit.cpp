@@ -18,6 +18,7 @@ private slots:
     void captionsAreThoseHostsKnow();
     void summaryCaptionsAreThoseHostsKnow();
     void summaryBoxesCannotBeEdited();
+    void pickersAreEmptyAtFirst();
     void pickersShowDateAndTime();
     void pickersHoldCenturies();
     void keepsTheRangeGiven();
@@ -93,6 +94,16 @@ void tst_StatsInit::summaryBoxesCannotBeEdited()
         QTest::keyClicks(box, QStringLiteral("12"));
         QCOMPARE(box->text(), QString());
     }
+}
+
+void tst_StatsInit::pickersAreEmptyAtFirst()
+{
+    StatsFixture f;
+    for (const char *name : {"startDateTime", "endDateTime"})
+        QCOMPARE(f.child<QDateTimeEdit>(name).text().trimmed(), QString());
+    f.stats->Init(&f.client, QStringLiteral("d1"));
+    for (const char *name : {"startDateTime", "endDateTime"})
+        QCOMPARE(f.child<QDateTimeEdit>(name).text().size(), 23);
 }
 
 void tst_StatsInit::pickersShowDateAndTime()

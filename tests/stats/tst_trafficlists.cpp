@@ -62,6 +62,7 @@ private slots:
     void durationsAreWritten();
     void anAnswerOfNothingLeavesTheListEmpty();
     void anEmptyAnswerLeavesTheListEmpty();
+    void sayNoneOnlyWhenTheServiceSaidSo();
     void aPersonOfWhomNothingIsKnownIsALine();
     void aRecordThatIsNoneIsAnError();
     void aFetchThatFailsLeavesTheListClear();
@@ -241,6 +242,18 @@ void tst_TrafficLists::anEmptyAnswerLeavesTheListEmpty()
     QCOMPARE(f.list("participantList").count(), 0);
     clickHeader(f.list("participantList"), 0);
     QVERIFY(f.run().isEnabled());
+}
+
+void tst_TrafficLists::sayNoneOnlyWhenTheServiceSaidSo()
+{
+    StatsFixture f;
+    const Zel::ListView &list = f.list("participantList");
+    QCOMPARE(list.emptyText(), QString());
+    f.load();
+    QCOMPARE(list.emptyText(), QStringLiteral("No participants in this range"));
+    f.client.failNext(QStringLiteral("GetParticipants"), Zel::RuntimeError(5));
+    f.click(f.run());
+    QCOMPARE(list.emptyText(), QString());
 }
 
 void tst_TrafficLists::aPersonOfWhomNothingIsKnownIsALine()
