@@ -65,6 +65,27 @@ public:
     QString componentServer = QStringLiteral("http://127.0.0.1:1");
     /// What saving a data record answers.
     QXSC::DataRecordSave recordSave{true, 2, nullptr};
+    /// What `GetDeploymentStatistic` answers by name; 0 for others.
+    QHash<QString, double> statistics;
+    qint16 uniqueParticipants = 0;
+    qint16 registrantCount = 0;
+    qint16 registeredParticipants = 0;
+    qint16 registeredNonParticipants = 0;
+    /// Page views by attribute and value; 0 for others.
+    QHash<std::pair<QString, QString>, qint16> attributeHits;
+    QXSC::ParticipantCollectionPtr participants;
+    QXSC::RegistrantCollectionPtr registrants;
+    QXSC::PageViewCollectionPtr pageViews;
+    QXSC::QuestionCollectionPtr questions;
+    /// What changing a question answers.
+    qint16 questionResult = 0;
+    QXSC::PollQuestionCollectionPtr polls;
+    QXSC::PollResponseArray pollResponses;
+    QXSC::SurveyCollectionPtr surveys;
+    /// Responses by survey; a survey that is not in it answers an array never dimensioned.
+    QHash<QString, QXSC::SurveyResponseArray> surveyResponses;
+    /// Deployments by project.
+    QHash<QString, QList<QXSC::Deployment>> projectDeployments;
 
     /// Called with the text of each call.
     std::function<void(const QString &call)> atCall;
@@ -113,7 +134,41 @@ public:
     QXSC::DataRecordSave saveThemeDataRecord(const QString &themeGuid,
                                              const QXSC::DataRecord &record) override;
 
+    double GetDeploymentStatistic(const QString &deploymentGuid, const QDateTime &start,
+                                  const QDateTime &end, const QString &name) override;
+    qint16 GetUniqueParticipantCount(const QString &deploymentGuid, const QDateTime &start,
+                                     const QDateTime &end) override;
+    qint16 GetRegistrantCount(const QString &deploymentGuid) override;
+    qint16 GetRegisteredParticipantCount(const QString &deploymentGuid, const QDateTime &start,
+                                         const QDateTime &end) override;
+    qint16 GetRegisteredNonParticipantCount(const QString &deploymentGuid, const QDateTime &start,
+                                            const QDateTime &end) override;
+    qint16 GetPageHitCountByAttribute(const QString &deploymentGuid, const QDateTime &start,
+                                      const QDateTime &end, const QString &attribute,
+                                      const QString &comparison, const QString &value) override;
+    QXSC::ParticipantCollectionPtr GetParticipants(const QString &deploymentGuid,
+                                                   const QDateTime &start,
+                                                   const QDateTime &end) override;
+    QXSC::RegistrantCollectionPtr GetRegistrants(const QString &deploymentGuid,
+                                                 const QDateTime &start,
+                                                 const QDateTime &end) override;
+    QXSC::PageViewCollectionPtr GetPageViews(const QString &deploymentGuid, const QDateTime &start,
+                                             const QDateTime &end) override;
+    QXSC::QuestionCollectionPtr GetQuestions(const QString &deploymentGuid, const QDateTime &start,
+                                             const QDateTime &end) override;
+    qint16 UpdateQuestion(const QString &questionGuid, const QString &answer,
+                          const QString &question, const QString &reserved1,
+                          const QString &reserved2) override;
+    qint16 SetQuestionStatus(const QString &questionGuid, const QString &status) override;
+
+    QXSC::PollQuestionCollectionPtr GetPolls(const QString &deploymentGuid) override;
+    QXSC::PollResponseArray GetPollResponses(const QString &deploymentGuid) override;
+    QXSC::SurveyCollectionPtr GetSurveys(const QString &deploymentGuid) override;
+    QXSC::SurveyResponseArray GetSurveyResponses(const QString &deploymentGuid,
+                                                 const QString &surveyGuid) override;
+
     QList<QXSC::ProjectType> projectTypes() override;
+    QList<QXSC::Deployment> deployments(const QString &projectGuid) override;
     QXSC::ProjectRecordPtr createProject(const QXSC::NewProject &project) override;
     QString assetAddress(const QString &guid) override;
     void signOut() override;
@@ -146,6 +201,17 @@ themeTemplates(const QList<QXSC::ThemeTemplate> &templates);
 
 /// A data record of these entries.
 ZEL_EXPORT QXSC::DataRecordPtr dataRecord(const QList<QXSC::DataRecordEntry> &entries);
+
+/// A collection of records of any kind: `recordList<QXSC::QuestionRecord>({...})`.
+template <typename Record>
+std::shared_ptr<const Zel::Collection<std::shared_ptr<const Record>>>
+recordList(const QList<Record> &records)
+{
+    auto list = std::make_shared<Zel::Collection<std::shared_ptr<const Record>>>();
+    for (const Record &record : records)
+        list->add(std::make_shared<Record>(record));
+    return list;
+}
 
 /// A collection of projects.
 ZEL_EXPORT QXSC::ProjectCollectionPtr projectList(const QList<QXSC::ProjectRecord> &projects);

@@ -93,6 +93,7 @@ private slots:
                                      QStringLiteral("ZelWebServiceControls::DataRecordManager"),
                                      QStringLiteral("ZelWebServiceControls::Login"),
                                      QStringLiteral("ZelWebServiceControls::ProjectList"),
+                                     QStringLiteral("ZelWebServiceControls::StatsControl"),
                                      QStringLiteral("ZelWebServiceControls::TextAreaWidget"),
                                      QStringLiteral("ZelWebServiceControls::TextAssetWidget"),
                                      QStringLiteral("ZelWebServiceControls::TextWidget"),

@@ -11,6 +11,8 @@ ProjectOperations::~ProjectOperations() = default;
 AssetOperations::~AssetOperations() = default;
 ThemeOperations::~ThemeOperations() = default;
 RecordOperations::~RecordOperations() = default;
+StatsOperations::~StatsOperations() = default;
+ResultsOperations::~ResultsOperations() = default;
 StudioService::~StudioService() = default;
 
 ServiceClient::ServiceClient(QObject *parent)

@@ -5,8 +5,10 @@
 #include "common/contract/assetoperations.h"
 #include "common/contract/projectoperations.h"
 #include "common/contract/recordoperations.h"
+#include "common/contract/resultsoperations.h"
 #include "common/contract/serviceerror.h"
 #include "common/contract/sessionoperations.h"
+#include "common/contract/statsoperations.h"
 #include "common/contract/themeoperations.h"
 
 #include <QObject>
@@ -23,7 +25,9 @@ class ZEL_EXPORT ServiceClient : public QObject,
                                  public ProjectOperations,
                                  public AssetOperations,
                                  public ThemeOperations,
-                                 public RecordOperations
+                                 public RecordOperations,
+                                 public StatsOperations,
+                                 public ResultsOperations
 {
     Q_OBJECT
 

@@ -6,6 +6,7 @@
 #include "common/contract/projectrecord.h"
 #include "platform/core/export.h"
 
+#include <QDateTime>
 #include <QList>
 
 #include <optional>
@@ -34,6 +35,15 @@ struct NewProject
     QString themeGuid;
 };
 
+/// A publishing of a project: what an audience sees, and what the statistics are about.
+struct Deployment
+{
+    QString guid;
+    QString name;
+    /// Local date-time of its publishing.
+    QDateTime published;
+};
+
 /// What came of saving a data record.
 struct DataRecordSave
 {
@@ -56,6 +66,9 @@ public:
     virtual QList<ProjectType> projectTypes() = 0;
     /// Makes a project in the active account and returns its record.
     virtual ProjectRecordPtr createProject(const NewProject &project) = 0;
+    /// The deployments of a project, the newest first. Empty for a project the service does not
+    /// know.
+    virtual QList<Deployment> deployments(const QString &projectGuid) = 0;
     /// The whole address of an asset's bytes, for use outside this program. What `GetAssetValue`
     /// gives may be relative to the service, so that it holds wherever the service moves.
     virtual QString assetAddress(const QString &guid) = 0;
