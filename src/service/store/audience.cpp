@@ -61,13 +61,18 @@ QString otherRow()
 
 } // namespace
 
+QByteArray contentId(const QStringList &content)
+{
+    return hashOf(content).left(idBytes);
+}
+
 QByteArray rowIdIn(FileRecord &record, const QStringList &content)
 {
     const QString id = record.has(QStringLiteral("id"))
                            ? record.textOrEmpty(QStringLiteral("id"), longestGuid)
                            : QString();
     if (id.isEmpty())
-        return hashOf(content).left(idBytes);
+        return contentId(content);
     return QUuid::fromString(record.guid(QStringLiteral("id"))).toRfc4122();
 }
 

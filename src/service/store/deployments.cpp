@@ -29,6 +29,10 @@ const SqlText findNumber(R"sql(
     SELECT account_id, dep_no FROM deployment WHERE account_id = $1 AND guid = $2
 )sql");
 
+const SqlText findGuid(R"sql(
+    SELECT account_id, dep_no FROM deployment WHERE guid = $1
+)sql");
+
 const SqlText findKey(R"sql(
     SELECT account_id, dep_no FROM deployment WHERE key_hash = $1 AND guid = $2
 )sql");
@@ -96,6 +100,11 @@ std::optional<DeploymentRef> Deployments::findByKey(const QString &guid, const Q
     if (key.size() < shortestKey || key.size() > longestKey)
         return std::nullopt;
     return m_database.row(findKey, {hashOf(key), guid}, refOf);
+}
+
+QList<DeploymentRef> Deployments::withGuid(const QString &guid)
+{
+    return m_database.rows(findGuid, {guid}, refOf);
 }
 
 std::optional<Deployment> Deployments::stored(qint64 accountId, const QString &guid)

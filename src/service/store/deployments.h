@@ -51,6 +51,9 @@ public:
     /// The deployment whose key is given; nothing when it is that of another one.
     std::optional<DeploymentRef> findByKey(const QString &guid, const QString &key);
 
+    /// Deployments of all accounts that bear the guid.
+    QList<DeploymentRef> withGuid(const QString &guid);
+
     // The following are called inside a transaction only.
     std::optional<Deployment> stored(qint64 accountId, const QString &guid);
     /// Adds a deployment or changes it.

@@ -88,9 +88,12 @@ QHash<QString, Place> placesOf(const QList<Poll> &polls)
     QHash<QString, Place> places;
     for (qsizetype poll = 0; poll < polls.size(); ++poll) {
         const QList<PollChoice> &choices = polls.at(poll).choices;
-        for (qsizetype choice = 0; choice < choices.size(); ++choice)
-            places.insert(polls.at(poll).guid + QLatin1Char('/') + choices.at(choice).guid,
-                          {poll + 1, choice + 1});
+        const QString begin = polls.at(poll).guid + QLatin1Char('/');
+        for (qsizetype choice = 0; choice < choices.size(); ++choice) {
+            const Place place{poll + 1, choice + 1};
+            places.insert(begin + choices.at(choice).guid, place);
+            places.insert(begin + QString::number(place.choiceNo), place);
+        }
     }
     return places;
 }

@@ -30,7 +30,7 @@ struct Vote
     QByteArray id;
     QString userGuid;
     QString pollGuid;
-    QString choiceGuid;
+    QString choiceGuid; ///< or its number
     qint64 at = 0;
 };
 

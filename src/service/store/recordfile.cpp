@@ -119,6 +119,14 @@ QJsonArray FileRecord::list(const QString &name)
     return value.toArray();
 }
 
+QJsonObject FileRecord::object(const QString &name)
+{
+    const QJsonValue value = take(name);
+    if (!value.isObject())
+        refuse(QStringLiteral("\"%1\" must be an object.").arg(name));
+    return value.toObject();
+}
+
 QString FileRecord::guid(const QString &name)
 {
     constexpr qsizetype length = 36;

@@ -37,6 +37,7 @@ public:
     /// The same for a time that must be there.
     qint64 time(const QString &name);
     QJsonArray list(const QString &name);
+    QJsonObject object(const QString &name);
     /// A UUID without braces, in lower case.
     QString guid(const QString &name);
 

@@ -133,8 +133,10 @@ public:
         const SurveyItem &item = m_surveys.at(surveyAt).items.at(itemAt);
         QStringList numbers;
         for (qsizetype at = 0; at < item.choices.size(); ++at) {
-            if (reply.choiceGuids.contains(item.choices.at(at).guid))
-                numbers << QString::number(at + 1);
+            const QString number = QString::number(at + 1);
+            if (reply.choiceGuids.contains(item.choices.at(at).guid) ||
+                reply.choiceGuids.contains(number))
+                numbers << number;
         }
         if (numbers.isEmpty() || numbers.size() != reply.choiceGuids.size())
             fault = QStringLiteral("\"answers\" names none, an unknown or a repeated answer.");

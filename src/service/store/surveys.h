@@ -48,7 +48,7 @@ struct SurveyReply
     QString userGuid;
     QString surveyGuid;
     QString itemGuid;
-    QStringList choiceGuids;
+    QStringList choiceGuids; ///< or their numbers
     qint64 at = 0;
 };
 
@@ -74,7 +74,8 @@ struct SurveyReplyList
     QList<Reply> replies;
 };
 
-/// In a file `answers` holds the guids of the choices, parted by ":"; in JSON it is a list.
+/// In a file `answers` holds the guids or numbers of the choices, parted by ":"; in JSON it may be
+/// a list.
 ZEL_EXPORT SurveyReply surveyReplyIn(FileRecord &record);
 
 /// The surveys and quizzes of deployments.
