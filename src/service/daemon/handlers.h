@@ -58,6 +58,13 @@ HttpResponse listPollResponses(const Call &call);
 HttpResponse listSurveys(const Call &call);
 HttpResponse listSurveyResponses(const Call &call);
 
+std::shared_ptr<BodySink> postPageViews(const Call &call);
+std::shared_ptr<BodySink> postRegistrations(const Call &call);
+std::shared_ptr<BodySink> postQuestions(const Call &call);
+std::shared_ptr<BodySink> postQuestionStates(const Call &call);
+std::shared_ptr<BodySink> postVotes(const Call &call);
+std::shared_ptr<BodySink> postResponses(const Call &call);
+
 HttpResponse componentFile(const Call &call);
 
 HttpResponse reserveUpload(const Call &call);

@@ -5,6 +5,7 @@
 #include "service/store/bulktext.h"
 #include "service/store/database.h"
 #include "service/store/recordfile.h"
+#include "service/store/wholeread.h"
 
 #include <QSet>
 #include <QUuid>

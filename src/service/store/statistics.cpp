@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/statistics.h"
 
-#include "service/store/database.h"
+#include "service/store/wholeread.h"
 
 namespace Zel {
 
@@ -213,12 +213,15 @@ Participation participationOf(const SqlRow &row)
     return result;
 }
 
-qint64 numberOf(const SqlRow &row)
-{
-    return row.integer(0);
-}
-
 } // namespace
+
+qint64 Statistics::number(const SqlText &text, const SqlValues &values)
+{
+    return readWhole(m_database, [&] {
+        return m_database.row(text, values, [](const SqlRow &row) { return row.integer(0); })
+            .value();
+    });
+}
 
 Statistics::Totals Statistics::totals(const DeploymentRef &deployment, const TimeRange &range)
 {
@@ -232,20 +235,18 @@ Statistics::Totals Statistics::totals(const DeploymentRef &deployment, const Tim
 
 qint64 Statistics::participantCount(const DeploymentRef &deployment, const TimeRange &range)
 {
-    return m_database.row(countParticipants, valuesOf(deployment, range), numberOf).value();
+    return number(countParticipants, valuesOf(deployment, range));
 }
 
 qint64 Statistics::registrantCount(const DeploymentRef &deployment)
 {
-    return m_database.row(countRegistrants, {deployment.accountId, deployment.number}, numberOf)
-        .value();
+    return number(countRegistrants, {deployment.accountId, deployment.number});
 }
 
 qint64 Statistics::registeredParticipantCount(const DeploymentRef &deployment,
                                               const TimeRange &range)
 {
-    return m_database.row(countRegisteredParticipants, valuesOf(deployment, range), numberOf)
-        .value();
+    return number(countRegisteredParticipants, valuesOf(deployment, range));
 }
 
 qint64 Statistics::hitCount(const DeploymentRef &deployment, const TimeRange &range,
@@ -253,24 +254,28 @@ qint64 Statistics::hitCount(const DeploymentRef &deployment, const TimeRange &ra
 {
     SqlValues values = valuesOf(deployment, range);
     values << value;
-    return m_database.row(sumBy(attribute), values, numberOf).value();
+    return number(sumBy(attribute), values);
 }
 
 QList<Participation> Statistics::participants(const DeploymentRef &deployment,
                                               const TimeRange &range)
 {
-    return m_database.rows(listParticipants, valuesOf(deployment, range), participationOf);
+    return readWhole(m_database, [&] {
+        return m_database.rows(listParticipants, valuesOf(deployment, range), participationOf);
+    });
 }
 
 QList<Participation> Statistics::registrants(const DeploymentRef &deployment,
                                              const TimeRange &range)
 {
-    return m_database.rows(listRegistrants, valuesOf(deployment, range), participationOf);
+    return readWhole(m_database, [&] {
+        return m_database.rows(listRegistrants, valuesOf(deployment, range), participationOf);
+    });
 }
 
 PageViewList Statistics::pageViews(const DeploymentRef &deployment, const TimeRange &range)
 {
-    return m_database.snapshot([&] {
+    return readWhole(m_database, [&] {
         PageViewList list;
         QHash<qint64, qsizetype> positions;
         m_database.query(listPeople, valuesOf(deployment, range), [&](const SqlRow &row) {

@@ -4,6 +4,8 @@
 
 #include "platform/core/export.h"
 #include "service/store/deployments.h"
+#include "service/store/sqltext.h"
+#include "service/store/sqlvalue.h"
 #include "service/store/timerange.h"
 
 #include <QHash>
@@ -91,6 +93,9 @@ public:
     PageViewList pageViews(const DeploymentRef &deployment, const TimeRange &range);
 
 private:
+    /// The one number a query answers.
+    qint64 number(const SqlText &text, const SqlValues &values);
+
     Database &m_database;
 };
 
