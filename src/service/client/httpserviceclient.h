@@ -94,7 +94,39 @@ public:
     /// The server of the session; empty without one.
     QString serverUrl() const override;
 
+    double GetDeploymentStatistic(const QString &deploymentGuid, const QDateTime &start,
+                                  const QDateTime &end, const QString &name) override;
+    qint16 GetUniqueParticipantCount(const QString &deploymentGuid, const QDateTime &start,
+                                     const QDateTime &end) override;
+    qint16 GetRegistrantCount(const QString &deploymentGuid) override;
+    qint16 GetRegisteredParticipantCount(const QString &deploymentGuid, const QDateTime &start,
+                                         const QDateTime &end) override;
+    qint16 GetRegisteredNonParticipantCount(const QString &deploymentGuid, const QDateTime &start,
+                                            const QDateTime &end) override;
+    qint16 GetPageHitCountByAttribute(const QString &deploymentGuid, const QDateTime &start,
+                                      const QDateTime &end, const QString &attribute,
+                                      const QString &comparison, const QString &value) override;
+    ParticipantCollectionPtr GetParticipants(const QString &deploymentGuid, const QDateTime &start,
+                                             const QDateTime &end) override;
+    RegistrantCollectionPtr GetRegistrants(const QString &deploymentGuid, const QDateTime &start,
+                                           const QDateTime &end) override;
+    PageViewCollectionPtr GetPageViews(const QString &deploymentGuid, const QDateTime &start,
+                                       const QDateTime &end) override;
+    QuestionCollectionPtr GetQuestions(const QString &deploymentGuid, const QDateTime &start,
+                                       const QDateTime &end) override;
+    qint16 UpdateQuestion(const QString &questionGuid, const QString &answer,
+                          const QString &question, const QString &reserved1,
+                          const QString &reserved2) override;
+    qint16 SetQuestionStatus(const QString &questionGuid, const QString &status) override;
+
+    PollQuestionCollectionPtr GetPolls(const QString &deploymentGuid) override;
+    PollResponseArray GetPollResponses(const QString &deploymentGuid) override;
+    SurveyCollectionPtr GetSurveys(const QString &deploymentGuid) override;
+    SurveyResponseArray GetSurveyResponses(const QString &deploymentGuid,
+                                           const QString &surveyGuid) override;
+
     QList<ProjectType> projectTypes() override;
+    QList<Deployment> deployments(const QString &projectGuid) override;
     /// An empty guid is replaced by a new one. To repeat the call after a lost answer without
     /// making a second project, choose the guid yourself and send it again.
     ProjectRecordPtr createProject(const NewProject &project) override;
@@ -121,6 +153,13 @@ private:
     std::optional<Reply> taken(const Request &request, const Reply &reply,
                                const NetworkPolicy &policy,
                                QLatin1String refusal = QLatin1String());
+
+    /// Asks for something of a deployment and reads it from the answer.
+    template <typename Read>
+    auto readDeployment(const QString &guid, const QByteArray &path, const QByteArray &query,
+                        Read read);
+    /// 0, or 1 when the service has no such question.
+    qint16 putQuestion(const QString &guid, const QByteArray &path, const QJsonObject &body);
 
     QByteArray assetPath(const QString &guid) const;
     /// `current` is left at the file it came to.

@@ -43,17 +43,12 @@ std::array<qsizetype, Count> readColumns(const QJsonArray &columns,
 
 /// Reads a list that is sent as the names of its columns and a list of values for each row.
 /// @param take is called with a function that gives the value of a field by its index in `fields`
-/// @returns false for null
 template <std::size_t Count, typename Take>
-bool readTable(const QByteArray &body, QLatin1String name,
-               const std::array<QLatin1String, Count> &fields, const Take &take)
+void readTable(const QJsonObject &table, const std::array<QLatin1String, Count> &fields,
+               const Take &take)
 {
     const QLatin1String columnsName("columns");
     const QLatin1String rowsName("rows");
-    const QJsonValue value = readMember(readObject(body), name);
-    if (value.isNull())
-        return false;
-    const QJsonObject table = readObject(value, name);
     const QJsonArray columns = readList(readMember(table, columnsName), columnsName);
     const QJsonArray rows = readList(readMember(table, rowsName), rowsName);
     const auto order = readColumns(columns, fields);
@@ -64,6 +59,18 @@ bool readTable(const QByteArray &body, QLatin1String name,
                 QStringLiteral("%1 values for %2 columns").arg(row.size()).arg(columns.size())};
         take([&](std::size_t field) { return row.at(order[field]); });
     });
+}
+
+/// The same for the one list of an answer.
+/// @returns false for null
+template <std::size_t Count, typename Take>
+bool readTable(const QByteArray &body, QLatin1String name,
+               const std::array<QLatin1String, Count> &fields, const Take &take)
+{
+    const QJsonValue value = readMember(readObject(body), name);
+    if (value.isNull())
+        return false;
+    readTable(readObject(value, name), fields, take);
     return true;
 }
 

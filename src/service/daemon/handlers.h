@@ -40,6 +40,31 @@ HttpResponse themePreview(const Call &call);
 HttpResponse dataRecord(const Call &call);
 std::shared_ptr<BodySink> saveDataRecord(const Call &call);
 
+HttpResponse listDeployments(const Call &call);
+HttpResponse deploymentStatistic(const Call &call);
+HttpResponse countParticipants(const Call &call);
+HttpResponse countRegistrants(const Call &call);
+HttpResponse countPageViews(const Call &call);
+HttpResponse listParticipants(const Call &call);
+HttpResponse listRegistrants(const Call &call);
+HttpResponse listPageViews(const Call &call);
+
+HttpResponse listQuestions(const Call &call);
+HttpResponse updateQuestion(const Call &call);
+HttpResponse setQuestionStatus(const Call &call);
+
+HttpResponse listPolls(const Call &call);
+HttpResponse listPollResponses(const Call &call);
+HttpResponse listSurveys(const Call &call);
+HttpResponse listSurveyResponses(const Call &call);
+
+std::shared_ptr<BodySink> postPageViews(const Call &call);
+std::shared_ptr<BodySink> postRegistrations(const Call &call);
+std::shared_ptr<BodySink> postQuestions(const Call &call);
+std::shared_ptr<BodySink> postQuestionStates(const Call &call);
+std::shared_ptr<BodySink> postVotes(const Call &call);
+std::shared_ptr<BodySink> postResponses(const Call &call);
+
 HttpResponse componentFile(const Call &call);
 
 HttpResponse reserveUpload(const Call &call);

@@ -45,6 +45,8 @@ constexpr qint64 jsonBodyLimit = 1024 * 1024;
 /// Of a data record to be saved: twice what its values may have, because JSON writes line breaks
 /// and quotes with two bytes, and as much as the rest of it takes.
 constexpr qint64 recordBodyLimit = 2 * DataRecords::largestRecord + 4 * jsonBodyLimit;
+/// Of what players report in one call.
+constexpr qint64 intakeBodyLimit = 4 * jsonBodyLimit;
 
 /// A row of the route table.
 struct Route

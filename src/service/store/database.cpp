@@ -103,10 +103,16 @@ void Database::query(const SqlText &text, const SqlValues &values,
 
 qint64 Database::exec(const SqlText &text, const SqlValues &values)
 {
+    return change(text, values, {});
+}
+
+qint64 Database::change(const SqlText &text, const SqlValues &values,
+                        const std::function<void(const SqlRow &)> &visit)
+{
     SqlConnection &current = connection();
     if (!current.inTransaction() || current.isReadOnly())
         throw std::logic_error("a write was made outside of a writing transaction");
-    return current.execute(text, values, {});
+    return current.execute(text, values, visit);
 }
 
 QVariant Database::runNative(const QString &sql)

@@ -73,6 +73,10 @@ public:
     /// Runs a writing statement and returns the number of rows it changed. Only inside `tx`.
     qint64 exec(const SqlText &text, const SqlValues &values = {});
 
+    /// The same for a statement with RETURNING, whose rows are shown to `visit`.
+    qint64 change(const SqlText &text, const SqlValues &values,
+                  const std::function<void(const SqlRow &)> &visit);
+
     /// Runs `write` in one serializable transaction and returns what it returns. When another
     /// transaction got in the way, `write` is run again from its start (for 10 seconds at most,
     /// with growing random pauses), so it must change nothing but the database and its own

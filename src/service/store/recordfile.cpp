@@ -7,7 +7,16 @@
 #include <QDateTime>
 #include <QUuid>
 
+#include <limits>
+
 namespace Zel {
+
+namespace {
+
+constexpr qint64 earliestTime = -62135596800000; // 0001-01-01T00:00:00Z
+constexpr qint64 latestTime = 253402300799999;   // 9999-12-31T23:59:59.999Z
+
+} // namespace
 
 void FileRecord::refuse(const QString &sentence) const
 {
@@ -72,8 +81,20 @@ bool FileRecord::boolean(const QString &name)
 
 std::optional<qint64> FileRecord::timeOrEmpty(const QString &name)
 {
-    const QString text = take(name).toString();
-    if (text.isEmpty())
+    constexpr qint64 none = std::numeric_limits<qint64>::min();
+    const QJsonValue value = take(name);
+    if (value.isNull())
+        return std::nullopt;
+    if (value.isDouble()) {
+        const qint64 time = value.toInteger(none);
+        if (time < earliestTime || time > latestTime)
+            refuse(QStringLiteral("\"%1\" must be a time in whole milliseconds since 1970 within "
+                                  "the years 1 to 9999.")
+                       .arg(name));
+        return time;
+    }
+    const QString text = value.toString();
+    if (text.isEmpty() && value.isString())
         return std::nullopt;
     const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
     if (!time.isValid() || time.timeSpec() == Qt::LocalTime)
@@ -82,12 +103,28 @@ std::optional<qint64> FileRecord::timeOrEmpty(const QString &name)
     return time.toMSecsSinceEpoch();
 }
 
+qint64 FileRecord::time(const QString &name)
+{
+    const auto found = timeOrEmpty(name);
+    if (!found)
+        refuse(QStringLiteral("\"%1\" must be a time.").arg(name));
+    return *found;
+}
+
 QJsonArray FileRecord::list(const QString &name)
 {
     const QJsonValue value = take(name);
     if (!value.isArray())
         refuse(QStringLiteral("\"%1\" must be a list.").arg(name));
     return value.toArray();
+}
+
+QJsonObject FileRecord::object(const QString &name)
+{
+    const QJsonValue value = take(name);
+    if (!value.isObject())
+        refuse(QStringLiteral("\"%1\" must be an object.").arg(name));
+    return value.toObject();
 }
 
 QString FileRecord::guid(const QString &name)

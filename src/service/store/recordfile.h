@@ -32,9 +32,12 @@ public:
     /// "true" or "false".
     bool boolean(const QString &name);
     /// An ISO 8601 date and time with its zone ("2026-03-04T15:00:00Z") as milliseconds UTC;
-    /// nothing for an empty text.
+    /// nothing for an empty text. In JSON also the number of milliseconds, and null for nothing.
     std::optional<qint64> timeOrEmpty(const QString &name);
+    /// The same for a time that must be there.
+    qint64 time(const QString &name);
     QJsonArray list(const QString &name);
+    QJsonObject object(const QString &name);
     /// A UUID without braces, in lower case.
     QString guid(const QString &name);
 
@@ -54,6 +57,9 @@ private:
 
 /// The records of a JSON file that holds a list of objects.
 ZEL_EXPORT QList<FileRecord> readJsonRecords(const QString &path);
+
+/// The records of a file that holds one JSON object a line. Empty lines are passed over.
+ZEL_EXPORT QList<FileRecord> readJsonLines(const QString &path);
 
 /// The records of a CSV file (RFC 4180, UTF-8, comma) whose first line names the columns.
 ZEL_EXPORT QList<FileRecord> readCsvRecords(const QString &path);

@@ -158,6 +158,28 @@ QList<FileRecord> readJsonRecords(const QString &path)
     return records;
 }
 
+QList<FileRecord> readJsonLines(const QString &path)
+{
+    QList<FileRecord> records;
+    int number = 0;
+    for (const QByteArray &line : readAll(path).split('\n')) {
+        ++number;
+        if (line.trimmed().isEmpty())
+            continue;
+        FileRecord record;
+        record.place = {path, number};
+        QJsonParseError error;
+        const QJsonDocument document = QJsonDocument::fromJson(line, &error);
+        if (error.error != QJsonParseError::NoError)
+            record.refuse(QStringLiteral("is not valid JSON: %1.").arg(error.errorString()));
+        if (!document.isObject())
+            record.refuse(QStringLiteral("must be an object."));
+        record.fields = document.object();
+        records << record;
+    }
+    return records;
+}
+
 QList<FileRecord> readCsvRecords(const QString &path)
 {
     QStringDecoder decoder(QStringDecoder::Utf8);

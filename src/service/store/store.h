@@ -6,15 +6,21 @@
 #include "service/store/accounts.h"
 #include "service/store/assetfolders.h"
 #include "service/store/assets.h"
+#include "service/store/audience.h"
 #include "service/store/blobstore.h"
 #include "service/store/clock.h"
 #include "service/store/database.h"
 #include "service/store/datarecords.h"
+#include "service/store/deployments.h"
 #include "service/store/passwordhasher.h"
+#include "service/store/polls.h"
 #include "service/store/projects.h"
+#include "service/store/questions.h"
 #include "service/store/serverkeys.h"
 #include "service/store/sessions.h"
 #include "service/store/signinthrottle.h"
+#include "service/store/statistics.h"
+#include "service/store/surveys.h"
 #include "service/store/themes.h"
 #include "service/store/thumbnails.h"
 #include "service/store/uploads.h"
@@ -50,6 +56,12 @@ public:
     Themes themes;
     DataRecords dataRecords;
     Projects projects;
+    Deployments deployments;
+    Audience audience;
+    Statistics statistics;
+    Questions questions;
+    Polls polls;
+    Surveys surveys;
     Thumbnails thumbnails;
     AssetFolders folders;
     Assets assets;

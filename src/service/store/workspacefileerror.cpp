@@ -9,6 +9,7 @@ WorkspaceFileError::WorkspaceFileError(const FilePlace &place, const QString &se
                   ? QStringLiteral("%1:%2: %3").arg(place.file).arg(place.line).arg(sentence)
                   : QStringLiteral("%1: %2").arg(place.file, sentence))
                  .toUtf8())
+    , m_sentence(sentence)
 {
 }
 

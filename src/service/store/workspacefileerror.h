@@ -29,8 +29,12 @@ public:
 
     const char *what() const noexcept override { return m_text.constData(); }
 
+    /// What is wrong, without the place.
+    const QString &sentence() const { return m_sentence; }
+
 private:
     QByteArray m_text;
+    QString m_sentence;
 };
 
 } // namespace Zel

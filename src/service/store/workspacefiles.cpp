@@ -88,6 +88,7 @@ void WorkspaceFiles::readFile(const QString &path)
         Known{QLatin1String("themes.csv"), &WorkspaceFiles::readThemes},
         Known{QLatin1String("theme-templates.csv"), &WorkspaceFiles::readThemeTemplates},
         Known{QLatin1String("data-records.csv"), &WorkspaceFiles::readDataRecords},
+        Known{QLatin1String("deployments.csv"), &WorkspaceFiles::readDeployments},
     };
     const QString name = QFileInfo(path).fileName();
     for (const Known &one : known) {
@@ -98,8 +99,8 @@ void WorkspaceFiles::readFile(const QString &path)
                              QStringLiteral("is none of accounts.json, people.json, "
                                             "project-types.json, projects.csv, asset-folders.csv, "
                                             "asset-rights.csv, assets.csv, templates.csv, "
-                                            "themes.csv, theme-templates.csv and "
-                                            "data-records.csv."));
+                                            "themes.csv, theme-templates.csv, "
+                                            "data-records.csv and deployments.csv."));
 }
 
 void WorkspaceFiles::readAccounts(const QString &path)

@@ -5,6 +5,7 @@
 #include "platform/core/export.h"
 #include "service/store/accounts.h"
 #include "service/store/assets.h"
+#include "service/store/audiencefiles.h"
 #include "service/store/datarecords.h"
 #include "service/store/projects.h"
 #include "service/store/themes.h"
@@ -119,6 +120,15 @@ public:
         qint64 size = 0; ///< see `DataRecords::sizeOf`
     };
 
+    struct DeploymentEntry
+    {
+        FilePlace place;
+        qint64 accountId = 0;
+        Deployment deployment;
+        QString key; ///< of its players; empty for none
+        AudienceFiles audience;
+    };
+
     QList<AccountEntry> accounts;
     QList<PersonEntry> people;
     QList<TypeEntry> types;
@@ -130,12 +140,13 @@ public:
     QList<ThemeEntry> themes;
     QList<ThemeTemplatesEntry> themeTemplates;
     QList<DataRecordEntry> dataRecords;
+    QList<DeploymentEntry> deployments;
 
     /// Reads folders and files. A file is known by its name: accounts.json, people.json,
     /// project-types.json, projects.csv, asset-folders.csv, asset-rights.csv, assets.csv,
-    /// templates.csv, themes.csv, theme-templates.csv, data-records.csv. In a folder, Markdown and
-    /// hidden files are passed over; any other name throws `WorkspaceFileError`, as every fault in
-    /// a file does.
+    /// templates.csv, themes.csv, theme-templates.csv, data-records.csv, deployments.csv. In a
+    /// folder, Markdown and hidden files are passed over; any other name throws
+    /// `WorkspaceFileError`, as every fault in a file does.
     static WorkspaceFiles read(const QStringList &paths);
 
 private:
@@ -151,6 +162,7 @@ private:
     void readThemes(const QString &path);
     void readThemeTemplates(const QString &path);
     void readDataRecords(const QString &path);
+    void readDeployments(const QString &path);
 };
 
 } // namespace Zel

@@ -3,6 +3,7 @@
 #include "service/store/workspaceimport.h"
 
 #include "service/store/datarecordimport.h"
+#include "service/store/deploymentimport.h"
 #include "service/store/importcount.h"
 #include "service/store/store.h"
 #include "service/store/themeimport.h"
@@ -42,6 +43,7 @@ public:
                  << count(QStringLiteral("project types"), m_files.types, &Importer::takeType)
                  << ThemeImport(m_store, m_files).run() << importDataRecords(m_store, m_files)
                  << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject)
+                 << importDeployments(m_store, m_files)
                  << count(QStringLiteral("folders"), m_files.folders, &Importer::takeFolder)
                  << count(QStringLiteral("folder rights"), m_files.rights, &Importer::takeRight)
                  << count(QStringLiteral("assets"), m_files.assets, &Importer::takeAsset);

@@ -16,8 +16,9 @@ class Store;
 struct ImportCount
 {
     QString kind; ///< "accounts", "people", "project types", "templates", "themes",
-                  ///< "template lists", "data records", "projects", "folders", "folder rights",
-                  ///< "assets"
+                  ///< "template lists", "data records", "projects", "deployments", "registrants",
+                  ///< "page views", "questions", "votes", "responses", "folders",
+                  ///< "folder rights", "assets"
     int added = 0;
     int changed = 0;
     int unchanged = 0;

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QtGlobal>
+
+namespace Zel {
+
+/// What puts rows into the order in which they came: the time, then the place among those that came
+/// together (a million at most).
+constexpr qint64 arrival(qint64 now, qint64 place)
+{
+    constexpr qint64 places = 1'000'000;
+    return now * places + (place < places ? place : places - 1);
+}
+
+} // namespace Zel

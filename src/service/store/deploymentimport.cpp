@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/deploymentimport.h"
+
+#include "service/store/importcount.h"
+#include "service/store/store.h"
+
+namespace Zel {
+
+namespace {
+
+/// Counts what became of rows; a refused one ends the import.
+template <class Row>
+ImportCount counted(const QString &kind, const AudienceFiles::Rows<Row> &rows, const Intake &intake)
+{
+    if (!intake.refused.isEmpty())
+        throw WorkspaceFileError(rows.places.at(intake.refused.first().row),
+                                 intake.refused.first().why);
+    return {kind, static_cast<int>(intake.added), static_cast<int>(intake.changed),
+            static_cast<int>(intake.known)};
+}
+
+void definePolls(Store &store, const DeploymentRef &deployment, const AudienceFiles &files)
+{
+    if (files.polls.isGiven && !store.polls.define(deployment, files.polls.all))
+        throw WorkspaceFileError(files.polls.place,
+                                 QStringLiteral("the polls have votes; only their texts can be "
+                                                "changed now."));
+}
+
+void defineSurveys(Store &store, const DeploymentRef &deployment, const AudienceFiles &files)
+{
+    if (files.surveys.isGiven && !store.surveys.define(deployment, files.surveys.all))
+        throw WorkspaceFileError(files.surveys.place,
+                                 QStringLiteral("a survey has responses; only its texts and its "
+                                                "key can be changed now."));
+}
+
+QList<ImportCount> takeAudience(Store &store, const DeploymentRef &deployment,
+                                const AudienceFiles &files)
+{
+    definePolls(store, deployment, files);
+    defineSurveys(store, deployment, files);
+    return {
+        counted(QStringLiteral("registrants"), files.registrations,
+                store.audience.takeRegistrations(deployment, files.registrations.rows)),
+        counted(QStringLiteral("page views"), files.views,
+                store.audience.takeViews(deployment, files.views.rows)),
+        counted(QStringLiteral("questions"), files.questions,
+                store.questions.take(deployment, files.questions.rows)),
+        counted(QStringLiteral("votes"), files.votes,
+                store.polls.take(deployment, files.votes.rows)),
+        counted(QStringLiteral("responses"), files.replies,
+                store.surveys.take(deployment, files.replies.rows)),
+    };
+}
+
+ImportOutcome takeDeployment(Store &store, const WorkspaceFiles::DeploymentEntry &entry)
+{
+    const Deployment &deployment = entry.deployment;
+    if (!store.projects.find(entry.accountId, deployment.projectGuid))
+        throw WorkspaceFileError(entry.place, QStringLiteral("account %1 has no project %2.")
+                                                  .arg(entry.accountId)
+                                                  .arg(deployment.projectGuid));
+    const auto known = store.deployments.stored(entry.accountId, deployment.guid);
+    const bool differs = known != deployment;
+    if (differs)
+        store.deployments.put(entry.accountId, deployment);
+    const bool hasNewKey = !entry.key.isEmpty() &&
+                           store.deployments.setKey(entry.accountId, deployment.guid, entry.key);
+    if (!known)
+        return ImportOutcome::Added;
+    return differs || hasNewKey ? ImportOutcome::Changed : ImportOutcome::Unchanged;
+}
+
+void add(QList<ImportCount> &sums, const QList<ImportCount> &counts)
+{
+    for (const ImportCount &count : counts) {
+        const auto same = std::find_if(sums.begin(), sums.end(), [&count](const ImportCount &sum) {
+            return sum.kind == count.kind;
+        });
+        if (same == sums.end()) {
+            sums << count;
+            continue;
+        }
+        same->added += count.added;
+        same->changed += count.changed;
+        same->unchanged += count.unchanged;
+    }
+}
+
+} // namespace
+
+QList<ImportCount> importDeployments(Store &store, const WorkspaceFiles &files)
+{
+    QList<ImportCount> counts{countImports(QStringLiteral("deployments"), files.deployments,
+                                           [&store](const WorkspaceFiles::DeploymentEntry &entry) {
+                                               return takeDeployment(store, entry);
+                                           })};
+    for (const WorkspaceFiles::DeploymentEntry &entry : files.deployments) {
+        const auto deployment = store.deployments.find(entry.accountId, entry.deployment.guid);
+        add(counts, takeAudience(store, deployment.value(), entry.audience));
+    }
+    return counts;
+}
+
+QList<ImportCount> importAudience(Store &store, const DeploymentRef &deployment,
+                                  const AudienceFiles &files)
+{
+    return store.database.tx([&] { return takeAudience(store, deployment, files); });
+}
+
+} // namespace Zel

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/core/export.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace Zel {
+
+class Database;
+class ServerKeys;
+
+/// A published event, as it is stored.
+struct Deployment
+{
+    QString guid;
+    QString projectGuid;
+    QString name;
+    qint64 publishedAt = 0; ///< milliseconds UTC
+
+    bool operator==(const Deployment &) const = default;
+};
+
+/// How the rows of an audience name their deployment.
+struct DeploymentRef
+{
+    qint64 accountId = 0;
+    qint64 number = 0;
+};
+
+/// The deployments of projects, always within one account.
+class ZEL_EXPORT Deployments
+{
+public:
+    static constexpr qsizetype longestName = 10000;
+    /// A key is what players prove themselves with; short ones could be guessed.
+    static constexpr qsizetype shortestKey = 16;
+    static constexpr qsizetype longestKey = 256;
+
+    Deployments(Database &database, ServerKeys &keys);
+
+    /// The deployments of a project, the newest first; nothing when the account has no such
+    /// project.
+    std::optional<QList<Deployment>> list(qint64 accountId, const QString &projectGuid);
+    std::optional<DeploymentRef> find(qint64 accountId, const QString &guid);
+    /// The deployment whose key is given; nothing when it is that of another one.
+    std::optional<DeploymentRef> findByKey(const QString &guid, const QString &key);
+
+    /// Deployments of all accounts that bear the guid.
+    QList<DeploymentRef> withGuid(const QString &guid);
+
+    // The following are called inside a transaction only.
+    std::optional<Deployment> stored(qint64 accountId, const QString &guid);
+    /// Adds a deployment or changes it.
+    void put(qint64 accountId, const Deployment &deployment);
+    /// Gives players the key in place of a former one; false when they have it already.
+    bool setKey(qint64 accountId, const QString &guid, const QString &key);
+
+private:
+    QByteArray hashOf(const QString &key) const;
+
+    Database &m_database;
+    QByteArray m_key;
+};
+
+} // namespace Zel
