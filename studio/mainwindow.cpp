@@ -12,6 +12,7 @@
 #include "studio/recordpage.h"
 #include "studio/settings.h"
 #include "studio/signinpage.h"
+#include "studio/statisticspage.h"
 #include "studio/tintedicon.h"
 
 #include <QActionGroup>
@@ -91,10 +92,14 @@ void MainWindow::build()
     column->addWidget(errorBar);
     column->addWidget(m_stack, 1);
     setCentralWidget(central);
-    addPage(new ProjectsPage(m_client, m_service, m_errors, m_settings, m_drafts, m_pages));
+    m_projects = new ProjectsPage(m_client, m_service, m_errors, m_settings, m_drafts, m_pages);
+    addPage(m_projects);
     addPage(new AssetsPage(m_client, m_service, m_errors, m_settings, m_pages));
     m_records = new RecordPage(m_client, m_service, m_errors, m_drafts, m_pages);
     addPage(m_records);
+    m_statistics = new StatisticsPage(m_client, m_service, m_errors, m_pages);
+    addPage(m_statistics);
+    connectStatistics();
     connect(m_rail, &NavigationRail::pageChosen, this, &MainWindow::showPage);
     connect(m_draftNotice, &DraftNotice::goOn, this, &MainWindow::goOn);
 }
@@ -166,6 +171,23 @@ bool MainWindow::mayClosePages()
             return false;
     }
     return true;
+}
+
+void MainWindow::connectStatistics()
+{
+    connect(m_projects, &ProjectsPage::openRequested, this, &MainWindow::openProject);
+    connect(m_statistics, &StatisticsPage::projectsRequested, this,
+            [this] { showPage(m_pages->indexOf(m_projects)); });
+    connect(m_statistics, &StatisticsPage::newQuestions, this, [this](int count) {
+        m_rail->setCount(m_pages->indexOf(m_statistics), count,
+                         count == 1 ? tr("1 new question") : tr("%1 new questions").arg(count));
+    });
+}
+
+void MainWindow::openProject(const QXSC::ProjectRecordPtr &project)
+{
+    m_statistics->setProject(project);
+    showPage(m_pages->indexOf(m_statistics));
 }
 
 void MainWindow::goOn(const RecordDraft &draft)

@@ -18,9 +18,11 @@ class DraftNotice;
 class ErrorCenter;
 class NavigationRail;
 class Page;
+class ProjectsPage;
 class RecordPage;
 class Settings;
 class SignInPage;
+class StatisticsPage;
 
 /// Studio's window: the sign-in page, then the rail and its pages. Problems appear in the strip
 /// above both.
@@ -56,6 +58,8 @@ private:
     void openPages();
     void showPage(int page);
     void goOn(const RecordDraft &draft);
+    void openProject(const QXSC::ProjectRecordPtr &project);
+    void connectStatistics();
     void signOut();
 
     QXSC::ServiceClient &m_client;
@@ -68,7 +72,9 @@ private:
     NavigationRail *m_rail;
     QStackedWidget *m_pages;
     DraftNotice *m_draftNotice;
+    ProjectsPage *m_projects;
     RecordPage *m_records;
+    StatisticsPage *m_statistics;
     RecordDrafts m_drafts;
     /// Server, person and account the pages were opened for.
     QStringList m_openFor;

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QButtonGroup>
 #include <QEvent>
+#include <QLabel>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -86,8 +87,57 @@ void NavigationRail::setCurrent(int page)
         button->setChecked(true);
 }
 
+void NavigationRail::setCount(int page, int count, const QString &meaning)
+{
+    QAbstractButton *button = m_group->button(page);
+    QLabel *&label = m_counts[page];
+    if (!label) {
+        label = new QLabel(this);
+        label->setObjectName(QStringLiteral("railCount_%1").arg(page));
+        label->setAttribute(Qt::WA_TransparentForMouseEvents);
+        label->setAlignment(Qt::AlignCenter);
+        label->setAutoFillBackground(false);
+        QFont font = label->font();
+        font.setPointSizeF(font.pointSizeF() * 0.85);
+        font.setWeight(QFont::DemiBold);
+        label->setFont(font);
+    }
+    label->setText(count > 99 ? QStringLiteral("99+") : QString::number(count));
+    label->setVisible(count > 0);
+    button->setAccessibleDescription(count > 0 ? meaning : QString());
+    placeCounts();
+    applyColors();
+}
+
+void NavigationRail::placeCounts()
+{
+    for (auto it = m_counts.cbegin(); it != m_counts.cend(); ++it) {
+        const QAbstractButton *button = m_group->button(it.key());
+        QLabel *label = it.value();
+        const int height = label->fontMetrics().height() + 2;
+        label->resize(qMax(height, label->fontMetrics().horizontalAdvance(label->text()) + 10),
+                      height);
+        // At the upper right of the icon.
+        label->move(button->geometry().center().x() + IconSize / 2 - 6, button->y() + 2);
+        label->raise();
+    }
+}
+
+void NavigationRail::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    placeCounts();
+}
+
 void NavigationRail::applyColors()
 {
+    for (QLabel *label : std::as_const(m_counts)) {
+        const QPalette base = QApplication::palette();
+        label->setStyleSheet(QStringLiteral("background: %1; color: %2; border-radius: %3px;")
+                                 .arg(base.color(QPalette::Highlight).name(),
+                                      base.color(QPalette::HighlightedText).name())
+                                 .arg((label->fontMetrics().height() + 2) / 2));
+    }
     const QPalette base = QApplication::palette();
     setOwnColor(this, QPalette::Window,
                 mixed(base.color(QPalette::Window), base.color(QPalette::WindowText),

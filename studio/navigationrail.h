@@ -3,8 +3,10 @@
 #pragma once
 
 #include <QFrame>
+#include <QHash>
 
 class QButtonGroup;
+class QLabel;
 class QToolButton;
 class QVBoxLayout;
 
@@ -21,6 +23,9 @@ public:
     /// Adds a page's button; pages are numbered from 0 in this order.
     void addPage(const QString &title, const QString &icon);
     void setCurrent(int page);
+    /// Shows a number at a page's button, and what it counts to assistive technology; 0 takes it
+    /// away.
+    void setCount(int page, int count, const QString &meaning);
 
     void setAccountName(const QString &name);
 
@@ -32,12 +37,16 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QToolButton *makeButton(const QString &title, const QString &icon);
     void applyColors();
 
+    void placeCounts();
+
     QButtonGroup *m_group;
+    QHash<int, QLabel *> m_counts;
     QVBoxLayout *m_pages;
     QToolButton *m_account;
 };

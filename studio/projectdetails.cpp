@@ -42,6 +42,7 @@ ProjectDetails::ProjectDetails(QWidget *parent)
     build();
     applyColors();
     showProject(nullptr, false);
+    connect(m_open, &QPushButton::clicked, this, &ProjectDetails::openRequested);
     connect(m_check, &QPushButton::clicked, this, &ProjectDetails::checkRequested);
 }
 
@@ -68,6 +69,11 @@ void ProjectDetails::build()
     m_modified = addRow(form, tr("Modified"), "detailModified");
     m_createdBy = addRow(form, tr("Created by"), "detailCreatedBy");
     m_published = addRow(form, tr("Published"), "detailPublished");
+    m_open = new QPushButton(tr("&Statistics"), m_content);
+    m_open->setObjectName(QStringLiteral("openStatistics"));
+    m_open->setToolTip(
+        tr("See what happened in the project and answer its questions (double-click, "
+           "or Enter in the list)"));
     m_check = new QPushButton(tr("Check &Published State"), m_content);
     m_check->setObjectName(QStringLiteral("checkPublished"));
     m_check->setToolTip(tr("Ask the service whether the project is published now"));
@@ -77,6 +83,7 @@ void ProjectDetails::build()
     column->addWidget(m_name);
     column->addWidget(m_description);
     column->addLayout(form);
+    column->addWidget(m_open, 0, Qt::AlignLeft);
     column->addWidget(m_check, 0, Qt::AlignLeft);
     column->addStretch(1);
 

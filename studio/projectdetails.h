@@ -30,6 +30,8 @@ public:
 signals:
     /// The person wants to know whether the project is published now.
     void checkRequested();
+    /// The person wants to see what happened in the project.
+    void openRequested();
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -50,6 +52,7 @@ private:
     TextLabel *m_createdBy;
     TextLabel *m_eventDate;
     TextLabel *m_published;
+    QPushButton *m_open;
     QPushButton *m_check;
     QList<QLabel *> m_captions;
 };

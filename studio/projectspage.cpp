@@ -194,8 +194,12 @@ void ProjectsPage::connectParts()
     connect(m_first, &QPushButton::clicked, this, &ProjectsPage::startNewProject);
     connect(m_flow, &NewProjectFlow::cancelled, this, &ProjectsPage::endNewProject);
     connect(m_flow, &NewProjectFlow::created, this, &ProjectsPage::showCreated);
-    connect(m_projects, &ProjectList::ProjectDblClick, m_details,
-            [this] { m_details->setFocus(Qt::OtherFocusReason); });
+    const auto open = [this] {
+        if (const QXSC::ProjectRecordPtr project = m_projects->GetSelectedProject())
+            emit openRequested(project);
+    };
+    connect(m_projects, &ProjectList::ProjectDblClick, this, open);
+    connect(m_details, &ProjectDetails::openRequested, this, open);
     connect(m_projects, &ProjectList::runtimeError, this,
             [this](const Zel::RuntimeError &error) { m_errors.report(error); });
     connect(m_list, &Zel::ListView::selectionChanged, this, &ProjectsPage::showSelected);

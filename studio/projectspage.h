@@ -52,6 +52,10 @@ public:
     bool mayClose() override;
     void remember() override;
 
+signals:
+    /// The person wants to see what happened in a project.
+    void openRequested(const QXSC::ProjectRecordPtr &project);
+
 protected:
     void changeEvent(QEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;

@@ -11,6 +11,7 @@
 #include "studio/tour/projectstour.h"
 #include "studio/tour/recordtour.h"
 #include "studio/tour/signintour.h"
+#include "studio/tour/statisticstour.h"
 #include "studio/tour/touractor.h"
 
 #include <QApplication>
@@ -48,6 +49,7 @@ void walk(const QString &folder, const Options &options, Appearance appearance)
     tourNewProject(actor);
     tourAssets(actor, studio);
     tourRecord(actor, studio);
+    tourStatistics(actor);
 }
 
 } // namespace
