@@ -8,6 +8,7 @@
 #include "studio/mainwindow.h"
 #include "studio/settings.h"
 #include "studio/signinpage.h"
+#include "studio/statisticspage.h"
 #include "tests/studio/studiotesting.h"
 #include "testsupport/recordingclient.h"
 #include "testsupport/testcase.h"
@@ -125,6 +126,40 @@ private slots:
         QVERIFY(f.isShown("signInPage"));
         QVERIFY(!f.isShown("navigationRail"));
         QCOMPARE(f.window.windowTitle(), QStringLiteral("Studio"));
+    }
+
+    void aProjectOpensOnItsStatistics()
+    {
+        Studios f;
+        f.signIn();
+        f.clickLine(1);
+        click(f.window, "openStatistics");
+        QVERIFY(f.isShown("statisticsPage"));
+        QVERIFY(
+            child<QLabel>(f.window, "statisticsEmpty")->text().contains(QLatin1String("Alpha")));
+        click(f.window, "chooseProject");
+        QVERIFY(f.isShown("projectsPage"));
+        f.clickLine(0);
+        QTest::mouseDClick(f.list->viewport(), Qt::LeftButton, {}, f.list->cellRect(0).center());
+        QVERIFY(f.isShown("statisticsPage"));
+        QVERIFY(
+            child<QLabel>(f.window, "statisticsEmpty")->text().contains(QLatin1String("Delta")));
+    }
+
+    void newQuestionsAreCountedOnTheRail()
+    {
+        Studios f;
+        f.signIn();
+        auto *page = child<Studio::StatisticsPage>(f.window, "statisticsPage");
+        emit page->newQuestions(7);
+        QVERIFY(f.isShown("railCount_3"));
+        QCOMPARE(child<QLabel>(f.window, "railCount_3")->text(), QStringLiteral("7"));
+        QCOMPARE(child<QToolButton>(f.window, "railPage_3")->accessibleDescription(),
+                 QStringLiteral("7 new questions"));
+        emit page->newQuestions(120);
+        QCOMPARE(child<QLabel>(f.window, "railCount_3")->text(), QStringLiteral("99+"));
+        emit page->newQuestions(0);
+        QVERIFY(!f.isShown("railCount_3"));
     }
 
     void signingInOpensThePages()
