@@ -30,6 +30,7 @@ constexpr std::array commands{
     Command{"import", "take in a workspace from readable files", importCommand},
     Command{"user", "add people (user add NAME)", userCommand},
     Command{"trash", "list, restore or purge deleted assets", trashCommand},
+    Command{"simulate", "make a deployment with a made-up audience", simulateCommand},
     Command{"doctor", "check a database", doctorCommand},
     Command{"thumbnail", "decode one picture; the service runs this itself", thumbnailCommand},
 };

@@ -63,6 +63,7 @@ void print(const QString &line);
 int serveCommand(const QStringList &arguments);
 int migrateCommand(const QStringList &arguments);
 int importCommand(const QStringList &arguments);
+int simulateCommand(const QStringList &arguments);
 int userCommand(const QStringList &arguments);
 int trashCommand(const QStringList &arguments);
 int doctorCommand(const QStringList &arguments);

@@ -150,8 +150,11 @@ bool Questions::isStatus(const QString &status)
 QList<StoredQuestion> Questions::list(const DeploymentRef &deployment, const TimeRange &range)
 {
     const HourCut cut(range);
-    return m_database.rows(
-        listQuestions, {deployment.accountId, deployment.number, cut.from, cut.end}, questionOf);
+    return readWhole(m_database, [&] {
+        return m_database.rows(listQuestions,
+                               {deployment.accountId, deployment.number, cut.from, cut.end},
+                               questionOf);
+    });
 }
 
 bool Questions::update(qint64 accountId, const QString &guid, const QString &answer,

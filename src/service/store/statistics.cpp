@@ -213,7 +213,44 @@ Participation participationOf(const SqlRow &row)
     return result;
 }
 
+/// A statement with values in place of its placeholders.
+QString typed(const SqlText &text, const SqlValues &values)
+{
+    QString sql = text.sql();
+    for (qsizetype number = values.size(); number > 0; --number) { // $12 before $1
+        const QVariant &value = values.at(number - 1).variant();
+        const QString shown = value.typeId() == QMetaType::QString
+                                  ? QLatin1Char('\'') + value.toString() + QLatin1Char('\'')
+                                  : value.toString();
+        sql.replace(QStringLiteral("$%1").arg(number), shown);
+    }
+    return sql.simplified() + QLatin1Char(';');
+}
+
 } // namespace
+
+QStringList Statistics::typedSummary(const DeploymentRef &deployment, const TimeRange &range)
+{
+    const SqlValues all = valuesOf(deployment, range);
+    const SqlValues none{deployment.accountId, deployment.number};
+    const auto with = [&all](const char *value) {
+        SqlValues values = all;
+        values << QString::fromLatin1(value);
+        return values;
+    };
+    const QString registered = typed(countRegisteredParticipants, all);
+    return {typed(sumAll, all),
+            typed(countParticipants, all),
+            typed(countRegistrants, none),
+            registered,
+            registered,
+            typed(sumByBrowserType, with("IE")),
+            typed(sumByBrowserType, with("NS")),
+            typed(sumByJSVersion, with("1.3")),
+            typed(sumByScreenDepth, with("24")),
+            typed(sumByScreenDepth, with("32")),
+            typed(sumAll, all)};
+}
 
 qint64 Statistics::number(const SqlText &text, const SqlValues &values)
 {

@@ -11,6 +11,7 @@
 #include <QHash>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -91,6 +92,10 @@ public:
     /// All registrants in order of their registration.
     QList<Participation> registrants(const DeploymentRef &deployment, const TimeRange &range);
     PageViewList pageViews(const DeploymentRef &deployment, const TimeRange &range);
+
+    /// The statements of the eleven figures of a summary with their values put in, as one would
+    /// type them into a database's own program; for measuring.
+    static QStringList typedSummary(const DeploymentRef &deployment, const TimeRange &range);
 
 private:
     /// The one number a query answers.
