@@ -49,6 +49,21 @@ QByteArray rangeQuery(const QDateTime &start, const QDateTime &end)
     return fromQuery(start) + toQuery(end);
 }
 
+/// Reads a count; one that has no room in 16 bits is an overflow that says of what there are too
+/// many.
+auto counting(const QString &tooMany)
+{
+    return [tooMany](const QByteArray &body) {
+        try {
+            return readCount(body);
+        } catch (const Zel::RuntimeError &error) {
+            if (error.number() != Zel::RuntimeError::Overflow)
+                throw;
+            throw Zel::RuntimeError(error.number(), tooMany);
+        }
+    };
+}
+
 QByteArray part(const QString &text)
 {
     return QUrl::toPercentEncoding(text);
@@ -91,12 +106,14 @@ double HttpServiceClient::GetDeploymentStatistic(const QString &deploymentGuid,
 qint16 HttpServiceClient::GetUniqueParticipantCount(const QString &deploymentGuid,
                                                     const QDateTime &start, const QDateTime &end)
 {
-    return readDeployment(deploymentGuid, "participants/count", rangeQuery(start, end), readCount);
+    return readDeployment(deploymentGuid, "participants/count", rangeQuery(start, end),
+                          counting(tr("There are more than 32,767 participants in this range.")));
 }
 
 qint16 HttpServiceClient::GetRegistrantCount(const QString &deploymentGuid)
 {
-    return readDeployment(deploymentGuid, "registrants/count", {}, readCount);
+    return readDeployment(deploymentGuid, "registrants/count", {},
+                          counting(tr("There are more than 32,767 registrants.")));
 }
 
 qint16 HttpServiceClient::GetRegisteredParticipantCount(const QString &deploymentGuid,
@@ -104,7 +121,9 @@ qint16 HttpServiceClient::GetRegisteredParticipantCount(const QString &deploymen
                                                         const QDateTime &end)
 {
     return readDeployment(deploymentGuid, "registrants/count",
-                          "participated=true&" + rangeQuery(start, end), readCount);
+                          "participated=true&" + rangeQuery(start, end),
+                          counting(tr("There are more than 32,767 registered participants in this "
+                                      "range.")));
 }
 
 qint16 HttpServiceClient::GetRegisteredNonParticipantCount(const QString &deploymentGuid,
@@ -112,7 +131,9 @@ qint16 HttpServiceClient::GetRegisteredNonParticipantCount(const QString &deploy
                                                            const QDateTime &end)
 {
     return readDeployment(deploymentGuid, "registrants/count",
-                          "participated=false&" + rangeQuery(start, end), readCount);
+                          "participated=false&" + rangeQuery(start, end),
+                          counting(tr("There are more than 32,767 registrants who did not take "
+                                      "part in this range.")));
 }
 
 qint16 HttpServiceClient::GetPageHitCountByAttribute(const QString &deploymentGuid,
@@ -124,7 +145,7 @@ qint16 HttpServiceClient::GetPageHitCountByAttribute(const QString &deploymentGu
     return readDeployment(deploymentGuid, "page-views/count",
                           "attribute=" + part(attribute) + "&op=" + part(comparison) +
                               "&value=" + part(value) + '&' + rangeQuery(start, end),
-                          readCount);
+                          counting(tr("There are more than 32,767 page views in this range.")));
 }
 
 ParticipantCollectionPtr HttpServiceClient::GetParticipants(const QString &deploymentGuid,

@@ -123,12 +123,16 @@ private slots:
         QFETCH(bool, fits);
         SignedIn there(respond(http(200, body)));
         int number = 0;
+        QString words;
         try {
             there.client.GetRegistrantCount(deployment);
         } catch (const Zel::RuntimeError &error) {
             number = error.number();
+            words = error.description();
         }
         QCOMPARE(number, fits ? 0 : 6);
+        QCOMPARE(words, fits ? QString()
+                             : QStringLiteral("There are more than 32,767 registrants."));
         QVERIFY(there.client.isSignedIn());
     }
 
