@@ -72,12 +72,14 @@ AudienceFill::Filled AudienceFill::fill(qint64 views)
                                .arg(views)
                                .arg(std::max<qint64>(1, people / 16));
     QString script = QStringLiteral("BEGIN;\n");
-    script += QStringLiteral("INSERT INTO deployment VALUES (%1, '%2', %3, "
-                             "'5c400ad7-64e6-55e6-9e0a-11462ba0bba6', 'Many', %4, NULL);\n")
-                  .arg(account)
-                  .arg(filled.guid)
-                  .arg(filled.number)
-                  .arg(begin);
+    script +=
+        QStringLiteral("INSERT INTO deployment (account_id, guid, dep_no, project_guid, name, "
+                       "published_at) VALUES (%1, '%2', %3, "
+                       "'5c400ad7-64e6-55e6-9e0a-11462ba0bba6', 'Many', %4);\n")
+            .arg(account)
+            .arg(filled.guid)
+            .arg(filled.number)
+            .arg(begin);
     script += QStringLiteral("INSERT INTO audience_person SELECT %1, i, 'user ' || i FROM %2;\n")
                   .arg(key, numbers(m_isSqlite).arg(people));
     script += QStringLiteral("INSERT INTO registrant SELECT %1, i, %2, 'First', 'Last', "

@@ -10,7 +10,7 @@ namespace ZelTest {
 
 QList<QStringList> AudienceTest::sampleRows(const QString &file)
 {
-    QFile input(ServiceProcess::sampleWorkspace().first() + QLatin1String("/deployments/") + file);
+    QFile input(ServiceProcess::sampleFolder() + QLatin1String("/deployments/") + file);
     if (!input.open(QIODevice::ReadOnly))
         throw std::runtime_error(qPrintable(input.errorString()));
     QList<QStringList> rows;

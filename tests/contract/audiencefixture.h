@@ -18,6 +18,8 @@ class AudienceTest : public ContractTest
     Q_OBJECT
 
 protected:
+    QStringList samplePaths() const override { return {ServiceProcess::sampleFolder()}; }
+
     Zel::Store &store()
     {
         if (!m_store)

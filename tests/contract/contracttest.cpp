@@ -54,7 +54,7 @@ void ContractTest::initTestCase()
     const QByteArray engine = qgetenv("ZEL_CONTRACT_DATABASE");
     QVERIFY2(engine.isEmpty() || engine == "sqlite" || engine == "postgres", engine.constData());
     m_service = std::make_unique<ServiceProcess>();
-    m_service->importPaths << workspaceFolder();
+    m_service->importPaths = samplePaths() << workspaceFolder();
     if (engine == "postgres") {
         m_postgres = std::make_unique<PostgresServer>();
         QVERIFY2(m_postgres->start(), qPrintable(m_postgres->error()));

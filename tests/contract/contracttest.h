@@ -57,6 +57,9 @@ public:
 protected:
     ServiceProcess &service() { return *m_service; }
 
+    /// What of the sample is taken in; without its deployments unless a test says so.
+    virtual QStringList samplePaths() const { return ServiceProcess::sampleWorkspace(); }
+
     /// A second process of the service over the same database, started when first asked for.
     ServiceProcess &replica();
 

@@ -3,7 +3,9 @@
 #include "tests/contract/serviceprocess.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <csignal>
 
@@ -28,9 +30,20 @@ ServiceProcess::~ServiceProcess()
         kill();
 }
 
+QString ServiceProcess::sampleFolder()
+{
+    return QStringLiteral(ZEL_SOURCE_DIR "/samples/workspace");
+}
+
 QStringList ServiceProcess::sampleWorkspace()
 {
-    return {QStringLiteral(ZEL_SOURCE_DIR "/samples/workspace")};
+    QStringList files;
+    const QFileInfoList all = QDir(sampleFolder()).entryInfoList(QDir::Files, QDir::Name);
+    for (const QFileInfo &file : all) {
+        if (file.fileName() != QLatin1String("deployments.csv"))
+            files << file.filePath();
+    }
+    return files;
 }
 
 bool ServiceProcess::fail(const QString &why)

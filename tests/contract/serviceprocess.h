@@ -32,6 +32,8 @@ public:
     QString logPath;
 
     /// The folder of the sample workspace that comes with the sources.
+    static QString sampleFolder();
+    /// Its files but for the deployments, whose audience takes as long as all the rest.
     static QStringList sampleWorkspace();
 
     /// Migrates, imports and serves; false when that fails: see `error`.

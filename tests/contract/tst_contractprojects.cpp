@@ -18,7 +18,7 @@ const QString strangeType = QString::fromUtf8("a&b=c/d?e#f%20+;ü😀 \"'\\");
 /// The sample and the contract workspace, as their files say.
 QList<ProjectInFile> allProjects()
 {
-    return projectsInFolder(ServiceProcess::sampleWorkspace().first()) +
+    return projectsInFolder(ServiceProcess::sampleFolder()) +
            projectsInFolder(ContractTest::workspaceFolder());
 }
 

@@ -62,7 +62,7 @@ ThemeRecordPtr named(const ThemeCollectionPtr &themes, const QString &name)
 
 QByteArray sampleFile(const QString &name)
 {
-    QFile file(ServiceProcess::sampleWorkspace().first() + QLatin1String("/themes/") + name);
+    QFile file(ServiceProcess::sampleFolder() + QLatin1String("/themes/") + name);
     if (!file.open(QIODevice::ReadOnly))
         throw std::runtime_error("a file of the sample cannot be read");
     return file.readAll();

@@ -326,7 +326,7 @@ void ApiTest::refusesProjectCallsWithoutAnAccount()
         QCOMPARE(reply.status, 403);
         QCOMPARE(reply.code(), QStringLiteral("no-account"));
     }
-    QCOMPARE(count, 19);
+    QCOMPARE(count, 34);
 }
 
 void ApiTest::listsTheAccountsOfTheUser()

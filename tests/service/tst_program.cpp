@@ -14,7 +14,9 @@
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QRegularExpression>
 #include <QTcpServer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -74,6 +76,7 @@ private slots:
     void addsAUserWithAPasswordFromAFileOrStandardInput();
     void refusesToAddAUserTwice();
     void importsNothingFromABadFile();
+    void simulatesAnAudienceAndTakesMoreIn();
     void findsADamagedFile();
 
 private:
@@ -99,6 +102,7 @@ void ProgramTest::helpsWithEveryCommand_data()
     row("migrate --help", "--database");
     row("import --help", "projects.csv");
     row("user --help", "--password-file");
+    row("simulate --help", "--participants");
     row("doctor -h", "Checks");
 }
 
@@ -494,6 +498,43 @@ void ProgramTest::importsNothingFromABadFile()
     QVERIFY2(output.contains("accounts.json:3: \"name\" is missing."), output.constData());
     QCOMPARE(service.runCommand({QStringLiteral("doctor")}, &output), int(ExitFine));
     QVERIFY2(output.contains("2 accounts"), output.constData());
+}
+
+void ProgramTest::simulatesAnAudienceAndTakesMoreIn()
+{
+    ServiceProcess service;
+    QVERIFY2(service.start(), qPrintable(service.error()));
+    QByteArray output;
+    const auto run = [&](const QString &commandLine) {
+        const int code = service.runCommand(commandLine.split(QLatin1Char(' ')), &output);
+        return code;
+    };
+    const QString simulate = QStringLiteral("simulate --participants 40 --days 1 --account %1 "
+                                            "--project 5c400ad7-64e6-55e6-9e0a-11462ba0bba6");
+    QCOMPARE(run(simulate.arg(1001)), int(ExitFine));
+    static const QRegularExpression shape(QStringLiteral(
+        "^deployment ([0-9a-f-]{36}): 40 participants, 19 registrants, [1-9][0-9]+ page views\n$"));
+    const auto match = shape.match(QString::fromUtf8(output));
+    QVERIFY2(match.hasMatch(), output.constData());
+    QCOMPARE(run(simulate.arg(1002)), int(ExitFailed));
+    QVERIFY2(output.contains("account 1002 has no project"), output.constData());
+    QCOMPARE(run(QStringLiteral("simulate --participants 0 --account 1001")), int(ExitUsage));
+
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("page-views.jsonl")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const QByteArray view = R"({"user":"u","at":5,"timeSpent":1,"closed":true,"browserType":"IE",)"
+                            R"("jsVersion":"1.3","screenDepth":"24"})";
+    file.write(view + '\n' + QByteArray(view).replace("\"u\"", "\"v\"") + '\n');
+    file.close();
+    const QString import = QStringLiteral("import --deployment %1 ") + file.fileName();
+    QCOMPARE(run(import.arg(match.captured(1))), int(ExitFine));
+    QVERIFY2(output.contains("page views: 2 added, 0 changed, 0 unchanged"), output.constData());
+    QCOMPARE(run(import.arg(match.captured(1).toUpper())), int(ExitFine));
+    QVERIFY2(output.contains("page views: 0 added, 0 changed, 2 unchanged"), output.constData());
+    QCOMPARE(run(import.arg(QStringLiteral("5c400ad7-64e6-55e6-9e0a-11462ba0bba6"))),
+             int(ExitFailed));
+    QVERIFY2(output.contains("there is no deployment 5c400ad7"), output.constData());
 }
 
 void ProgramTest::findsADamagedFile()

@@ -4,13 +4,41 @@
 #include "service/store/recordfile.h"
 #include "service/store/workspacefiles.h"
 
+#include <QCryptographicHash>
 #include <QDir>
+#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
 #include <limits>
 
 namespace Zel {
+
+namespace {
+
+/// Of the names and bytes of all files in a folder and below.
+QByteArray hashOfFolder(const QString &folder)
+{
+    QStringList paths;
+    QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        paths << files.next();
+    paths.sort();
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const QString &path : std::as_const(paths)) {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            throw WorkspaceFileError({path, 0},
+                                     QStringLiteral("cannot be read: %1.").arg(file.errorString()));
+        const QByteArray name = QDir(folder).relativeFilePath(path).toUtf8();
+        hash.addData(name + '\n' + QByteArray::number(file.size()) + '\n');
+        hash.addData(&file);
+    }
+    return hash.result();
+}
+
+} // namespace
 
 void WorkspaceFiles::readDeployments(const QString &path)
 {
@@ -39,7 +67,8 @@ void WorkspaceFiles::readDeployments(const QString &path)
             const QString whole = QFileInfo(path).dir().filePath(folder);
             if (!QFileInfo(whole).isDir())
                 record.refuse(QStringLiteral("there is no folder %1.").arg(whole));
-            entry.audience = AudienceFiles::read({whole});
+            entry.folder = whole;
+            entry.filesHash = hashOfFolder(whole);
         }
         deployments << entry;
     }

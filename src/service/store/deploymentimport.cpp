@@ -91,15 +91,32 @@ void add(QList<ImportCount> &sums, const QList<ImportCount> &counts)
 
 } // namespace
 
-QList<ImportCount> importDeployments(Store &store, const WorkspaceFiles &files)
+QHash<QString, AudienceFiles> newAudiences(Store &store, const WorkspaceFiles &files)
+{
+    QHash<QString, AudienceFiles> audiences;
+    for (const WorkspaceFiles::DeploymentEntry &entry : files.deployments) {
+        if (!entry.folder.isEmpty() &&
+            !store.deployments.hasFiles(entry.accountId, entry.deployment.guid, entry.filesHash))
+            audiences.insert(entry.folder, AudienceFiles::read({entry.folder}));
+    }
+    return audiences;
+}
+
+QList<ImportCount> importDeployments(Store &store, const WorkspaceFiles &files,
+                                     const QHash<QString, AudienceFiles> &audiences)
 {
     QList<ImportCount> counts{countImports(QStringLiteral("deployments"), files.deployments,
                                            [&store](const WorkspaceFiles::DeploymentEntry &entry) {
                                                return takeDeployment(store, entry);
                                            })};
     for (const WorkspaceFiles::DeploymentEntry &entry : files.deployments) {
-        const auto deployment = store.deployments.find(entry.accountId, entry.deployment.guid);
-        add(counts, takeAudience(store, deployment.value(), entry.audience));
+        const auto audience = audiences.constFind(entry.folder);
+        if (audience == audiences.cend())
+            continue;
+        const QString guid = entry.deployment.guid;
+        const auto deployment = store.deployments.find(entry.accountId, guid);
+        add(counts, takeAudience(store, deployment.value(), *audience));
+        store.deployments.setFilesHash(entry.accountId, guid, entry.filesHash);
     }
     return counts;
 }

@@ -3,13 +3,21 @@
 #pragma once
 
 #include "platform/core/export.h"
+#include "service/store/audiencefiles.h"
 #include "service/store/workspaceimport.h"
+
+#include <QHash>
 
 namespace Zel {
 
-/// The deployments of an import and what their folders hold. Only inside the transaction of an
-/// import.
-QList<ImportCount> importDeployments(Store &store, const WorkspaceFiles &files);
+/// What the folders of an import hold that are not those taken in last, by their paths. Reading
+/// them takes long, so it is done before the transaction.
+QHash<QString, AudienceFiles> newAudiences(Store &store, const WorkspaceFiles &files);
+
+/// The deployments of an import and what is new of their audience. Only inside the transaction of
+/// an import.
+QList<ImportCount> importDeployments(Store &store, const WorkspaceFiles &files,
+                                     const QHash<QString, AudienceFiles> &audiences);
 
 /// Takes in what happened in one deployment, all or nothing. Throws `WorkspaceFileError` with the
 /// place of a row that is refused.

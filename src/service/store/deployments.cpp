@@ -56,6 +56,14 @@ const SqlText changeKey(R"sql(
     WHERE account_id = $1 AND guid = $2 AND (key_hash IS NULL OR key_hash <> $3)
 )sql");
 
+const SqlText findFiles(R"sql(
+    SELECT dep_no FROM deployment WHERE account_id = $1 AND guid = $2 AND files_hash = $3
+)sql");
+
+const SqlText changeFiles(R"sql(
+    UPDATE deployment SET files_hash = $3 WHERE account_id = $1 AND guid = $2
+)sql");
+
 Deployment deploymentOf(const SqlRow &row)
 {
     return {row.text(0), row.text(1), row.text(2), row.integer(3)};
@@ -102,6 +110,13 @@ std::optional<DeploymentRef> Deployments::findByKey(const QString &guid, const Q
     return m_database.row(findKey, {hashOf(key), guid}, refOf);
 }
 
+bool Deployments::hasFiles(qint64 accountId, const QString &guid, const QByteArray &hash)
+{
+    return m_database
+        .row(findFiles, {accountId, guid, hash}, [](const SqlRow &row) { return row.integer(0); })
+        .has_value();
+}
+
 QList<DeploymentRef> Deployments::withGuid(const QString &guid)
 {
     return m_database.rows(findGuid, {guid}, refOf);
@@ -129,6 +144,11 @@ void Deployments::put(qint64 accountId, const Deployment &deployment)
 bool Deployments::setKey(qint64 accountId, const QString &guid, const QString &key)
 {
     return m_database.exec(changeKey, {accountId, guid, hashOf(key)}) > 0;
+}
+
+void Deployments::setFilesHash(qint64 accountId, const QString &guid, const QByteArray &hash)
+{
+    m_database.exec(changeFiles, {accountId, guid, hash});
 }
 
 } // namespace Zel

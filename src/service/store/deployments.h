@@ -51,6 +51,8 @@ public:
     /// The deployment whose key is given; nothing when it is that of another one.
     std::optional<DeploymentRef> findByKey(const QString &guid, const QString &key);
 
+    /// Whether files of that hash are what was taken in last.
+    bool hasFiles(qint64 accountId, const QString &guid, const QByteArray &hash);
     /// Deployments of all accounts that bear the guid.
     QList<DeploymentRef> withGuid(const QString &guid);
 
@@ -60,6 +62,8 @@ public:
     void put(qint64 accountId, const Deployment &deployment);
     /// Gives players the key in place of a former one; false when they have it already.
     bool setKey(qint64 accountId, const QString &guid, const QString &key);
+    /// Remembers the files that were taken in.
+    void setFilesHash(qint64 accountId, const QString &guid, const QByteArray &hash);
 
 private:
     QByteArray hashOf(const QString &key) const;

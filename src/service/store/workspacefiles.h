@@ -5,8 +5,8 @@
 #include "platform/core/export.h"
 #include "service/store/accounts.h"
 #include "service/store/assets.h"
-#include "service/store/audiencefiles.h"
 #include "service/store/datarecords.h"
+#include "service/store/deployments.h"
 #include "service/store/projects.h"
 #include "service/store/themes.h"
 #include "service/store/workspacefileerror.h"
@@ -125,8 +125,9 @@ public:
         FilePlace place;
         qint64 accountId = 0;
         Deployment deployment;
-        QString key; ///< of its players; empty for none
-        AudienceFiles audience;
+        QString key;          ///< of its players; empty for none
+        QString folder;       ///< what happened in it, see `AudienceFiles`; empty for none
+        QByteArray filesHash; ///< of all that lies in the folder
     };
 
     QList<AccountEntry> accounts;

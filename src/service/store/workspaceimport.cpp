@@ -28,11 +28,13 @@ class Importer
 {
 public:
     Importer(Store &store, const WorkspaceFiles &files, const QHash<QString, QString> &newHashes,
-             const QHash<QString, NewFile> &newFiles)
+             const QHash<QString, NewFile> &newFiles,
+             const QHash<QString, AudienceFiles> &audiences)
         : m_store(store)
         , m_files(files)
         , m_newHashes(newHashes)
         , m_newFiles(newFiles)
+        , m_audiences(audiences)
     {
     }
 
@@ -43,7 +45,7 @@ public:
                  << count(QStringLiteral("project types"), m_files.types, &Importer::takeType)
                  << ThemeImport(m_store, m_files).run() << importDataRecords(m_store, m_files)
                  << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject)
-                 << importDeployments(m_store, m_files)
+                 << importDeployments(m_store, m_files, m_audiences)
                  << count(QStringLiteral("folders"), m_files.folders, &Importer::takeFolder)
                  << count(QStringLiteral("folder rights"), m_files.rights, &Importer::takeRight)
                  << count(QStringLiteral("assets"), m_files.assets, &Importer::takeAsset);
@@ -238,6 +240,7 @@ private:
     const WorkspaceFiles &m_files;
     const QHash<QString, QString> &m_newHashes;
     const QHash<QString, NewFile> &m_newFiles;
+    const QHash<QString, AudienceFiles> &m_audiences;
     QList<ImportCount> m_counts;
 };
 
@@ -273,12 +276,14 @@ QHash<QString, NewFile> newFiles(Store &store, const WorkspaceFiles &files)
 QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files)
 {
     const QHash<QString, QString> hashes = newHashes(store, files);
+    const QHash<QString, AudienceFiles> audiences = newAudiences(store, files);
     std::optional<BlobLock> lock;
     if (!files.assets.isEmpty() || !files.themes.isEmpty())
         lock.emplace(store.blobs.folder(), BlobLock::Mode::Store);
     const QHash<QString, NewFile> stored = newFiles(store, files);
     storeNewPreviews(store, files);
-    return store.database.tx([&] { return Importer(store, files, hashes, stored).run(); });
+    return store.database.tx(
+        [&] { return Importer(store, files, hashes, stored, audiences).run(); });
 }
 
 } // namespace Zel

@@ -27,7 +27,8 @@ struct ImportCount
 /// Makes the database hold what the files say: what is missing is added, what differs is changed,
 /// and what the files do not mention stays. Doing it twice changes nothing the second time. It
 /// happens in one transaction: when anything is wrong (`WorkspaceFileError`, `DatabaseError`)
-/// nothing is stored.
+/// nothing is stored. The folder of a deployment is read only when anything in it has changed
+/// since.
 ZEL_EXPORT QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files);
 
 } // namespace Zel

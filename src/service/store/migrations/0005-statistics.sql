@@ -5,6 +5,8 @@
 -- their person by numbers, because there are millions of them. They have no foreign keys: they are
 -- written only together with what they refer to, and nothing of it is ever deleted.
 
+-- files_hash is that of the folder that was taken in last, so that the same one need not be read
+-- again.
 CREATE TABLE deployment (
     account_id BIGINT NOT NULL,
     guid TEXT NOT NULL,
@@ -13,6 +15,7 @@ CREATE TABLE deployment (
     name TEXT NOT NULL,
     published_at BIGINT NOT NULL,
     key_hash BYTEA,
+    files_hash BYTEA,
     PRIMARY KEY (account_id, guid),
     UNIQUE (account_id, dep_no),
     FOREIGN KEY (account_id, project_guid) REFERENCES project (account_id, guid)
