@@ -14,7 +14,9 @@
 
 #include <QApplication>
 #include <QCollator>
+#include <QPushButton>
 #include <QTabBar>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include <functional>
@@ -34,6 +36,7 @@ constexpr int sortedColumns[] = {PageViewRows::UserID, PageViewRows::Date, PageV
 /// More lines take a QTreeWidget gigabytes and minutes.
 constexpr int mostTreeLines = 100'000;
 constexpr double fillGoal = 0.05;
+constexpr double memoryGoal = 0.10;
 constexpr double sortGoal = 1.1;
 
 /// Three thousand persons over two days in no order.
@@ -71,13 +74,16 @@ struct Figures
     double memory = 0;
 };
 
-/// The control itself, loaded from a client that answers at once.
+/// The control itself with a client that answers at once. Filling it is running a report.
 struct OurList
 {
     OurList()
         : list(control.findChild<Zel::ListView *>(QStringLiteral("pageViewList")))
     {
+        control.Init(&client, QStringLiteral("d1"));
         control.findChild<QTabBar *>(QStringLiteral("reportsTabs"))->setCurrentIndex(2);
+        while (control.findChild<QTimer *>(QStringLiteral("Timer1"))->isActive())
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
     QWidget *widget() { return &control; }
@@ -87,8 +93,7 @@ struct OurList
     void fill(const Records &records)
     {
         client.pageViews = records;
-        control.Init(&client, QStringLiteral("d1"));
-        control.findChild<QTabBar *>(QStringLiteral("reportsTabs"))->setCurrentIndex(2);
+        control.findChild<QPushButton *>(QStringLiteral("runReportCmd"))->click();
     }
 
     void sort(int column) { emit list->columnClicked(column); }
@@ -253,7 +258,7 @@ int main(int argc, char **argv)
 
     std::printf("\n");
     printGoal("fill and first paint", oursFew.fill, tree.fill, "QTreeWidget's", fillGoal);
-    printGoal("memory a line", oursFew.memory, tree.memory, "QTreeWidget's", fillGoal);
+    printGoal("memory a line", oursFew.memory, tree.memory, "QTreeWidget's", memoryGoal);
     printGoal("sort by \"User ID\"", ours.sorts[0], bare.sorts[0], "the bare records'", sortGoal);
     printGoal("sort by \"Date\"", ours.sorts[1], bare.sorts[1], "the bare records'", sortGoal);
     printGoal("sort by \"Tme Spent\"", ours.sorts[2], bare.sorts[2], "the bare records'", sortGoal);

@@ -77,6 +77,7 @@ QPushButton *QuestionList::makeButton(const char *name, const QString &caption,
     // The caption is what hosts know and stays without a mark; the key works in this tab alone.
     auto *shortcut = new QShortcut(QKeySequence(Qt::ALT | mnemonic), frame());
     shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    shortcut->setAutoRepeat(false);
     connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
     return button;
 }

@@ -25,7 +25,8 @@ public:
     /// Error 91 while no client was given or after it is gone.
     QXSC::ServiceClient &client() const;
 
-    const QString &deploymentGuid() const { return m_deploymentGuid; }
+    /// By value: it is handed to calls that may outlive the control.
+    QString deploymentGuid() const { return m_deploymentGuid; }
 
     /// Local date-times in whole seconds; both belong to the range.
     QDateTime start() const;

@@ -58,7 +58,7 @@ public:
 };
 
 /// The lines of the list of page views.
-class PageViewRows : public RecordRows<QXSC::PageViewRecord>
+class ZEL_EXPORT PageViewRows : public RecordRows<QXSC::PageViewRecord>
 {
 public:
     enum Column

@@ -154,6 +154,7 @@ private slots:
     void mnemonicsWorkInTheTab();
     void mnemonicsDoNothingInOtherTabs();
     void aHugeQuestionIsShownAndKept();
+    void headersSortNothing();
     void aHostMaySortByTime();
 };
 
@@ -667,6 +668,14 @@ void tst_QuestionList::aHugeQuestionIsShownAndKept()
     f.answer([] { pressInDialog("OKButton"); });
     QCOMPARE(f.trail.constFirst(),
              QStringLiteral("UpdateQuestion(\"q1\", \"\", \"%1\", \"\", \"\")").arg(plain));
+}
+
+void tst_QuestionList::headersSortNothing()
+{
+    QuestionFixture f({asked("q1", "b"), asked("q2", "c"), asked("q3", "a")});
+    ListTesting::clickHeader(f.questions(), 5);
+    QVERIFY(!f.questions().isSorted());
+    QCOMPARE(ListTesting::shownTexts(f.questions(), 5), words("b|c|a"));
 }
 
 void tst_QuestionList::aHostMaySortByTime()
