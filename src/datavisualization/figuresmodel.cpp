@@ -8,6 +8,18 @@
 
 namespace ZelDataVisualization {
 
+namespace {
+
+QVariant alignmentOf(int column)
+{
+    const Qt::Alignment across = column == Figures::Label  ? Qt::AlignLeft
+                                 : column == Figures::Mark ? Qt::AlignHCenter
+                                                           : Qt::AlignRight;
+    return QVariant::fromValue(across | Qt::AlignVCenter);
+}
+
+} // namespace
+
 FiguresModel::FiguresModel(QObject *parent)
     : QAbstractTableModel(parent)
 {
@@ -44,11 +56,8 @@ QVariant FiguresModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         // Never as markup, whatever an author wrote.
         return QStringLiteral("<p>%1</p>").arg(m_figures->spoken(index.row()).toHtmlEscaped());
-    case Qt::TextAlignmentRole: {
-        const bool isNumber = index.column() == Figures::First || index.column() == Figures::Second;
-        return QVariant::fromValue(
-            Qt::Alignment((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
-    }
+    case Qt::TextAlignmentRole:
+        return alignmentOf(index.column());
     case Qt::DecorationRole:
         if (index.column() == Figures::Label && !m_figures->isShare())
             return chartColor(m_figures->color(index.row()));
@@ -64,11 +73,8 @@ QVariant FiguresModel::headerData(int section, Qt::Orientation orientation, int 
         return QAbstractTableModel::headerData(section, orientation, role);
     if (role == Qt::DisplayRole)
         return m_headers.at(section);
-    if (role == Qt::TextAlignmentRole) {
-        const bool isNumber = section == Figures::First || section == Figures::Second;
-        return QVariant::fromValue(
-            Qt::Alignment((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
-    }
+    if (role == Qt::TextAlignmentRole)
+        return alignmentOf(section);
     return {};
 }
 

@@ -49,8 +49,10 @@ void copyFigures(const QTableView &table)
 {
     const QAbstractItemModel &model = *table.model();
     QModelIndexList rows = table.selectionModel()->selectedRows();
-    if (rows.isEmpty())
-        return;
+    if (rows.isEmpty()) {
+        for (int row = 0; row < model.rowCount(); ++row)
+            rows << model.index(row, 0);
+    }
     std::sort(rows.begin(), rows.end());
     const int columns = model.columnCount();
     QStringList lines;

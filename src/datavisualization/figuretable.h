@@ -12,7 +12,8 @@ void setUpFigureTable(QTableView &table);
 /// Gives the columns the room that their texts want, the first one the rest.
 void fitFigureTable(QTableView &table);
 
-/// Puts the chosen lines on the clipboard, with the headers, a tab between two cells.
+/// Puts the chosen lines, or all where none is chosen, on the clipboard, with the headers, a tab
+/// between two cells.
 void copyFigures(const QTableView &table);
 
 } // namespace ZelDataVisualization

@@ -11,7 +11,7 @@ namespace ZelDataVisualization {
 GraphWindow::GraphWindow(qsizetype count, bool canBeGrouped)
     : m_count(count)
     , m_mostShown(canBeGrouped ? count : std::min(count, MostBars))
-    , m_shown(std::min(count, FirstShown))
+    , m_shown(std::min(count, MostAtFirst))
 {
 }
 
@@ -19,6 +19,12 @@ void GraphWindow::show(qsizetype shown, qsizetype around)
 {
     m_shown = std::clamp(shown, std::min(m_count, LeastShown), m_mostShown);
     scrollTo(around - m_shown / 2);
+}
+
+void GraphWindow::fit(qsizetype room)
+{
+    m_shown = std::min(m_mostShown, std::clamp(room, LeastAtFirst, MostAtFirst));
+    scrollTo(m_first);
 }
 
 void GraphWindow::zoomIn(qsizetype around)
@@ -88,6 +94,11 @@ GraphBar averageOf(const Figures &figures, qsizetype from, qsizetype to)
 }
 
 } // namespace
+
+QString valueLabel(const GraphBar &bar)
+{
+    return bar.isCorrect ? QStringLiteral("✓ ") + bar.valueText : bar.valueText;
+}
 
 std::vector<GraphBar> barsOf(const Figures &figures, const GraphWindow &window)
 {

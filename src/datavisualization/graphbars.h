@@ -12,8 +12,9 @@ class ZEL_EXPORT GraphWindow
 public:
     /// As many bars as can be told apart; beyond that a bar stands for several figures.
     static constexpr qsizetype MostBars = 60;
-    /// As many as their labels leave room for; what is shown at first.
-    static constexpr qsizetype FirstShown = 30;
+    /// What is shown at first: as many as have room for their labels, within these bounds.
+    static constexpr qsizetype MostAtFirst = 30;
+    static constexpr qsizetype LeastAtFirst = 5;
     static constexpr qsizetype LeastShown = 3;
 
     GraphWindow() = default;
@@ -37,6 +38,8 @@ public:
 
     bool canZoomOut() const { return m_shown < m_mostShown; }
 
+    /// Shows as many figures as there is room for, from the first one on that is shown.
+    void fit(qsizetype room);
     /// Halves or doubles what is shown, with a figure kept in the middle.
     void zoomIn(qsizetype around);
     void zoomOut(qsizetype around);
@@ -65,6 +68,9 @@ struct GraphBar
     bool isCorrect = false;
     qsizetype figure = 0; ///< the first one it stands for
 };
+
+/// What is written beside a bar.
+QString valueLabel(const GraphBar &bar);
 
 /// The bars of a window. One that stands for several figures has their average.
 std::vector<GraphBar> barsOf(const Figures &figures, const GraphWindow &window);

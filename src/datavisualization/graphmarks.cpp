@@ -84,7 +84,7 @@ void GraphMarks::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWid
     for (size_t i = 0; i < m_content.bars.size(); ++i) {
         const GraphBar &bar = m_content.bars[i];
         if (bar.isCorrect)
-            paintHatching(painter, m_places.bar(i, bar.value.value_or(0)));
+            paintHatching(painter, m_places.bar(i, bar.value.value_or(0)), chartColor(bar.color));
         paintValue(painter, i);
     }
     paintLabels(painter);
@@ -105,13 +105,14 @@ void GraphMarks::paintTitle(QPainter *painter) const
 }
 
 /// Lines instead of a patterned brush: they look the same in every kind of file.
-void GraphMarks::paintHatching(QPainter *painter, const QRectF &bar) const
+void GraphMarks::paintHatching(QPainter *painter, const QRectF &bar, const QColor &ground) const
 {
     constexpr double Distance = 7;
+    constexpr int DarkGround = 100; // of 255
     if (bar.isEmpty())
         return;
     painter->save();
-    painter->setPen(QPen(Qt::black, 1.5));
+    painter->setPen(QPen(qGray(ground.rgb()) < DarkGround ? Qt::white : Qt::black, 1.5));
     for (double at = Distance; at < bar.width() + bar.height(); at += Distance) {
         // From the left or lower edge up to the upper or right one.
         const double right = std::min(at, bar.width());
@@ -165,7 +166,7 @@ void GraphMarks::paintStandingLabel(QPainter *painter, const QRectF &slot,
 void GraphMarks::paintValue(QPainter *painter, size_t index) const
 {
     const GraphBar &bar = m_content.bars[index];
-    const QString text = bar.isCorrect ? QStringLiteral("✓ ") + bar.valueText : bar.valueText;
+    const QString text = valueLabel(bar);
     const QRectF rect = m_places.bar(index, bar.value.value_or(0));
     const QRectF slot = m_places.slot(index);
     const QFontMetricsF metrics(m_look.font);

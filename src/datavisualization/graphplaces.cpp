@@ -47,7 +47,7 @@ double widestValue(const GraphContent &content, const QFontMetricsF &metrics)
 {
     double widest = 0;
     for (const GraphBar &bar : content.bars)
-        widest = std::max(widest, metrics.horizontalAdvance(QStringLiteral("✓ ") + bar.valueText));
+        widest = std::max(widest, metrics.horizontalAdvance(valueLabel(bar)));
     return widest + Gap;
 }
 
@@ -94,9 +94,11 @@ GraphPlaces::GraphPlaces(const GraphContent &content, const QFont &font, const Q
         const double room = isUpright      ? std::min(names, size.height() * 0.3)
                             : names > slot ? 3 * line
                                            : line;
-        const double aboveBars = slot < widestValue(content, metrics)
-                                     ? std::min(widestValue(content, metrics), size.height() * 0.2)
-                                     : line + Gap;
+        // Values that stand upright need room above the highest bar, where it leaves none itself.
+        const double values = widestValue(content, metrics);
+        const double free = (1 - most / top) * size.height() * 0.5;
+        const double aboveBars =
+            slot < values ? std::clamp(values + Gap - free, 0.0, size.height() * 0.2) : line + Gap;
         plot = QRectF(QPointF(Gap + ticks, y + aboveBars),
                       QPointF(size.width() - Gap, size.height() - room - 2 * Gap));
         labels = QRectF(plot.left(), plot.bottom() + Gap, plot.width(), room);

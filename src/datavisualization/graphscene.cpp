@@ -24,8 +24,10 @@ void addBars(QAbstractBarSeries &series, const GraphContent &content, double sca
              const GraphLook &look)
 {
     std::map<int, QBarSet *> sets;
-    for (size_t i = 0; i < content.bars.size(); ++i) {
-        const GraphBar &bar = content.bars[i];
+    const size_t count = content.bars.size();
+    for (size_t i = 0; i < count; ++i) {
+        // Lying bars are counted from below; the first one belongs to the top.
+        const GraphBar &bar = content.bars[content.isRotated ? count - 1 - i : i];
         QBarSet *&set = sets[bar.color];
         if (!set) {
             set = new QBarSet(QString());
@@ -37,7 +39,7 @@ void addBars(QAbstractBarSeries &series, const GraphContent &content, double sca
         set->append(bar.value.value_or(0) * scale);
     }
     for (const auto &[color, set] : sets) {
-        while (set->count() < static_cast<int>(content.bars.size()))
+        while (set->count() < static_cast<int>(count))
             set->append(0);
         series.append(set);
     }
@@ -70,7 +72,6 @@ QBarCategoryAxis *makeNames(const GraphContent &content, const GraphLook &look)
     axis->setLabelsVisible(false); // they would be read as markup
     axis->setGridLineVisible(false);
     axis->setLinePen(QPen(look.text, 1));
-    axis->setReverse(content.isRotated);
     return axis;
 }
 

@@ -3,9 +3,11 @@
 #include "datavisualization/graphview.h"
 
 #include "datavisualization/graphaccessible.h"
+#include "datavisualization/visualizationtexts.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QToolTip>
 
 #include <algorithm>
@@ -47,6 +49,8 @@ void GraphView::setFigures(const FiguresPtr &figures)
     m_figures = figures;
     m_window = GraphWindow(figures->count(), figures->canBeGrouped());
     m_current = figures->count() > 0 ? 0 : -1;
+    m_isZoomed = false;
+    fitWindow();
     setAccessibleName(figures->name());
     setAccessibleDescription(figures->note());
     draw();
@@ -60,6 +64,7 @@ void GraphView::setRotated(bool isRotated)
     if (m_isRotated == isRotated)
         return;
     m_isRotated = isRotated;
+    fitWindow();
     draw();
     emit windowChanged();
 }
@@ -69,6 +74,9 @@ GraphContent GraphView::contentOf() const
     GraphContent content;
     content.title = m_figures->title();
     content.note = m_figures->note();
+    if (m_window.group() > 1)
+        content.note = VisualizationTexts::tr("Each bar is the average of %1.")
+                           .arg(QLocale().toString(m_window.group()));
     content.bars = barsOf(*m_figures, m_window);
     content.isShare = m_figures->isShare();
     content.isRotated = m_isRotated;
@@ -131,26 +139,41 @@ void GraphView::scrollTo(qsizetype first)
     setCurrent(current);
 }
 
+/// As many bars as have room for their names, until a person zooms.
+void GraphView::fitWindow()
+{
+    if (m_isZoomed)
+        return;
+    const double line = fontMetrics().height() * 1.3;
+    const double room = m_isRotated ? viewport()->height() - 4 * line : viewport()->width();
+    m_window.fit(static_cast<qsizetype>(room / line));
+    m_window.reveal(m_current);
+}
+
+void GraphView::zoomed()
+{
+    m_isZoomed = true;
+    draw();
+    emit windowChanged();
+}
+
 void GraphView::zoomIn()
 {
     m_window.zoomIn(m_current);
-    draw();
-    emit windowChanged();
+    zoomed();
 }
 
 void GraphView::zoomOut()
 {
     m_window.zoomOut(m_current);
-    draw();
-    emit windowChanged();
+    zoomed();
 }
 
 void GraphView::showAll()
 {
     m_window.showAll();
     m_window.reveal(m_current);
-    draw();
-    emit windowChanged();
+    zoomed();
 }
 
 qsizetype GraphView::barAt(const QPoint &position) const
@@ -266,7 +289,9 @@ bool GraphView::viewportEvent(QEvent *event)
 void GraphView::resizeEvent(QResizeEvent *event)
 {
     QGraphicsView::resizeEvent(event);
+    fitWindow();
     draw();
+    emit windowChanged();
 }
 
 void GraphView::focusInEvent(QFocusEvent *event)

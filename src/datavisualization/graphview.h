@@ -66,6 +66,8 @@ protected:
 
 private:
     void draw();
+    void fitWindow();
+    void zoomed();
     void goTo(qsizetype figure);
     bool move(int key);
     void announce();
@@ -76,6 +78,7 @@ private:
     GraphWindow m_window;
     qsizetype m_current = -1;
     bool m_isRotated = false;
+    bool m_isZoomed = false; ///< a person has said how much is to be seen
 };
 
 } // namespace ZelDataVisualization

@@ -120,7 +120,8 @@ void GridChartParts::show(const FiguresPtr &shown)
     figures->setAccessibleDescription(shown->name());
     m_pages->setCurrentWidget(shown->count() > 0 ? static_cast<QWidget *>(m_splitter) : message);
     if (shown->count() > 0)
-        figures->setCurrentIndex(m_model->index(0, 0));
+        figures->selectionModel()->setCurrentIndex(m_model->index(0, 0),
+                                                   QItemSelectionModel::NoUpdate);
 }
 
 } // namespace ZelDataVisualization
