@@ -11,7 +11,7 @@ namespace ZelDataVisualization {
 namespace {
 
 /// A results workbook looks at each of its cells about once.
-constexpr size_t LeastWork = 20'000'000;
+constexpr size_t LeastWork = 5'000'000;
 constexpr size_t WorkOfCell = 8;
 /// Formulas that wait for others, at one time.
 constexpr size_t MostSteps = 4'000'000;

@@ -49,7 +49,7 @@ struct Cell
 static_assert(sizeof(Cell) == 8);
 
 /// A sheet: rows and cells in order, only those that are there.
-struct Sheet
+struct ZEL_EXPORT Sheet
 {
     struct Row
     {
