@@ -63,7 +63,7 @@ bool GraphPicture::write(QIODevice &device, const QString &suffix) const
         writer.setSize(m_size.toSize());
         writer.setViewBox(QRectF(QPointF(), m_size));
         writer.setResolution(DotsPerInch);
-        writer.setTitle(m_content.title);
+        writer.setTitle(m_content.title.toHtmlEscaped()); // it is written as it stands
         QPainter painter(&writer);
         paint(painter, QRectF(QPointF(), m_size));
         return true;

@@ -25,7 +25,7 @@ struct GraphContent
 };
 
 /// Where everything of a graph is, in pixels of the scene.
-struct GraphPlaces
+struct ZEL_EXPORT GraphPlaces
 {
     GraphPlaces() = default;
     GraphPlaces(const GraphContent &content, const QFont &font, const QSizeF &size);
