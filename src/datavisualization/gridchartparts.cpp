@@ -33,6 +33,7 @@ QString tr(const char *text)
 GridChartParts::GridChartParts(QWidget *parent)
 {
     m_splitter = new QSplitter(Qt::Vertical, parent);
+    m_splitter->setObjectName(QStringLiteral("results"));
     m_splitter->setChildrenCollapsible(false);
     // In the order in which the Tab key goes through them.
     makeGraph(m_splitter);
@@ -59,6 +60,7 @@ GridChartParts::GridChartParts(QWidget *parent)
 void GridChartParts::makeGraph(QWidget *parent)
 {
     panel = new QWidget(parent);
+    panel->setObjectName(QStringLiteral("graphPanel"));
     graph = new GraphView(panel);
     graph->setObjectName(QStringLiteral("graph"));
     across = new QScrollBar(Qt::Horizontal, panel);
