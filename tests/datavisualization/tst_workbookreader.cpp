@@ -283,7 +283,7 @@ void tst_WorkbookReader::survivesEveryDamagedCharacter_data()
 void tst_WorkbookReader::survivesEveryDamagedCharacter()
 {
     QFETCH(QString, text);
-    for (const char16_t damage : {u'<', u'\'', u'\0'}) {
+    for (const char16_t damage : {u'<', u'\''}) {
         for (qsizetype at = 0; at < text.size(); ++at) {
             QString damaged = text;
             damaged[at] = damage;
