@@ -105,11 +105,12 @@ void GraphMarks::paintTitle(QPainter *painter) const
 }
 
 /// Lines instead of a patterned brush: they look the same in every kind of file.
-void GraphMarks::paintHatching(QPainter *painter, const QRectF &bar, const QColor &ground) const
+void GraphMarks::paintHatching(QPainter *painter, const QRectF &outline, const QColor &ground) const
 {
     constexpr double Distance = 7;
     constexpr int DarkGround = 100; // of 255
-    if (bar.isEmpty())
+    const QRectF bar = outline.adjusted(1, 1, -1, -1);
+    if (bar.width() <= 0 || bar.height() <= 0)
         return;
     painter->save();
     painter->setPen(QPen(qGray(ground.rgb()) < DarkGround ? Qt::white : Qt::black, 1.5));
@@ -194,7 +195,13 @@ void GraphMarks::paintCurrent(QPainter *painter) const
     painter->save();
     painter->setPen(QPen(m_look.current, 2));
     painter->setBrush(Qt::NoBrush);
-    painter->drawRoundedRect(m_places.slot(static_cast<size_t>(m_content.current)), 3, 3);
+    // With the value beside the bar.
+    QRectF frame = m_places.slot(static_cast<size_t>(m_content.current));
+    if (m_places.isRotated)
+        frame.setRight(m_size.width() - Gap);
+    else
+        frame.setTop(frame.top() - QFontMetricsF(m_look.font).height() - Gap);
+    painter->drawRoundedRect(frame, 3, 3);
     painter->restore();
 }
 

@@ -25,7 +25,7 @@ public:
 
 private:
     void paintTitle(QPainter *painter) const;
-    void paintHatching(QPainter *painter, const QRectF &bar, const QColor &ground) const;
+    void paintHatching(QPainter *painter, const QRectF &outline, const QColor &ground) const;
     void paintLabels(QPainter *painter) const;
     void paintLyingLabel(QPainter *painter, const QRectF &slot, const QString &label) const;
     void paintStandingLabel(QPainter *painter, const QRectF &slot, const QString &label) const;

@@ -31,7 +31,9 @@ double highest(const GraphContent &content)
     double most = 0;
     for (const GraphBar &bar : content.bars)
         most = std::max(most, bar.value.value_or(0));
-    return most;
+    // Twice a value beyond that is none.
+    constexpr double Beyond = 1e300;
+    return std::min(most, Beyond);
 }
 
 double widestLabel(const GraphContent &content, const QFontMetricsF &metrics)

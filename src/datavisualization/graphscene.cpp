@@ -36,7 +36,7 @@ void addBars(QAbstractBarSeries &series, const GraphContent &content, double sca
         }
         while (set->count() < static_cast<int>(i))
             set->append(0);
-        set->append(bar.value.value_or(0) * scale);
+        set->append(std::max(0.0, bar.value.value_or(0)) * scale);
     }
     for (const auto &[color, set] : sets) {
         while (set->count() < static_cast<int>(count))

@@ -47,8 +47,6 @@ GridChart::GridChart(QWidget *parent)
     : Zel::Control(parent)
     , m_parts(std::make_unique<GridChartParts>(this))
 {
-    setFocusPolicy(Qt::StrongFocus);
-    setFocusProxy(m_parts->graph);
     connectParts();
     followWindow();
 }

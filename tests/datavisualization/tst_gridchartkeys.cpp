@@ -6,11 +6,15 @@
 #include <QAccessible>
 #include <QAction>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QHelpEvent>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QSignalSpy>
+#include <QTimer>
 #include <QToolTip>
+#include <QVBoxLayout>
 #include <QWheelEvent>
 
 using namespace ZelDataVisualization;
@@ -42,6 +46,8 @@ private slots:
     void aClickGoesToABar();
     void graphAndTableGoTogether();
     void theTabKeyGoesFromTheGraphToTheTable();
+    void takesItsPlaceInTheTabOrderOfAForm();
+    void theContextMenuOpens();
     void toolTipsTellTheValue();
     void assistiveTechnologySeesTheBars();
     void copiesLinesOfTheTable();
@@ -111,7 +117,7 @@ void tst_GridChartKeys::arrowsWalkGroupsWhereABarStandsForMany()
     QCOMPARE(on.graph()->content().bars.size(), size_t(60));
     QTest::keyClick(on.graph(), Qt::Key_Right);
     QCOMPARE(on.graph()->current(), 50);
-    QCOMPARE(announcedBy(on.graph()), QStringLiteral("51 to 100, average: 42.0 %"));
+    QCOMPARE(announcedBy(on.graph()), QStringLiteral("51 to 100, average: 41.3 %"));
 }
 
 void tst_GridChartKeys::zooms()
@@ -222,6 +228,62 @@ void tst_GridChartKeys::theTabKeyGoesFromTheGraphToTheTable()
     QVERIFY(on.table()->hasFocus());
     QTest::keyClick(on.table(), Qt::Key_Backtab);
     QVERIFY(on.graph()->hasFocus());
+}
+
+void tst_GridChartKeys::takesItsPlaceInTheTabOrderOfAForm()
+{
+    QWidget form;
+    QPushButton before(&form);
+    GridChart chart(&form);
+    QPushButton after(&form);
+    QVBoxLayout column(&form);
+    for (QWidget *widget : std::initializer_list<QWidget *>{&before, &chart, &after})
+        column.addWidget(widget);
+    QVERIFY(chart.LoadWorkbookXml(GridChartFixture::survey(4).text()));
+    form.show();
+    form.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    const auto way = [&](int steps) {
+        before.setFocus();
+        QStringList names;
+        for (int i = 0; i < steps; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QWidget *at = QApplication::focusWidget();
+            names << (at == &after ? QStringLiteral("after") : at->objectName());
+        }
+        return names;
+    };
+    const QStringList graphAndTable{QStringLiteral("graph"), QStringLiteral("figures"),
+                                    QStringLiteral("after")};
+    QCOMPARE(way(3), graphAndTable);
+    chart.SetShowGraph(false);
+    QCOMPARE(way(2), graphAndTable.mid(1));
+    chart.setFocus();
+    QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("figures"));
+    chart.SetShowGraph(true);
+    QCOMPARE(way(3), graphAndTable);
+}
+
+void tst_GridChartKeys::theContextMenuOpens()
+{
+    GridChartFixture on;
+    QVERIFY(on.load());
+    for (QAbstractScrollArea *view :
+         std::initializer_list<QAbstractScrollArea *>{on.graph(), on.table()}) {
+        qsizetype offered = 0;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&offered] {
+            if (QWidget *menu = QApplication::activePopupWidget()) {
+                offered = menu->actions().size();
+                menu->close();
+            }
+        });
+        timer.start(10);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(30, 30),
+                                view->viewport()->mapToGlobal(QPoint(30, 30)));
+        QApplication::sendEvent(view->viewport(), &event);
+        QCOMPARE(offered, view->actions().size());
+    }
 }
 
 void tst_GridChartKeys::toolTipsTellTheValue()
