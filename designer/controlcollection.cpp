@@ -7,13 +7,13 @@
 #include "designer/controlplugin.h"
 #include "login/login.h"
 #include "projects/projectlist.h"
+#include "themes/themelist.h"
 #include "records/checkboxwidget.h"
 #include "records/customwidget.h"
 #include "records/datarecordmanager.h"
 #include "records/textareawidget.h"
 #include "records/textassetwidget.h"
 #include "records/textwidget.h"
-#include "themes/themelist.h"
 
 using namespace ZelWebServiceControls;
 
@@ -42,9 +42,6 @@ QList<ControlEntry> controls()
         controlEntry<ProjectList>(
             "projects/projectlist.h", "projectlist",
             QT_TRANSLATE_NOOP("ControlPlugin", "Lists the projects of a type")),
-        controlEntry<ThemeList>(
-            "themes/themelist.h", "themelist",
-            QT_TRANSLATE_NOOP("ControlPlugin", "Lets a person choose the theme of a project")),
         controlEntry<TextAreaWidget>(
             "records/textareawidget.h", "textareawidget",
             QT_TRANSLATE_NOOP("ControlPlugin", "A field of several lines of text")),
@@ -53,6 +50,9 @@ QList<ControlEntry> controls()
             QT_TRANSLATE_NOOP("ControlPlugin", "A field that holds an asset")),
         controlEntry<TextWidget>("records/textwidget.h", "textwidget",
                                  QT_TRANSLATE_NOOP("ControlPlugin", "A field of one line of text")),
+        controlEntry<ThemeList>(
+            "themes/themelist.h", "themelist",
+            QT_TRANSLATE_NOOP("ControlPlugin", "Lets a person choose the theme of a project")),
     };
 }
 

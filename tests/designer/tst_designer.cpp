@@ -30,8 +30,8 @@ const QByteArray formText = R"(<ui version="4.0"><class>Form</class>
 <customwidgets><customwidget><class>ZelWebServiceControls::Login</class>
 <extends>QWidget</extends><header>login/login.h</header></customwidget></customwidgets></ui>)";
 
-/// The editor loads the plugin of Qt WebEngine too, where there is one, which wants this said
-/// before the application object is made.
+/// The editor loads the plugin of Qt WebEngine too, where there is one, which wants this said before
+/// the application object is made.
 [[maybe_unused]] const bool contextsShared = [] {
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     return true;
@@ -87,16 +87,17 @@ private slots:
             const std::unique_ptr<QWidget> widget(control->createWidget(nullptr));
             QCOMPARE(QString::fromLatin1(widget->metaObject()->className()), control->name());
         }
-        QStringList expected;
-        for (const char *name :
-             {"ZelWebServiceControls::AssetManager", "ZelWebServiceControls::CheckboxWidget",
-              "ZelWebServiceControls::CustomWidget", "ZelWebServiceControls::DataRecordManager",
-              "ZelDataVisualization::GridChart", "ZelWebServiceControls::Login",
-              "ZelWebServiceControls::ProjectList", "ZelWebServiceControls::ThemeList",
-              "ZelWebServiceControls::TextAreaWidget", "ZelWebServiceControls::TextAssetWidget",
-              "ZelWebServiceControls::TextWidget"})
-            expected << QString::fromLatin1(name);
-        QCOMPARE(names, expected);
+        QCOMPARE(names, (QStringList{QStringLiteral("ZelWebServiceControls::AssetManager"),
+                                     QStringLiteral("ZelWebServiceControls::CheckboxWidget"),
+                                     QStringLiteral("ZelWebServiceControls::CustomWidget"),
+                                     QStringLiteral("ZelWebServiceControls::DataRecordManager"),
+                                     QStringLiteral("ZelDataVisualization::GridChart"),
+                                     QStringLiteral("ZelWebServiceControls::Login"),
+                                     QStringLiteral("ZelWebServiceControls::ProjectList"),
+                                     QStringLiteral("ZelWebServiceControls::TextAreaWidget"),
+                                     QStringLiteral("ZelWebServiceControls::TextAssetWidget"),
+                                     QStringLiteral("ZelWebServiceControls::TextWidget"),
+                                     QStringLiteral("ZelWebServiceControls::ThemeList")}));
     }
 
     void controlsOnAFormAreInDesignMode()
