@@ -3,6 +3,7 @@
 #include "designer/controlcollection.h"
 
 #include "assets/assetmanager.h"
+#include "datavisualization/gridchart.h"
 #include "designer/controlplugin.h"
 #include "login/login.h"
 #include "projects/projectlist.h"
@@ -34,6 +35,9 @@ QList<ControlEntry> controls()
         controlEntry<DataRecordManager>(
             "records/datarecordmanager.h", "datarecordmanager",
             QT_TRANSLATE_NOOP("ControlPlugin", "Edits a data record in a form of its own making")),
+        controlEntry<ZelDataVisualization::GridChart>(
+            "datavisualization/gridchart.h", "gridchart",
+            QT_TRANSLATE_NOOP("ControlPlugin", "Charts the results of a poll, survey or quiz")),
         controlEntry<Login>("login/login.h", "login",
                             QT_TRANSLATE_NOOP("ControlPlugin", "Signs a person in to the service")),
         controlEntry<ProjectList>(

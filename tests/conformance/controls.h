@@ -3,6 +3,7 @@
 #pragma once
 
 #include "assets/assetmanager.h"
+#include "datavisualization/gridchart.h"
 #include "login/login.h"
 #include "platform/widgets/controlregistry.h"
 #include "projects/projectlist.h"
@@ -23,6 +24,7 @@ inline void introduceControls()
     Zel::ControlRegistry::add<CheckboxWidget>();
     Zel::ControlRegistry::add<CustomWidget>();
     Zel::ControlRegistry::add<DataRecordManager>();
+    Zel::ControlRegistry::add<ZelDataVisualization::GridChart>();
     Zel::ControlRegistry::add<Login>();
     Zel::ControlRegistry::add<ProjectList>();
     Zel::ControlRegistry::add<StatsControl>();

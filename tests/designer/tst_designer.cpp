@@ -91,6 +91,7 @@ private slots:
                                      QStringLiteral("ZelWebServiceControls::CheckboxWidget"),
                                      QStringLiteral("ZelWebServiceControls::CustomWidget"),
                                      QStringLiteral("ZelWebServiceControls::DataRecordManager"),
+                                     QStringLiteral("ZelDataVisualization::GridChart"),
                                      QStringLiteral("ZelWebServiceControls::Login"),
                                      QStringLiteral("ZelWebServiceControls::ProjectList"),
                                      QStringLiteral("ZelWebServiceControls::StatsControl"),
