@@ -6,8 +6,6 @@
 #include "stats/surveyusers.h"
 #include "stats/workbooktext.h"
 
-#include <cstring>
-
 namespace ZelWebServiceControls {
 
 namespace {
@@ -34,8 +32,7 @@ bool appendShown(WorkbookText &out, const QString &answer, const QString &key)
         if (*at == u':')
             *at = u',';
     }
-    return answer.size() == key.size() &&
-           std::memcmp(begin, key.utf16(), size_t(key.size()) * sizeof(char16_t)) == 0;
+    return QStringView(begin, answer.size()) == key;
 }
 
 /// Appends an answered cell; whether it is right. The style is known only when its text stands, so

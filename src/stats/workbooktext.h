@@ -33,6 +33,8 @@ public:
     /// Any text, as it stands.
     void text(QStringView text)
     {
+        if (text.isEmpty())
+            return; // it may lie nowhere
         char16_t *const to = room(text.size());
         std::memcpy(to, text.utf16(), size_t(text.size()) * sizeof(char16_t));
         m_at = to + text.size();
