@@ -171,6 +171,8 @@ QString HttpServiceClient::sendUpload(const UploadTicket &ticket,
 
 void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, UploadFile &file)
 {
+    // This object may go away in a call and in a pause.
+    const std::shared_ptr<Transport> transport = m_transport;
     const QByteArray path = "/v1/uploads/" + ticket.id + "/files/" + QByteArray::number(position);
     const qint64 piece = std::min(ticket.chunk, std::max(leastPiece, file.size() / piecesPerFile));
     ReadAhead pieces(file, piece);
@@ -189,8 +191,6 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
             isAsking = false;
             offset = received;
         } catch (const ServiceError &error) {
-            // This object may go away in a pause.
-            const std::shared_ptr<Transport> transport = m_transport;
             if (!isTransient(error) || failures == retryPauses.size() ||
                 !transport->pause(retryPauses[failures++]))
                 throw;
@@ -211,6 +211,7 @@ qint64 HttpServiceClient::sendPiece(const QByteArray &path, qint64 offset, const
 {
     Request request = sessionRequest("PUT", path, "offset=" + QByteArray::number(offset), bytes);
     request.contentType = "application/octet-stream";
+    request.isPiece = true;
     const NetworkPolicy policy = m_policy;
     const Reply reply = m_transport->call(request, policy);
     if (reply.ending == Reply::Ending::Answered && reply.status == 409 &&
@@ -222,6 +223,8 @@ qint64 HttpServiceClient::sendPiece(const QByteArray &path, qint64 offset, const
 QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonArray &checksums,
                                         const std::vector<std::unique_ptr<UploadFile>> &files)
 {
+    // This object may go away in a call and in a pause.
+    const std::shared_ptr<Transport> transport = m_transport;
     // The service reads all of it once more before it answers.
     constexpr qint64 slowestBytesPerMs = 10'000;
     qint64 total = 0;
@@ -241,7 +244,6 @@ QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonA
             const Reply reply = m_transport->call(request, policy);
             return readAnswer(request, *taken(request, reply, policy), readAssetGuid);
         } catch (const ServiceError &error) {
-            const std::shared_ptr<Transport> transport = m_transport;
             if (!isTransient(error) || failures == retryPauses.size() ||
                 !transport->pause(retryPauses[failures]))
                 throw;
