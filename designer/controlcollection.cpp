@@ -6,6 +6,7 @@
 #include "designer/controlplugin.h"
 #include "login/login.h"
 #include "projects/projectlist.h"
+#include "themes/themelist.h"
 
 using namespace ZelWebServiceControls;
 
@@ -22,6 +23,9 @@ QList<ControlEntry> controls()
         controlEntry<ProjectList>(
             "projects/projectlist.h", "projectlist",
             QT_TRANSLATE_NOOP("ControlPlugin", "Lists the projects of a type")),
+        controlEntry<ThemeList>(
+            "themes/themelist.h", "themelist",
+            QT_TRANSLATE_NOOP("ControlPlugin", "Lets a person choose the theme of a project")),
     };
 }
 

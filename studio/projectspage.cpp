@@ -9,6 +9,7 @@
 #include "studio/columnmenu.h"
 #include "studio/columnwidths.h"
 #include "studio/errorcenter.h"
+#include "studio/newprojectflow.h"
 #include "studio/pageheader.h"
 #include "studio/projectdetails.h"
 #include "studio/settings.h"
@@ -20,8 +21,10 @@
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
+#include <QStackedLayout>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -36,6 +39,7 @@ namespace {
 constexpr int WidestFilter = 380;  // pixels
 constexpr int LongestFilter = 500; // characters
 constexpr qsizetype QuotedFilter = 60;
+constexpr int BelowEmptyText = 80; // pixels
 
 bool hasAllWords(const QXSC::ProjectRecord &project, const QStringList &words)
 {
@@ -76,14 +80,25 @@ QString ProjectsPage::icon() const
 
 void ProjectsPage::build()
 {
-    m_projects = new ProjectList(this);
+    m_view = new QWidget(this);
+    m_flow = new NewProjectFlow(m_client, m_service, m_errors, this);
+    m_stack = new QStackedLayout(this);
+    m_stack->addWidget(m_view);
+    m_stack->addWidget(m_flow);
+    buildView();
+    makeEmptyState();
+}
+
+void ProjectsPage::buildView()
+{
+    m_projects = new ProjectList(m_view);
     m_projects->setObjectName(QStringLiteral("projects"));
     m_projects->setAccessibleName(title());
     m_list = m_projects->findChild<Zel::ListView *>(QStringLiteral("projectList"));
-    m_details = new ProjectDetails(this);
-    m_count = new QLabel(this);
+    m_details = new ProjectDetails(m_view);
+    m_count = new QLabel(m_view);
     m_count->setObjectName(QStringLiteral("projectCount"));
-    auto *split = new QSplitter(this);
+    auto *split = new QSplitter(m_view);
     split->setObjectName(QStringLiteral("projectSplit"));
     split->addWidget(m_projects);
     split->addWidget(m_details);
@@ -91,18 +106,32 @@ void ProjectsPage::build()
     split->setStretchFactor(1, 0);
     split->setChildrenCollapsible(false);
     split->setHandleWidth(12);
-    auto *column = new QVBoxLayout(this);
+    auto *column = new QVBoxLayout(m_view);
     column->setContentsMargins(20, 16, 20, 12);
     column->setSpacing(12);
     column->addWidget(makeHeader());
     column->addWidget(split, 1);
     column->addWidget(m_count);
-    Zel::setTabChain({m_type, m_filter, m_columns, m_refresh, m_projects, m_details});
+    Zel::setTabChain({m_type, m_new, m_filter, m_columns, m_refresh, m_projects, m_details});
+}
+
+void ProjectsPage::makeEmptyState()
+{
+    m_first = new QPushButton(tr("New Project…"), m_list->viewport());
+    m_first->setObjectName(QStringLiteral("firstProject"));
+    m_first->setToolTip(tr("Make a project from a theme (Ctrl+N)"));
+    m_first->setAutoDefault(true);
+    auto *room = new QVBoxLayout(m_list->viewport());
+    room->addStretch(1);
+    room->addSpacing(BelowEmptyText);
+    room->addWidget(m_first, 0, Qt::AlignHCenter);
+    room->addStretch(1);
+    setTabOrder(m_list->view(), m_first);
 }
 
 QWidget *ProjectsPage::makeHeader()
 {
-    auto *header = new QWidget(this);
+    auto *header = new QWidget(m_view);
     makeTools(header);
     auto *row = new QHBoxLayout(header);
     row->setContentsMargins(0, 0, 0, 0);
@@ -110,6 +139,7 @@ QWidget *ProjectsPage::makeHeader()
     row->addWidget(makeHeading(header, title()));
     row->addSpacing(8);
     row->addWidget(m_type);
+    row->addWidget(m_new);
     row->addStretch(1);
     row->addWidget(m_filter, 4);
     row->addWidget(m_columns);
@@ -119,6 +149,8 @@ QWidget *ProjectsPage::makeHeader()
 
 void ProjectsPage::makeTools(QWidget *header)
 {
+    m_new = makeTool(header, "newProject", QStringLiteral("add"), tr("New Project"),
+                     tr("Make a project from a theme (Ctrl+N)"));
     m_type = new QComboBox(header);
     m_type->setObjectName(QStringLiteral("projectType"));
     m_type->setAccessibleName(tr("Project type"));
@@ -144,7 +176,9 @@ void ProjectsPage::makeTools(QWidget *header)
 
 void ProjectsPage::makeShortcuts()
 {
-    auto *find = new QShortcut(QKeySequence::Find, this);
+    auto *make = new QShortcut(QKeySequence::New, this);
+    connect(make, &QShortcut::activated, this, &ProjectsPage::startNewProject);
+    auto *find = new QShortcut(QKeySequence::Find, m_view);
     connect(find, &QShortcut::activated, this, [this] {
         m_filter->setFocus(Qt::ShortcutFocusReason);
         m_filter->selectAll();
@@ -160,6 +194,10 @@ void ProjectsPage::makeShortcuts()
 
 void ProjectsPage::connectParts()
 {
+    connect(m_new, &QToolButton::clicked, this, &ProjectsPage::startNewProject);
+    connect(m_first, &QPushButton::clicked, this, &ProjectsPage::startNewProject);
+    connect(m_flow, &NewProjectFlow::cancelled, this, &ProjectsPage::endNewProject);
+    connect(m_flow, &NewProjectFlow::created, this, &ProjectsPage::showCreated);
     connect(m_projects, &ProjectList::ProjectDblClick, m_details,
             [this] { m_details->setFocus(Qt::OtherFocusReason); });
     connect(m_projects, &ProjectList::runtimeError, this,
@@ -192,6 +230,8 @@ void ProjectsPage::open()
 void ProjectsPage::leave()
 {
     remember();
+    m_stack->setCurrentWidget(m_view);
+    m_isLoaded = false;
     m_list->setEmptyText(tr("The projects could not be loaded"));
     m_list->setSorted(false);
     m_list->clear();
@@ -201,12 +241,50 @@ void ProjectsPage::leave()
     m_details->showProject(nullptr, false);
     m_shownType.clear();
     m_checked.clear();
+    m_first->hide();
+}
+
+bool ProjectsPage::isMakingProject() const
+{
+    return m_stack->currentWidget() == m_flow;
+}
+
+void ProjectsPage::startNewProject()
+{
+    if (isMakingProject())
+        return;
+    m_stack->setCurrentWidget(m_flow);
+    m_flow->start(m_shownType);
+}
+
+void ProjectsPage::endNewProject()
+{
+    m_stack->setCurrentWidget(m_view);
+    m_list->setFocus(Qt::OtherFocusReason);
+}
+
+void ProjectsPage::showCreated(const QString &guid, const QString &typeID)
+{
+    endNewProject();
+    m_errors.attempt([this, guid, typeID] { loadCreated(guid, typeID); });
+}
+
+void ProjectsPage::loadCreated(const QString &guid, const QString &typeID)
+{
+    if (m_type->count() == 0)
+        loadTypes();
+    load(typeID);
+    showType(typeID);
+    m_settings.setProjectType(typeID);
+    // A filter that stands might hide it.
+    m_filter->clear();
+    m_projects->SelectProject(guid);
 }
 
 void ProjectsPage::fit()
 {
     // The room for the columns is known once the page is on screen.
-    layout()->activate();
+    m_view->layout()->activate();
     fitColumns(*m_list, m_settings.projectColumnWidths(), dateColumns(*m_list));
     m_fittedWidths = columnWidths(*m_list, m_settings.projectColumnWidths());
 }
@@ -255,6 +333,7 @@ void ProjectsPage::load(const QString &typeID)
     if (m_list->rows() == before)
         m_list->clear(); // the service answered nothing: it does not know the type (any more)
     m_shownType = typeID;
+    m_isLoaded = true;
     m_checked.clear();
     filter(m_filter->text());
     showSelected();
@@ -291,6 +370,7 @@ void ProjectsPage::filter(const QString &text)
 void ProjectsPage::showCount()
 {
     const int all = static_cast<int>(m_list->count());
+    m_first->setVisible(m_isLoaded && all == 0);
     const int shown = static_cast<int>(m_list->filteredCount());
     if (shown != all)
         m_count->setText(tr("%1 of %2 projects").arg(shown).arg(all));
@@ -329,7 +409,10 @@ void ProjectsPage::applyColors()
 void ProjectsPage::focusInEvent(QFocusEvent *)
 {
     // A focus proxy would make the page a stop of the Tab key as well.
-    m_list->setFocus(Qt::OtherFocusReason);
+    if (isMakingProject())
+        m_flow->takeFocus();
+    else
+        m_list->setFocus(Qt::OtherFocusReason);
 }
 
 void ProjectsPage::changeEvent(QEvent *event)

@@ -11,6 +11,8 @@
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QPushButton;
+class QStackedLayout;
 class QToolButton;
 
 namespace Zel {
@@ -24,11 +26,12 @@ class ProjectList;
 namespace Studio {
 
 class ErrorCenter;
+class NewProjectFlow;
 class ProjectDetails;
 class Settings;
 
 /// The projects of the account: type, filter line, column switches, the project list, and the
-/// details of the project that is chosen.
+/// details of the project that is chosen. New Project puts the making of one in their place.
 ///
 /// Loading fetches first and shows then: when the service fails, everything on screen stays as it
 /// was, and what a person had arranged (selection, sorting, filter, widths) outlives a refresh.
@@ -52,11 +55,18 @@ protected:
 
 private:
     void build();
+    void buildView();
+    void makeEmptyState();
     QWidget *makeHeader();
     void makeTools(QWidget *header);
     void makeShortcuts();
     void connectParts();
     void loadTypes();
+    void startNewProject();
+    void endNewProject();
+    void showCreated(const QString &guid, const QString &typeID);
+    void loadCreated(const QString &guid, const QString &typeID);
+    bool isMakingProject() const;
     void chooseType();
     void showType(const QString &typeID);
     void load(const QString &typeID);
@@ -72,6 +82,11 @@ private:
     QXSC::StudioService &m_service;
     ErrorCenter &m_errors;
     Settings &m_settings;
+    QStackedLayout *m_stack;
+    QWidget *m_view;
+    NewProjectFlow *m_flow;
+    QToolButton *m_new;
+    QPushButton *m_first;
     QComboBox *m_type;
     QLineEdit *m_filter;
     QToolButton *m_columns;
@@ -82,6 +97,8 @@ private:
     QLabel *m_count;
     /// The type whose projects are shown.
     QString m_shownType;
+    /// Whether what the list shows is what the service has answered.
+    bool m_isLoaded = false;
     /// What the service has said since the list was loaded, by guid.
     QHash<QString, bool> m_checked;
     /// The widths Studio gave the columns itself; a person who leaves them has none of their own.

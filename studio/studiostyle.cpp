@@ -20,6 +20,7 @@ constexpr int TextInset = 4;
 // Shares of the text colour in the ground's.
 constexpr double BoxEdge = 0.5; // 3 : 1 against the ground: a box is known by its edge
 constexpr double ButtonEdge = 0.22;
+constexpr double RadioEdge = 0.5;
 constexpr double FrameEdge = 0.16;
 constexpr double Hover = 0.06;
 constexpr double Pressed = 0.12;
@@ -148,6 +149,35 @@ bool hasTextBesideIcon(const QStyleOption *option)
     return tool && tool->toolButtonStyle == Qt::ToolButtonTextBesideIcon;
 }
 
+/// Round, with an edge that can be seen on every ground.
+void drawRadioMark(const QStyleOption &option, QPainter *painter)
+{
+    const QPalette &palette = option.palette;
+    const bool isOn = option.state.testFlag(QStyle::State_On);
+    const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
+    const QColor accent =
+        isEnabled ? palette.color(QPalette::Highlight) : shade(palette, RadioEdge);
+    QRectF circle = QRectF(option.rect).adjusted(1, 1, -1, -1);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (showsFocus(option)) {
+        painter->setPen(QPen(palette.color(QPalette::Highlight), 1.5));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawEllipse(circle);
+        circle.adjust(2.5, 2.5, -2.5, -2.5);
+    }
+    painter->setPen(QPen(isOn ? accent : shade(palette, RadioEdge), 1));
+    painter->setBrush(isOn ? accent : palette.color(QPalette::Base));
+    painter->drawEllipse(circle);
+    if (isOn) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(palette.color(QPalette::HighlightedText));
+        const double inset = circle.width() * 0.3;
+        painter->drawEllipse(circle.adjusted(inset, inset, -inset, -inset));
+    }
+    painter->restore();
+}
+
 bool hasFrame(const QStyleOption *option)
 {
     const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
@@ -173,6 +203,9 @@ void StudioStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
         return;
     case PE_PanelButtonCommand:
         drawButton(*option, painter);
+        return;
+    case PE_IndicatorRadioButton:
+        drawRadioMark(*option, painter);
         return;
     case PE_PanelMenu:
         painter->fillRect(option->rect, option->palette.color(QPalette::Base));

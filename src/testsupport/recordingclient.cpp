@@ -92,7 +92,8 @@ QList<QXSC::ProjectType> RecordingClient::projectTypes()
 
 QXSC::ProjectRecordPtr RecordingClient::createProject(const QXSC::NewProject &project)
 {
-    record(QStringLiteral("createProject"), {project.name, project.typeID, project.description});
+    record(QStringLiteral("createProject"),
+           {project.name, project.typeID, project.description, project.themeGuid});
     auto made = std::make_shared<QXSC::ProjectRecord>();
     made->guid = project.guid;
     made->name = project.name;

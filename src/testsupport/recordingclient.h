@@ -55,6 +55,10 @@ public:
     QHash<QString, QString> assetAddresses;
     /// Percentages reported for each file of `CreateAsset`, in order.
     QList<qint32> uploadProgress{0, 50, 100};
+    /// Lists of themes by the method that names them; a method that is not in it answers nothing.
+    QHash<QString, QXSC::ThemeCollectionPtr> themeLists;
+    /// Templates by their two keys; keys that are not in it answer nothing.
+    QHash<std::pair<QString, QString>, QXSC::TemplateRecordPtr> templates;
 
     /// Called with the text of each call.
     std::function<void(const QString &call)> atCall;
@@ -90,6 +94,11 @@ public:
     void DeleteAsset(const QString &guid) override;
     QString GetAssetValue(const QString &guid) override;
 
+    void callListMethod(const QString &applicationKind, const QString &methodName,
+                        QXSC::ThemeCollectionPtr &list) override;
+    void getTemplate(const QString &templateKey, const QString &templateVersionKey,
+                     QXSC::TemplateRecordPtr &result) override;
+
     QList<QXSC::ProjectType> projectTypes() override;
     QXSC::ProjectRecordPtr createProject(const QXSC::NewProject &project) override;
     QString assetAddress(const QString &guid) override;
@@ -113,6 +122,13 @@ assetFolderList(const QList<QXSC::AssetFolderRecord> &folders);
 
 /// A collection of assets.
 ZEL_EXPORT QXSC::AssetCollectionPtr assetList(const QList<QXSC::AssetRecord> &assets);
+
+/// A collection of themes; those that have no template entries get an empty collection of them.
+ZEL_EXPORT QXSC::ThemeCollectionPtr themeList(const QList<QXSC::ThemeRecord> &themes);
+
+/// A collection of template entries.
+ZEL_EXPORT QXSC::ThemeTemplateCollectionPtr
+themeTemplates(const QList<QXSC::ThemeTemplate> &templates);
 
 /// A collection of projects.
 ZEL_EXPORT QXSC::ProjectCollectionPtr projectList(const QList<QXSC::ProjectRecord> &projects);

@@ -108,6 +108,8 @@ void ImageFetch::readEnd()
     if (m_hasEnded)
         return;
     readBody();
+    if (m_hasEnded)
+        return;
     m_validity = validityOf(*m_reply);
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     m_target = m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
@@ -144,8 +146,13 @@ void ImageFetch::giveUp(const QString &problem)
     if (m_hasEnded)
         return;
     end(Ending::Failed, problem);
-    if (m_reply)
-        m_reply->abort();
+    // Its end ends the request without a word. Aborted, it would fail a second time when its server
+    // has just gone away, which Qt complains of.
+    if (m_reply) {
+        m_reply->disconnect(this);
+        m_reply->deleteLater();
+        m_reply = nullptr;
+    }
 }
 
 void ImageFetch::end(Ending ending, const QString &problem)

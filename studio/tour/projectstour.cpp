@@ -106,9 +106,10 @@ public:
 
     void check() const
     {
+        m_actor.waitFor(QStringLiteral("a notice while the service takes its time"),
+                        [this] { return m_hasShot; });
         if (m_failure)
             std::rethrow_exception(m_failure);
-        TourActor::expect(m_hasShot, QStringLiteral("a notice while the service takes its time"));
     }
 
 private:

@@ -98,6 +98,9 @@ void TourActor::type(const QString &name, const QString &text)
 
 void TourActor::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
+    // A window manager may take its time to give a window the focus.
+    waitFor(QStringLiteral("a window that has the keyboard"),
+            [] { return QApplication::activeWindow() != nullptr; });
     QWidget *target = QApplication::focusWidget();
     QTest::keyClick(target ? target : &m_window, key, modifiers);
     QTest::qWait(0);
@@ -124,6 +127,8 @@ void TourActor::useMenu(const QString &button, const QString &action,
     if (failure)
         std::rethrow_exception(failure);
     expect(!timer.isActive(), QStringLiteral("the menu of \"%1\" to open").arg(button));
+    waitFor(QStringLiteral("the menu of \"%1\" to close").arg(button),
+            [] { return !QApplication::activePopupWidget(); });
 }
 
 void TourActor::chooseFrom(QMenu &menu, const QString &action, const std::function<void()> &atMenu)

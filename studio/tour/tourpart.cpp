@@ -7,6 +7,7 @@
 #include "studio/settings.h"
 #include "studio/studioapp.h"
 #include "studio/tour/assetstour.h"
+#include "studio/tour/newprojecttour.h"
 #include "studio/tour/projectstour.h"
 #include "studio/tour/signintour.h"
 #include "studio/tour/touractor.h"
@@ -43,6 +44,7 @@ void walk(const QString &folder, const Options &options, Appearance appearance)
                     partName(appearance, studio.window().devicePixelRatioF()));
     tourSignIn(actor);
     tourProjects(actor, studio);
+    tourNewProject(actor);
     tourAssets(actor, studio);
 }
 

@@ -6,6 +6,7 @@
 #include "login/login.h"
 #include "platform/widgets/controlregistry.h"
 #include "projects/projectlist.h"
+#include "themes/themelist.h"
 
 /// Introduces every control of the library, for the tests that go through all of them.
 inline void introduceControls()
@@ -14,4 +15,5 @@ inline void introduceControls()
     Zel::ControlRegistry::add<AssetManager>();
     Zel::ControlRegistry::add<Login>();
     Zel::ControlRegistry::add<ProjectList>();
+    Zel::ControlRegistry::add<ThemeList>();
 }

@@ -20,6 +20,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTest>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -47,6 +48,16 @@ void script(ZelTest::RecordingClient &client)
     QXSC::AssetRecord asset;
     asset.assetName = QStringLiteral("Curtain");
     client.folderAssets[0] = ZelTest::assetList({asset});
+    QXSC::ThemeRecord theme;
+    theme.name = QStringLiteral("Curtain");
+    theme.wizardXml =
+        QStringLiteral("<WIZARD><CUSTOMFIELDS><FIELD name='Stage'/></CUSTOMFIELDS></WIZARD>");
+    theme.templates = ZelTest::themeTemplates({{QStringLiteral("k"), QStringLiteral("v"), true}});
+    for (const char *scope : {"Account", "Full", "Global", "User"})
+        client.themeLists[QStringLiteral("get%1ThemeList_Array").arg(QLatin1String(scope))] =
+            ZelTest::themeList({theme, theme});
+    client.templates[{QStringLiteral("k"), QStringLiteral("v")}] =
+        std::make_shared<QXSC::TemplateRecord>();
 }
 
 /// Calls Init with the client, a text for every text, and defaults for whatever else it takes.
@@ -88,6 +99,8 @@ void use(QWidget *widget)
         QTest::keyClick(widget, Qt::Key_Down);
     } else if (qobject_cast<QLineEdit *>(widget)) {
         QTest::keyClicks(widget, QStringLiteral("abc"));
+    } else if (qobject_cast<QTabBar *>(widget)) {
+        QTest::keyClick(widget, Qt::Key_Right);
     } else if (qobject_cast<QAbstractButton *>(widget)) {
         QTest::mouseClick(widget, Qt::LeftButton);
     }

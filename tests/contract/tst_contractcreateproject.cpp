@@ -142,8 +142,9 @@ void TestContractCreateProject::choosesAGuidWhenThereIsNone()
 void TestContractCreateProject::refusesAnotherProjectOfTheSameGuid_data()
 {
     QTest::addColumn<QXSC::NewProject>("other");
-    const QXSC::NewProject same{QString(), QStringLiteral("A name"), session,
-                                QStringLiteral("A description"), utc(1000)};
+    const QXSC::NewProject same{QString(), QStringLiteral("A name"),
+                                session,   QStringLiteral("A description"),
+                                utc(1000), QString()};
     const auto row = [&same](const char *name, void (*change)(QXSC::NewProject &)) {
         QXSC::NewProject other = same;
         change(other);
@@ -160,8 +161,9 @@ void TestContractCreateProject::refusesAnotherProjectOfTheSameGuid()
 {
     QFETCH(QXSC::NewProject, other);
     other.guid = newGuid();
-    const QXSC::NewProject project{other.guid, QStringLiteral("A name"), session,
-                                   QStringLiteral("A description"), utc(1000)};
+    const QXSC::NewProject project{other.guid, QStringLiteral("A name"),
+                                   session,    QStringLiteral("A description"),
+                                   utc(1000),  QString()};
     const QString made = textOf(*m_client->createProject(project));
     QCOMPARE(failureOf([&] { m_client->createProject(other); }),
              QStringLiteral("Conflict/conflict"));

@@ -125,6 +125,15 @@ void TestContractFailures::addCalls()
     row("isProjectPublished", [](Client &client) {
         isPublished(client, QStringLiteral("11111111-2222-4333-8444-555555555555"));
     });
+    row("callListMethod", [](Client &client) {
+        QXSC::ThemeCollectionPtr themes;
+        client.callListMethod(QStringLiteral("Studio"), QStringLiteral("getFullThemeList_Array"),
+                              themes);
+    });
+    row("getTemplate", [](Client &client) {
+        QXSC::TemplateRecordPtr record;
+        client.getTemplate(QStringLiteral("player"), QStringLiteral("2"), record);
+    });
     row("projectTypes", [](Client &client) { client.projectTypes(); });
     row("createProject", [](Client &client) { client.createProject(newProject()); });
 }

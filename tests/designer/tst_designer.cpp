@@ -44,15 +44,18 @@ private slots:
         TestCase::initTestCase();
         // The editor tries every widget class it knows once; there is no OpenGL offscreen.
         QTest::ignoreMessage(QtWarningMsg, "QOpenGLWidget is not supported on this platform.");
-        // The editor looks for plugins in a folder "designer" of the library paths.
+        // The editor looks for plugins in a folder "designer" of the library paths. It is to find
+        // ours alone, whatever else is installed.
         QDir plugins = QFileInfo(QStringLiteral(ZEL_DESIGNER_PLUGIN)).absoluteDir();
         plugins.cdUp();
-        QCoreApplication::addLibraryPath(plugins.absolutePath());
+        const QStringList paths = QCoreApplication::libraryPaths();
+        QCoreApplication::setLibraryPaths({plugins.absolutePath()});
         QDesignerComponents::initializeResources();
         m_core = QDesignerComponents::createFormEditor(this);
         m_core->setPropertyEditor(QDesignerComponents::createPropertyEditor(m_core, nullptr));
         new QDesignerIntegration(m_core, m_core);
         QDesignerComponents::initializePlugins(m_core);
+        QCoreApplication::setLibraryPaths(paths);
     }
 
     void cleanupTestCase()
@@ -79,7 +82,8 @@ private slots:
         }
         QCOMPARE(names, (QStringList{QStringLiteral("ZelWebServiceControls::AssetManager"),
                                      QStringLiteral("ZelWebServiceControls::Login"),
-                                     QStringLiteral("ZelWebServiceControls::ProjectList")}));
+                                     QStringLiteral("ZelWebServiceControls::ProjectList"),
+                                     QStringLiteral("ZelWebServiceControls::ThemeList")}));
     }
 
     void controlsOnAFormAreInDesignMode()

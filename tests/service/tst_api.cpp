@@ -326,7 +326,7 @@ void ApiTest::refusesProjectCallsWithoutAnAccount()
         QCOMPARE(reply.status, 403);
         QCOMPARE(reply.code(), QStringLiteral("no-account"));
     }
-    QCOMPARE(count, 15);
+    QCOMPARE(count, 17);
 }
 
 void ApiTest::listsTheAccountsOfTheUser()

@@ -157,7 +157,8 @@ void WorkspaceImportTest::cleanup()
 void WorkspaceImportTest::takesTheSampleWorkspaceIn()
 {
     QCOMPARE(summary(take(ZelTest::ServiceProcess::sampleWorkspace())),
-             QStringLiteral("accounts 2/0/0, people 3/0/0, project types 2/0/0, projects 40/0/0, "
+             QStringLiteral("accounts 2/0/0, people 3/0/0, project types 2/0/0, templates 9/0/0, "
+                            "themes 21/0/0, template lists 20/0/0, projects 40/0/0, "
                             "folders 9/0/0, folder rights 5/0/0, assets 32/0/0"));
     const User maja =
         m_store->users.verify(QStringLiteral("maja"), QStringLiteral("sample-maja")).value();
@@ -191,7 +192,8 @@ void WorkspaceImportTest::changesNothingTheSecondTime()
     const QString before = dump();
     QVERIFY(before.size() > 5000);
     QCOMPARE(summary(take(ZelTest::ServiceProcess::sampleWorkspace())),
-             QStringLiteral("accounts 0/0/2, people 0/0/3, project types 0/0/2, projects 0/0/40, "
+             QStringLiteral("accounts 0/0/2, people 0/0/3, project types 0/0/2, templates 0/0/9, "
+                            "themes 0/0/21, template lists 0/0/20, projects 0/0/40, "
                             "folders 0/0/9, folder rights 0/0/5, assets 0/0/32"));
     QCOMPARE(dump(), before);
 }
@@ -225,7 +227,8 @@ void WorkspaceImportTest::changesWhatDiffers()
     write(QStringLiteral("projects.csv"),
           QByteArray(csvHead) + QByteArray(csvRow).replace("true", "false"));
     QCOMPARE(summary(takeFolder()),
-             QStringLiteral("accounts 0/1/1, people 0/1/0, project types 0/1/0, projects 0/1/0, "
+             QStringLiteral("accounts 0/1/1, people 0/1/0, project types 0/1/0, templates 0/0/0, "
+                            "themes 0/0/0, template lists 0/0/0, projects 0/1/0, "
                             "folders 0/0/0, folder rights 0/0/0, assets 0/0/0"));
     QCOMPARE(m_store->accounts.find(1)->name, QStringLiteral("Eins"));
     const User ann = m_store->users.verify(QStringLiteral("ann"), QStringLiteral("new")).value();

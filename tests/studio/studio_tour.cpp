@@ -12,7 +12,7 @@
 namespace {
 
 constexpr int Patience = 250000; // milliseconds
-constexpr int StepsInAPart = 26;
+constexpr int StepsInAPart = 37;
 
 struct Outcome
 {

@@ -395,15 +395,15 @@ private slots:
         f.clickLine(0);
         child(f.page, "projectType")->setFocus();
         QStringList visited{QStringLiteral("projectType")};
-        for (int i = 0; i < 7; ++i) {
+        for (int i = 0; i < 8; ++i) {
             press(Qt::Key_Tab);
             QWidget *widget = QApplication::focusWidget();
             visited << (f.list->isAncestorOf(widget) ? QStringLiteral("list")
                                                      : widget->objectName());
         }
         QCOMPARE(visited.join(u' '),
-                 QStringLiteral("projectType projectFilter columnsButton refreshButton list "
-                                "projectDetails checkPublished projectType"));
+                 QStringLiteral("projectType newProject projectFilter columnsButton refreshButton "
+                                "list projectDetails checkPublished projectType"));
     }
 
     void aDoubleClickGoesToTheDetails()

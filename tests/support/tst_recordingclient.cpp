@@ -14,6 +14,8 @@ using ZelTest::accountList;
 using ZelTest::errorNumber;
 using ZelTest::projectList;
 using ZelTest::RecordingClient;
+using ZelTest::themeList;
+using ZelTest::themeTemplates;
 
 namespace {
 
@@ -197,11 +199,77 @@ private slots:
         QVERIFY(made->hasEventDate);
         QCOMPARE(made->eventDate, *project.eventDate);
         QCOMPARE(client.calls().last(),
-                 QStringLiteral("createProject(\"Launch\", \"webcast\", \"\")"));
+                 QStringLiteral("createProject(\"Launch\", \"webcast\", \"\", \"\")"));
         QCOMPARE(projectsOf(client)->count(), 2);
         QCOMPARE(projectsOf(client)->item(2), made);
         // What was answered before does not change under its reader.
         QCOMPARE(before->count(), 1);
+    }
+
+    void themesAreAnsweredByTheMethodThatNamesThem()
+    {
+        RecordingClient client;
+        QXSC::ThemeRecord theme;
+        theme.name = QStringLiteral("Stage");
+        QXSC::ThemeRecord other;
+        other.templates = themeTemplates({{QStringLiteral("k"), QStringLiteral("v"), true},
+                                          {QStringLiteral("l"), QStringLiteral("w"), false}});
+        client.themeLists.insert(QStringLiteral("getFullThemeList_Array"),
+                                 themeList({theme, other}));
+        client.themeLists.insert(QStringLiteral("getUserThemeList_Array"), themeList({}));
+        const auto themesOf = [&](const char *method) {
+            // Not null, to see that a client answers nothing rather than not at all.
+            QXSC::ThemeCollectionPtr themes = themeList({});
+            client.callListMethod(QStringLiteral("Studio"), QString::fromLatin1(method), themes);
+            return themes;
+        };
+        const auto full = themesOf("getFullThemeList_Array");
+        QCOMPARE(full->count(), 2);
+        QCOMPARE(full->item(1)->name, QStringLiteral("Stage"));
+        QVERIFY(full->item(1)->templates); // as in every answer of the service
+        QCOMPARE(full->item(1)->templates->count(), 0);
+        QCOMPARE(full->item(2)->templates->count(), 2);
+        QVERIFY(full->item(2)->templates->item(1)->required);
+        QCOMPARE(full->item(2)->templates->item(2)->templateVersionKey, QStringLiteral("w"));
+        QVERIFY(themesOf("getUserThemeList_Array"));
+        QCOMPARE(themesOf("getUserThemeList_Array")->count(), 0);
+        QVERIFY(!themesOf("getGlobalThemeList_Array"));
+        QCOMPARE(client.calls().last(),
+                 QStringLiteral("callListMethod(\"Studio\", \"getGlobalThemeList_Array\")"));
+    }
+
+    void templatesAreAnsweredByBothKeys()
+    {
+        RecordingClient client;
+        const auto record = std::make_shared<QXSC::TemplateRecord>(
+            QXSC::TemplateRecord{QStringLiteral("Form"), QStringLiteral("d")});
+        client.templates.insert({QStringLiteral("k"), QStringLiteral("v")}, record);
+        QXSC::TemplateRecordPtr found;
+        client.getTemplate(QStringLiteral("k"), QStringLiteral("v"), found);
+        QCOMPARE(found, record);
+        client.getTemplate(QStringLiteral("v"), QStringLiteral("k"), found);
+        QVERIFY(!found);
+        QCOMPARE(client.calls(), (QStringList{QStringLiteral("getTemplate(\"k\", \"v\")"),
+                                              QStringLiteral("getTemplate(\"v\", \"k\")")}));
+    }
+
+    void themeOperationsFailOnceToo()
+    {
+        RecordingClient client;
+        const QXSC::ThemeCollectionPtr kept = themeList({});
+        QXSC::ThemeCollectionPtr themes = kept;
+        client.failNext(QStringLiteral("callListMethod"), Zel::RuntimeError(6));
+        const auto lists = [&] {
+            client.callListMethod(QStringLiteral("Studio"),
+                                  QStringLiteral("getFullThemeList_Array"), themes);
+        };
+        QCOMPARE(errorNumber(lists), 6);
+        QCOMPARE(themes, kept);
+        lists();
+        QVERIFY(!themes);
+        client.failNext(QStringLiteral("getTemplate"), Zel::RuntimeError(7));
+        QXSC::TemplateRecordPtr record;
+        QCOMPARE(errorNumber([&] { client.getTemplate(QString(), QString(), record); }), 7);
     }
 
     void aClientMayRecordOperationsOfItsOwn()

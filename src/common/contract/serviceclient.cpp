@@ -9,6 +9,7 @@ namespace QXSC {
 SessionOperations::~SessionOperations() = default;
 ProjectOperations::~ProjectOperations() = default;
 AssetOperations::~AssetOperations() = default;
+ThemeOperations::~ThemeOperations() = default;
 StudioService::~StudioService() = default;
 
 ServiceClient::ServiceClient(QObject *parent)

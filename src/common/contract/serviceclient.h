@@ -6,6 +6,7 @@
 #include "common/contract/projectoperations.h"
 #include "common/contract/serviceerror.h"
 #include "common/contract/sessionoperations.h"
+#include "common/contract/themeoperations.h"
 
 #include <QObject>
 
@@ -19,7 +20,8 @@ namespace QXSC {
 class ZEL_EXPORT ServiceClient : public QObject,
                                  public SessionOperations,
                                  public ProjectOperations,
-                                 public AssetOperations
+                                 public AssetOperations,
+                                 public ThemeOperations
 {
     Q_OBJECT
 

@@ -29,6 +29,8 @@ struct NewProject
     QString description;
     /// Local date-time of the event, when it is known.
     std::optional<QDateTime> eventDate;
+    /// The theme it is made from; empty for none.
+    QString themeGuid;
 };
 
 /// What Studio needs of the service beyond the operations that controls use. Implemented by the

@@ -121,11 +121,13 @@ ProjectRecordPtr HttpServiceClient::createProject(const NewProject &project)
 {
     const QString guid =
         project.guid.isEmpty() ? QUuid::createUuid().toString(QUuid::WithoutBraces) : project.guid;
-    const QJsonObject body{{QStringLiteral("guid"), guid},
-                           {QStringLiteral("name"), project.name},
-                           {QStringLiteral("typeID"), project.typeID},
-                           {QStringLiteral("description"), project.description},
-                           {QStringLiteral("eventDate"), milliseconds(project.eventDate)}};
+    QJsonObject body{{QStringLiteral("guid"), guid},
+                     {QStringLiteral("name"), project.name},
+                     {QStringLiteral("typeID"), project.typeID},
+                     {QStringLiteral("description"), project.description},
+                     {QStringLiteral("eventDate"), milliseconds(project.eventDate)}};
+    if (!project.themeGuid.isEmpty())
+        body.insert(QStringLiteral("themeGuid"), project.themeGuid);
     const Request request = sessionRequest("POST", "/v1/projects", {}, json(body));
     return readAnswer(request, *ask(request), readCreatedProject);
 }

@@ -85,6 +85,11 @@ public:
     void DeleteAsset(const QString &guid) override;
     QString GetAssetValue(const QString &guid) override;
 
+    void callListMethod(const QString &applicationKind, const QString &methodName,
+                        ThemeCollectionPtr &list) override;
+    void getTemplate(const QString &templateKey, const QString &templateVersionKey,
+                     TemplateRecordPtr &record) override;
+
     QList<ProjectType> projectTypes() override;
     /// An empty guid is replaced by a new one. To repeat the call after a lost answer without
     /// making a second project, choose the guid yourself and send it again.

@@ -155,6 +155,8 @@ const QList<Route> &Api::routes()
         {"GET", "/v1/projects", Account, Lane::Worker, listProjects},
         {"POST", "/v1/projects", Account, Lane::Worker, createProject},
         {"GET", "/v1/projects/{guid}/published", Account, Lane::Worker, projectPublished},
+        {"GET", "/v1/themes", Account, Lane::Worker, listThemes},
+        {"GET", "/v1/templates", Account, Lane::Worker, findTemplate},
         {"GET", "/v1/asset-folders", Account, Lane::Worker, listAssetFolders},
         {"POST", "/v1/asset-folders", Account, Lane::Worker, createAssetFolder},
         {"DELETE", "/v1/asset-folders/{id}", Account, Lane::Worker, deleteAssetFolder},
@@ -170,6 +172,7 @@ const QList<Route> &Api::routes()
         {"GET", "/a/{guid}/{name}", Public, Lane::Worker, assetBytes},
         {"GET", "/a/{guid}/{n}/{name}", Public, Lane::Worker, assetFileBytes},
         {"GET", "/t/{guid}/{size}", Public, Lane::Worker, assetThumbnail},
+        {"GET", "/p/{guid}/{version}", Public, Lane::Worker, themePreview},
     };
     return table;
 }

@@ -26,6 +26,7 @@ constexpr std::array counted{
     Counted{"projects", "SELECT COUNT(*) FROM project"},
     Counted{"folders", "SELECT COUNT(*) FROM asset_folder"},
     Counted{"assets", "SELECT COUNT(*) FROM asset WHERE deleted_at IS NULL"},
+    Counted{"themes", "SELECT COUNT(*) FROM theme"},
     Counted{"sessions", "SELECT COUNT(*) FROM session"},
 };
 

@@ -33,6 +33,10 @@ HttpResponse assetBytes(const Call &call);
 HttpResponse assetFileBytes(const Call &call);
 HttpResponse assetThumbnail(const Call &call);
 
+HttpResponse listThemes(const Call &call);
+HttpResponse findTemplate(const Call &call);
+HttpResponse themePreview(const Call &call);
+
 HttpResponse reserveUpload(const Call &call);
 std::shared_ptr<BodySink> takeUploadChunk(const Call &call);
 HttpResponse commitUpload(const Call &call);

@@ -19,7 +19,8 @@ int importCommand(const QStringList &arguments)
         QStringLiteral("files"),
         QStringLiteral("Folders or files: accounts.json, people.json, "
                        "project-types.json, projects.csv, asset-folders.csv, "
-                       "asset-rights.csv, assets.csv."),
+                       "asset-rights.csv, assets.csv, templates.csv, "
+                       "themes.csv, theme-templates.csv."),
         QStringLiteral("files..."));
     parseCommand(parser, QStringLiteral("import"),
                  QStringLiteral("Takes in a workspace: adds what is missing, changes what differs, "

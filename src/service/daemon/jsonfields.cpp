@@ -65,6 +65,11 @@ QString JsonFields::text(const QString &name, qsizetype longest)
     return text;
 }
 
+QString JsonFields::textOrEmpty(const QString &name, qsizetype longest)
+{
+    return m_object.contains(name) ? text(name, longest) : QString();
+}
+
 qint64 JsonFields::integer(const QString &name, qint64 least, qint64 most)
 {
     const QJsonValue value = take(name);

@@ -23,6 +23,8 @@ public:
 
     /// A text of at most `longest` UTF-16 units.
     QString text(const QString &name, qsizetype longest);
+    /// The same for a field that may be missing, which reads as empty.
+    QString textOrEmpty(const QString &name, qsizetype longest);
     /// A whole number from `least` to `most`.
     qint64 integer(const QString &name, qint64 least, qint64 most);
     QJsonArray list(const QString &name);

@@ -47,6 +47,11 @@ void writeProject(JsonWriter &json, const Project &project, Before before)
     next().boolean(project.published);
 }
 
+Problem unknownTheme(const QString &guid)
+{
+    return Problem::invalid(QStringLiteral("There is no theme \"%1\" to choose.").arg(guid));
+}
+
 Project requestedProject(const Call &call)
 {
     JsonFields fields(call.request.body);
@@ -57,11 +62,15 @@ Project requestedProject(const Call &call)
     project.description = fields.text(QStringLiteral("description"), jsonBodyLimit);
     project.eventAt = fields.timeOrNull(QStringLiteral("eventDate"));
     project.createdById = call.session.userId;
+    const QString theme = fields.textOrEmpty(QStringLiteral("themeGuid"), longestGuid);
+    project.themeGuid = canonicalGuid(theme);
     fields.expectNoMore();
     if (project.guid.isEmpty())
         throw Problem::invalid(QStringLiteral("The field \"guid\" must be a UUID without braces."));
     if (project.name.trimmed().isEmpty())
         throw Problem::invalid(QStringLiteral("A project needs a name."));
+    if (project.themeGuid.isEmpty() && !theme.isEmpty())
+        throw unknownTheme(theme);
     return project;
 }
 
@@ -123,6 +132,8 @@ HttpResponse createProject(const Call &call)
     case Projects::Creation::UnknownType:
         throw Problem::invalid(
             QStringLiteral("The account has no project type \"%1\".").arg(project.typeId));
+    case Projects::Creation::UnknownTheme:
+        throw unknownTheme(project.themeGuid);
     case Projects::Creation::Conflict:
         break;
     }

@@ -16,24 +16,28 @@ namespace {
 
 constexpr qint64 hourMs = 60LL * 60 * 1000;
 
-QByteArray signatureOf(Store &store, const QByteArray &text)
+QByteArray keyOf(Store &store)
 {
-    return QMessageAuthenticationCode::hash(text, store.keys.key(QStringLiteral("address")),
-                                            QCryptographicHash::Sha256)
+    return store.keys.key(QStringLiteral("address"));
+}
+
+QByteArray signatureOf(const QByteArray &key, const QByteArray &text)
+{
+    return QMessageAuthenticationCode::hash(text, key, QCryptographicHash::Sha256)
         .toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
 }
 
-QByteArray passingSignature(Store &store, const QByteArray &path, qint64 accountId,
+QByteArray passingSignature(const QByteArray &key, const QByteArray &path, qint64 accountId,
                             qint64 expiresAt)
 {
-    return signatureOf(store, path + '?' + QByteArray::number(accountId) + '&' +
-                                  QByteArray::number(expiresAt));
+    return signatureOf(key, path + '?' + QByteArray::number(accountId) + '&' +
+                                QByteArray::number(expiresAt));
 }
 
 /// Begins as no path does, so that none of the other kind can stand in for it.
-QByteArray lastingSignature(Store &store, const QString &guid, qint64 accountId)
+QByteArray lastingSignature(const QByteArray &key, const QString &guid, qint64 accountId)
 {
-    return signatureOf(store, "asset " + QByteArray::number(accountId) + ' ' + guid.toUtf8());
+    return signatureOf(key, "asset " + QByteArray::number(accountId) + ' ' + guid.toUtf8());
 }
 
 /// Takes the same time wherever two signatures differ.
@@ -69,12 +73,23 @@ QByteArray pathPart(const QString &name)
 
 } // namespace
 
+AddressSigner::AddressSigner(const Call &call)
+    : m_origin("http://" + call.request.header("Host"))
+    , m_account(call.session.accountId)
+    , m_key(keyOf(call.store))
+{
+}
+
+QByteArray AddressSigner::address(const QByteArray &path, qint64 expiresAt) const
+{
+    return m_origin + path + "?a=" + QByteArray::number(m_account) +
+           "&e=" + QByteArray::number(expiresAt) +
+           "&s=" + passingSignature(m_key, path, m_account, expiresAt);
+}
+
 QByteArray signedAddress(const Call &call, const QByteArray &path, qint64 expiresAt)
 {
-    const qint64 account = call.session.accountId;
-    return "http://" + call.request.header("Host") + path + "?a=" + QByteArray::number(account) +
-           "&e=" + QByteArray::number(expiresAt) +
-           "&s=" + passingSignature(call.store, path, account, expiresAt);
+    return AddressSigner(call).address(path, expiresAt);
 }
 
 qint64 thumbnailExpiry(qint64 now)
@@ -89,7 +104,7 @@ qint64 accountOfSignedCall(const Call &call)
     const qint64 expiresAt = call.queryNumber("e", most, 0);
     const QByteArray given = call.queryTextOrEmpty("s", longestSignature).toLatin1();
     const QByteArray path = pathOf(call.request.target);
-    if (!isSame(given, passingSignature(call.store, path, account, expiresAt)))
+    if (!isSame(given, passingSignature(keyOf(call.store), path, account, expiresAt)))
         throw foreignAddress();
     if (expiresAt < call.store.clock())
         throw Problem(403, QByteArrayLiteral("expired-address"),
@@ -104,7 +119,8 @@ QByteArray assetAddress(const Call &call, const QString &guid, qsizetype positio
     const QByteArray place = position == 0 ? QByteArray() : QByteArray::number(position) + '/';
     // The account goes with the signature: assets are found by account and guid.
     return "/a/" + guid.toLatin1() + '/' + place + pathPart(fileName) +
-           "?s=" + QByteArray::number(account) + '.' + lastingSignature(call.store, guid, account);
+           "?s=" + QByteArray::number(account) + '.' +
+           lastingSignature(keyOf(call.store), guid, account);
 }
 
 qint64 accountOfAssetCall(const Call &call, const QString &guid)
@@ -113,7 +129,8 @@ qint64 accountOfAssetCall(const Call &call, const QString &guid)
     const qsizetype dot = given.indexOf('.');
     bool ok = false;
     const qint64 account = given.left(dot).toLongLong(&ok);
-    if (dot < 0 || !ok || !isSame(given.mid(dot + 1), lastingSignature(call.store, guid, account)))
+    if (dot < 0 || !ok ||
+        !isSame(given.mid(dot + 1), lastingSignature(keyOf(call.store), guid, account)))
         throw foreignAddress();
     return account;
 }

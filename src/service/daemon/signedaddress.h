@@ -20,7 +20,21 @@ constexpr qint64 thumbnailAddressMs = 24LL * 60 * 60 * 1000;
 /// @param expiresAt milliseconds UTC
 ZEL_EXPORT QByteArray signedAddress(const Call &call, const QByteArray &path, qint64 expiresAt);
 
-/// When the address of a thumbnail made now ends.
+/// Makes many such addresses of one call; the key is asked for once.
+class ZEL_EXPORT AddressSigner
+{
+public:
+    explicit AddressSigner(const Call &call);
+
+    QByteArray address(const QByteArray &path, qint64 expiresAt) const;
+
+private:
+    QByteArray m_origin; ///< "http://127.0.0.1:8080"
+    qint64 m_account;
+    QByteArray m_key;
+};
+
+/// When the address of a thumbnail or preview made now ends.
 ZEL_EXPORT qint64 thumbnailExpiry(qint64 now);
 
 /// The account whose file a `signedAddress` gives. Throws `Problem` when the address was not made

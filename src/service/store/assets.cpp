@@ -88,8 +88,19 @@ const SqlText dropBlobRow(R"sql(
     DELETE FROM blob WHERE account_id = $1 AND sha = $2
 )sql");
 
+const SqlText listUnusedPreviews(R"sql(
+    SELECT v.account_id, v.sha FROM theme_preview v
+    WHERE NOT EXISTS (SELECT t.guid FROM theme t
+                      WHERE t.account_id = v.account_id AND t.preview_sha = v.sha)
+)sql");
+
+const SqlText dropPreviewRow(R"sql(
+    DELETE FROM theme_preview WHERE account_id = $1 AND sha = $2
+)sql");
+
 const SqlText countBlobRows(R"sql(
-    SELECT COUNT(*) FROM blob WHERE sha = $1
+    SELECT (SELECT COUNT(*) FROM blob WHERE sha = $1) +
+           (SELECT COUNT(*) FROM theme_preview WHERE sha = $1)
 )sql");
 
 const SqlText putBlob(R"sql(
@@ -237,13 +248,17 @@ qint64 Assets::purge(qint64 deletedBefore)
             m_database.exec(dropAsset, {asset.accountId, asset.guid});
             ++gone;
         }
-        const auto blobs = m_database.rows(listUnusedBlobs, {}, [](const SqlRow &row) {
-            return std::make_pair(row.integer(0), row.text(1));
-        });
-        for (const auto &[accountId, sha] : blobs) {
-            m_database.exec(dropBlobRow, {accountId, sha});
-            unused.insert(sha);
-        }
+        const auto drop = [&](const SqlText &list, const SqlText &dropRow) {
+            const auto rows = m_database.rows(list, {}, [](const SqlRow &row) {
+                return std::make_pair(row.integer(0), row.text(1));
+            });
+            for (const auto &[accountId, sha] : rows) {
+                m_database.exec(dropRow, {accountId, sha});
+                unused.insert(sha);
+            }
+        };
+        drop(listUnusedBlobs, dropBlobRow);
+        drop(listUnusedPreviews, dropPreviewRow);
         return gone;
     });
     for (const QString &sha : std::as_const(unused)) {

@@ -87,8 +87,8 @@ public:
     /// Puts an asset back into its folder, or into the root when the folder is gone. NotFound when
     /// no such asset lies in the trash.
     Outcome restore(const QString &guid);
-    /// Forgets assets deleted before a time, and their bytes where nothing else has them. Returns
-    /// how many assets that were.
+    /// Forgets assets deleted before a time, and their bytes where nothing else has them; also
+    /// former previews of themes. Returns how many assets that were.
     qint64 purge(qint64 deletedBefore);
 
     /// Notes that a blob is there. Only inside a transaction.

@@ -4,6 +4,7 @@
 
 #include "service/store/database.h"
 #include "service/store/storabletext.h"
+#include "service/store/themes.h"
 
 namespace Zel {
 
@@ -27,7 +28,7 @@ const SqlText putType(R"sql(
 
 const SqlText listProjects(R"sql(
     SELECT p.guid, p.type_id, p.name, p.description, p.created_at, p.modified_at, p.created_by,
-           u.display_name, p.event_at, p.published
+           u.display_name, p.event_at, p.published, p.theme_guid
     FROM project p
     JOIN app_user u ON u.user_id = p.created_by
     WHERE p.account_id = $1 AND p.type_id = $2
@@ -36,7 +37,7 @@ const SqlText listProjects(R"sql(
 
 const SqlText findProject(R"sql(
     SELECT p.guid, p.type_id, p.name, p.description, p.created_at, p.modified_at, p.created_by,
-           u.display_name, p.event_at, p.published
+           u.display_name, p.event_at, p.published, p.theme_guid
     FROM project p
     JOIN app_user u ON u.user_id = p.created_by
     WHERE p.account_id = $1 AND p.guid = $2
@@ -48,13 +49,14 @@ const SqlText findPublished(R"sql(
 
 const SqlText addProject(R"sql(
     INSERT INTO project (account_id, guid, type_id, name, name_key, description, created_at,
-                         modified_at, created_by, event_at, published)
-    VALUES ($1, $2, $3, $4, $5, $6, $7, $8, $9, $10, $11)
+                         modified_at, created_by, event_at, published, theme_guid)
+    VALUES ($1, $2, $3, $4, $5, $6, $7, $8, $9, $10, $11, $12)
 )sql");
 
 const SqlText changeProject(R"sql(
     UPDATE project SET type_id = $3, name = $4, name_key = $5, description = $6, created_at = $7,
-                       modified_at = $8, created_by = $9, event_at = $10, published = $11
+                       modified_at = $8, created_by = $9, event_at = $10, published = $11,
+                       theme_guid = $12
     WHERE account_id = $1 AND guid = $2
 )sql");
 
@@ -71,28 +73,32 @@ Project projectOf(const SqlRow &row)
     project.createdBy = row.text(7);
     project.eventAt = row.optionalInteger(8);
     project.published = row.boolean(9);
+    project.themeGuid = row.optionalText(10).value_or(QString());
     return project;
 }
 
 SqlValues valuesOf(qint64 accountId, const Project &project)
 {
+    const std::optional<QString> theme =
+        project.themeGuid.isEmpty() ? std::nullopt : std::optional(project.themeGuid);
     return {accountId,         project.guid,           project.typeId,
             project.name,      orderKey(project.name), project.description,
             project.createdAt, project.modifiedAt,     project.createdById,
-            project.eventAt,   project.published};
+            project.eventAt,   project.published,      theme};
 }
 
 /// Whether two projects were asked for with the same words by the same user.
 bool isSameRequest(const Project &a, const Project &b)
 {
     return a.createdById == b.createdById && a.typeId == b.typeId && a.name == b.name &&
-           a.description == b.description && a.eventAt == b.eventAt;
+           a.description == b.description && a.eventAt == b.eventAt && a.themeGuid == b.themeGuid;
 }
 
 } // namespace
 
-Projects::Projects(Database &database, const Clock &clock)
+Projects::Projects(Database &database, Themes &themes, const Clock &clock)
     : m_database(database)
+    , m_themes(themes)
     , m_clock(clock)
 {
 }
@@ -139,6 +145,9 @@ Projects::Creation Projects::create(qint64 accountId, Project &project)
                                          [](const SqlRow &row) { return row.text(0); });
         if (!type)
             return Creation::UnknownType;
+        if (!project.themeGuid.isEmpty() &&
+            !m_themes.isVisible({accountId, project.createdById}, project.themeGuid))
+            return Creation::UnknownTheme;
         project.createdAt = m_clock();
         project.modifiedAt = std::nullopt;
         project.published = false;

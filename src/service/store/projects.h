@@ -13,6 +13,7 @@
 namespace Zel {
 
 class Database;
+class Themes;
 
 struct ProjectKind
 {
@@ -34,6 +35,7 @@ struct Project
     QString createdBy; ///< the display name of that user
     std::optional<qint64> eventAt;
     bool published = false;
+    QString themeGuid; ///< the theme it was made from; empty for none
 
     bool operator==(const Project &) const = default;
 };
@@ -47,12 +49,13 @@ public:
     enum class Creation
     {
         Created,
-        Existing,   ///< the same project was made before by the same user: the call was repeated
-        Conflict,   ///< the guid belongs to another project of the account
-        UnknownType ///< the account has no such project type
+        Existing,    ///< the same project was made before by the same user: the call was repeated
+        Conflict,    ///< the guid belongs to another project of the account
+        UnknownType, ///< the account has no such project type
+        UnknownTheme ///< the person sees no such theme in the account
     };
 
-    Projects(Database &database, const Clock &clock);
+    Projects(Database &database, Themes &themes, const Clock &clock);
 
     QList<ProjectKind> types(qint64 accountId);
     /// The projects of a type in order of name, then guid; nothing when there is no such type.
@@ -60,8 +63,8 @@ public:
     std::optional<Project> find(qint64 accountId, const QString &guid);
     /// Whether a project is published; nothing when the account has no such project.
     std::optional<bool> isPublished(qint64 accountId, const QString &guid);
-    /// Makes a project that is created now by `createdById`; guid, type, name, description and
-    /// event are taken from `project`, which then shows what is stored.
+    /// Makes a project that is created now by `createdById`; guid, type, name, description,
+    /// event and theme are taken from `project`, which then shows what is stored.
     Creation create(qint64 accountId, Project &project);
 
     // The following change the database and are called inside a transaction only.
@@ -71,6 +74,7 @@ public:
 
 private:
     Database &m_database;
+    Themes &m_themes;
     Clock m_clock;
 };
 

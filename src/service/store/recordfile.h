@@ -38,6 +38,9 @@ public:
     /// A UUID without braces, in lower case.
     QString guid(const QString &name);
 
+    /// Whether the record has the field; for those that may be left out.
+    bool has(const QString &name) const { return fields.contains(name); }
+
     /// Called after the last field: throws when there is one that nobody asked for.
     void expectNoMore() const;
 

@@ -14,6 +14,7 @@
 #include "service/store/serverkeys.h"
 #include "service/store/sessions.h"
 #include "service/store/signinthrottle.h"
+#include "service/store/themes.h"
 #include "service/store/thumbnails.h"
 #include "service/store/uploads.h"
 #include "service/store/users.h"
@@ -44,8 +45,9 @@ public:
     Sessions sessions;
     SignInThrottle throttle;
     Accounts accounts;
-    Projects projects;
     BlobStore blobs;
+    Themes themes;
+    Projects projects;
     Thumbnails thumbnails;
     AssetFolders folders;
     Assets assets;

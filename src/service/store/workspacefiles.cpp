@@ -84,6 +84,9 @@ void WorkspaceFiles::readFile(const QString &path)
         Known{QLatin1String("asset-folders.csv"), &WorkspaceFiles::readFolders},
         Known{QLatin1String("asset-rights.csv"), &WorkspaceFiles::readRights},
         Known{QLatin1String("assets.csv"), &WorkspaceFiles::readAssets},
+        Known{QLatin1String("templates.csv"), &WorkspaceFiles::readTemplates},
+        Known{QLatin1String("themes.csv"), &WorkspaceFiles::readThemes},
+        Known{QLatin1String("theme-templates.csv"), &WorkspaceFiles::readThemeTemplates},
     };
     const QString name = QFileInfo(path).fileName();
     for (const Known &one : known) {
@@ -93,7 +96,8 @@ void WorkspaceFiles::readFile(const QString &path)
     throw WorkspaceFileError({path, 0},
                              QStringLiteral("is none of accounts.json, people.json, "
                                             "project-types.json, projects.csv, asset-folders.csv, "
-                                            "asset-rights.csv and assets.csv."));
+                                            "asset-rights.csv, assets.csv, templates.csv, "
+                                            "themes.csv and theme-templates.csv."));
 }
 
 void WorkspaceFiles::readAccounts(const QString &path)
@@ -168,6 +172,9 @@ void WorkspaceFiles::readProjects(const QString &path)
         project.modifiedAt = record.timeOrEmpty(QStringLiteral("modified"));
         project.eventAt = record.timeOrEmpty(QStringLiteral("eventDate"));
         project.published = record.boolean(QStringLiteral("published"));
+        if (record.has(QStringLiteral("theme")) &&
+            !record.textOrEmpty(QStringLiteral("theme"), longestName).isEmpty())
+            project.themeGuid = record.guid(QStringLiteral("theme"));
         record.expectNoMore();
         expectOnce(seen, QStringLiteral("%1/%2").arg(entry.accountId).arg(project.guid), record);
         projects << entry;

@@ -6,6 +6,7 @@
 #include "service/store/accounts.h"
 #include "service/store/assets.h"
 #include "service/store/projects.h"
+#include "service/store/themes.h"
 #include "service/store/workspacefileerror.h"
 
 #include <QList>
@@ -81,6 +82,32 @@ public:
         Asset asset;
     };
 
+    struct ThemeEntry
+    {
+        FilePlace place;
+        QString ownerLogin; ///< empty for everybody's
+        Theme theme;        ///< without its definition, and of its preview the name of the bytes
+        QString definitionFile;
+        QString previewFile;
+    };
+
+    /// All templates of one theme.
+    struct ThemeTemplatesEntry
+    {
+        FilePlace place; ///< of the first
+        qint64 accountId = 0;
+        QString guid;
+        QList<TemplateUse> templates;
+        QList<FilePlace> places; ///< of each
+    };
+
+    struct TemplateEntry
+    {
+        FilePlace place;
+        qint64 accountId = 0;
+        Template entry;
+    };
+
     QList<AccountEntry> accounts;
     QList<PersonEntry> people;
     QList<TypeEntry> types;
@@ -88,11 +115,14 @@ public:
     QList<FolderEntry> folders;
     QList<RightEntry> rights;
     QList<AssetEntry> assets;
+    QList<TemplateEntry> templates;
+    QList<ThemeEntry> themes;
+    QList<ThemeTemplatesEntry> themeTemplates;
 
     /// Reads folders and files. A file is known by its name: accounts.json, people.json,
-    /// project-types.json, projects.csv, asset-folders.csv, asset-rights.csv, assets.csv. In a
-    /// folder, Markdown and hidden files are passed over; any other name throws
-    /// `WorkspaceFileError`, as every fault in a file does.
+    /// project-types.json, projects.csv, asset-folders.csv, asset-rights.csv, assets.csv,
+    /// templates.csv, themes.csv, theme-templates.csv. In a folder, Markdown and hidden files are
+    /// passed over; any other name throws `WorkspaceFileError`, as every fault in a file does.
     static WorkspaceFiles read(const QStringList &paths);
 
 private:
@@ -104,6 +134,9 @@ private:
     void readFolders(const QString &path);
     void readRights(const QString &path);
     void readAssets(const QString &path);
+    void readTemplates(const QString &path);
+    void readThemes(const QString &path);
+    void readThemeTemplates(const QString &path);
 };
 
 } // namespace Zel

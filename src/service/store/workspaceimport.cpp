@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/workspaceimport.h"
 
+#include "service/store/importcount.h"
 #include "service/store/store.h"
+#include "service/store/themeimport.h"
 
 #include <QHash>
 
@@ -37,6 +39,7 @@ public:
         m_counts << count(QStringLiteral("accounts"), m_files.accounts, &Importer::takeAccount)
                  << count(QStringLiteral("people"), m_files.people, &Importer::takePerson)
                  << count(QStringLiteral("project types"), m_files.types, &Importer::takeType)
+                 << ThemeImport(m_store, m_files).run()
                  << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject)
                  << count(QStringLiteral("folders"), m_files.folders, &Importer::takeFolder)
                  << count(QStringLiteral("folder rights"), m_files.rights, &Importer::takeRight)
@@ -45,25 +48,14 @@ public:
     }
 
 private:
-    enum class Outcome
-    {
-        Added,
-        Changed,
-        Unchanged
-    };
+    using Outcome = ImportOutcome;
 
     template <class Entry>
     ImportCount count(const QString &kind, const QList<Entry> &entries,
                       Outcome (Importer::*take)(const Entry &))
     {
-        ImportCount result{kind};
-        for (const Entry &entry : entries) {
-            const Outcome outcome = (this->*take)(entry);
-            result.added += outcome == Outcome::Added;
-            result.changed += outcome == Outcome::Changed;
-            result.unchanged += outcome == Outcome::Unchanged;
-        }
-        return result;
+        return countImports(kind, entries,
+                            [&](const Entry &entry) { return (this->*take)(entry); });
     }
 
     void expectAccount(qint64 accountId, const FilePlace &place)
@@ -158,6 +150,12 @@ private:
         Project project = entry.project;
         project.createdById = creator->userId;
         project.createdBy = creator->displayName;
+        if (!project.themeGuid.isEmpty() &&
+            !m_store.themes.isVisible({entry.accountId, creator->userId}, project.themeGuid))
+            throw WorkspaceFileError(entry.place,
+                                     QStringLiteral("\"%1\" has no theme %2 in account %3.")
+                                         .arg(entry.createdByLogin, project.themeGuid,
+                                              QString::number(entry.accountId)));
         const auto known = m_store.projects.find(entry.accountId, project.guid);
         if (!known) {
             m_store.projects.add(entry.accountId, project);
@@ -273,9 +271,10 @@ QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files)
 {
     const QHash<QString, QString> hashes = newHashes(store, files);
     std::optional<BlobLock> lock;
-    if (!files.assets.isEmpty())
+    if (!files.assets.isEmpty() || !files.themes.isEmpty())
         lock.emplace(store.blobs.folder(), BlobLock::Mode::Store);
     const QHash<QString, NewFile> stored = newFiles(store, files);
+    storeNewPreviews(store, files);
     return store.database.tx([&] { return Importer(store, files, hashes, stored).run(); });
 }
 

@@ -15,8 +15,8 @@ class Store;
 /// How many records of one kind were taken in.
 struct ImportCount
 {
-    QString kind; ///< "accounts", "people", "project types", "projects", "folders",
-                  ///< "folder rights", "assets"
+    QString kind; ///< "accounts", "people", "project types", "templates", "themes",
+                  ///< "template lists", "projects", "folders", "folder rights", "assets"
     int added = 0;
     int changed = 0;
     int unchanged = 0;
