@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "service/client/piecesource.h"
 #include "service/client/serveraddress.h"
 
 #include <QByteArray>
 #include <QNetworkReply>
+
+#include <memory>
 
 namespace QXSC {
 
@@ -19,7 +22,8 @@ struct Request
     QByteArray body;                             ///< empty for none
     QByteArray token;                            ///< empty for a call without a session
     QByteArray contentType = "application/json"; ///< of the body
-    bool isPiece = false; ///< part of a large file, which has a road of its own
+    /// Instead of `body`: a piece of a file, which has a road of its own.
+    std::shared_ptr<PieceSource> piece = nullptr;
 
     /// Whether making the call twice does the same as making it once, so that it may go out again
     /// when a connection that was kept open turns out to be closed.

@@ -10,14 +10,13 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <new>
 
 namespace QXSC {
 
 namespace {
 
-/// How much libcurl takes from the body at once.
+/// How much libcurl takes from the piece at once.
 constexpr long sendBufferBytes = 512L * 1024;
 
 using Error = QNetworkReply::NetworkError;
@@ -137,7 +136,7 @@ void PieceTransfer::setRequest()
     set(CURLOPT_ERRORBUFFER, m_errorText.data());
 
     set(CURLOPT_UPLOAD, 1L);
-    set(CURLOPT_INFILESIZE_LARGE, curl_off_t(call.body.size()));
+    set(CURLOPT_INFILESIZE_LARGE, curl_off_t(call.piece->size()));
     set(CURLOPT_UPLOAD_BUFFERSIZE, sendBufferBytes);
     set(CURLOPT_READFUNCTION, &PieceTransfer::read);
     set(CURLOPT_READDATA, this);
@@ -207,9 +206,12 @@ void PieceTransfer::setProxy()
 std::size_t PieceTransfer::read(char *to, std::size_t size, std::size_t count, void *self)
 {
     auto &transfer = *static_cast<PieceTransfer *>(self);
-    const QByteArray &body = transfer.m_exchange->request().body;
-    const qsizetype length = std::min(qsizetype(size * count), body.size() - transfer.m_sent);
-    std::memcpy(to, body.constData() + transfer.m_sent, std::size_t(length));
+    PieceSource &piece = *transfer.m_exchange->request().piece;
+    if (transfer.m_sent == piece.size())
+        return 0;
+    const qint64 length = piece.read(to, qint64(size * count));
+    if (length < 1)
+        return CURL_READFUNC_ABORT;
     transfer.m_sent += length;
     return std::size_t(length);
 }
@@ -217,9 +219,10 @@ std::size_t PieceTransfer::read(char *to, std::size_t size, std::size_t count, v
 int PieceTransfer::seek(void *self, curl_off_t offset, int origin)
 {
     auto &transfer = *static_cast<PieceTransfer *>(self);
-    if (origin != SEEK_SET || offset < 0 || offset > transfer.m_exchange->request().body.size())
-        return CURL_SEEKFUNC_FAIL;
-    transfer.m_sent = qsizetype(offset);
+    if (origin != SEEK_SET || offset != 0)
+        return CURL_SEEKFUNC_FAIL; // libcurl wants nothing but to begin again
+    transfer.m_exchange->request().piece->rewind();
+    transfer.m_sent = 0;
     return CURL_SEEKFUNC_OK;
 }
 

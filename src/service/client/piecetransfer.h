@@ -63,7 +63,7 @@ private:
     std::unique_ptr<CURL, void (*)(CURL *)> m_easy;
     std::unique_ptr<curl_slist, void (*)(curl_slist *)> m_headers;
     std::array<char, CURL_ERROR_SIZE> m_errorText{};
-    qsizetype m_sent = 0;
+    qint64 m_sent = 0;
     curl_off_t m_moved = -1;
     QByteArray m_body;
     bool m_ready = false;

@@ -48,7 +48,7 @@ Reply Transport::call(const Request &request, const NetworkPolicy &policy)
 
 void Transport::start(const std::shared_ptr<Exchange> &exchange)
 {
-    if (exchange->request().isPiece) {
+    if (exchange->request().piece) {
         m_pieces->start(exchange);
         return;
     }
@@ -58,7 +58,7 @@ void Transport::start(const std::shared_ptr<Exchange> &exchange)
 
 void Transport::abort(const std::shared_ptr<Exchange> &exchange)
 {
-    if (exchange->request().isPiece) {
+    if (exchange->request().piece) {
         m_pieces->wake();
         return;
     }
