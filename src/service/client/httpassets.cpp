@@ -15,7 +15,6 @@
 #include <QPointer>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -23,11 +22,44 @@ namespace QXSC {
 
 namespace {
 
-/// How often a piece is sent again after the connection broke, and how long before it. Together
-/// longer than a service takes to start again.
-constexpr std::array retryPauses{std::chrono::milliseconds(200),  std::chrono::milliseconds(500),
-                                 std::chrono::milliseconds(1000), std::chrono::milliseconds(2000),
-                                 std::chrono::milliseconds(4000), std::chrono::milliseconds(8000)};
+/// How often, and after what pauses, an upload goes on after a failure that may pass.
+class Retries
+{
+public:
+    Retries(Transport &transport, const NetworkPolicy &policy)
+        : m_transport(transport)
+        , m_limit(policy.retryLimit)
+    {
+    }
+
+    void startOver()
+    {
+        m_pause = firstPause;
+        m_waited = {};
+    }
+
+    /// Waits before the next try; false when there is none.
+    bool wait(const ServiceError &error)
+    {
+        const std::chrono::milliseconds pause = m_pause;
+        m_pause = 2 * pause;
+        m_waited += pause;
+        return isTransient(error) && m_waited <= m_limit && m_transport.pause(pause);
+    }
+
+private:
+    static constexpr std::chrono::milliseconds firstPause{250};
+
+    static bool isTransient(const ServiceError &error)
+    {
+        return error.isTransient() || error.code() == QLatin1String("busy");
+    }
+
+    Transport &m_transport;
+    const std::chrono::milliseconds m_limit;
+    std::chrono::milliseconds m_pause = firstPause;
+    std::chrono::milliseconds m_waited{0};
+};
 
 /// How large the next piece of a file should be. Small enough that a person sees the upload move,
 /// and that one which breaks off loses little; else as large as can be, because the service has
@@ -69,11 +101,6 @@ private:
 QByteArray folderPath(qint16 folderId, const char *rest = "")
 {
     return "/v1/asset-folders/" + QByteArray::number(folderId) + rest;
-}
-
-bool isTransient(const ServiceError &error)
-{
-    return error.isTransient() || error.code() == QLatin1String("busy");
 }
 
 /// The same error, with the name of the file in its sentence: what a person has to know of many.
@@ -213,7 +240,7 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
     ReadAhead pieces(file);
     PieceSize pieceSize(file.size(), ticket.chunk);
     qint64 offset = 0;
-    std::size_t failures = 0;
+    Retries retries(*transport, m_policy);
     bool isAsking = false;
     int shown = -1;
     while (offset < file.size()) {
@@ -224,15 +251,14 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
             const Exchange::Clock::time_point begun = Exchange::Clock::now();
             const qint64 received = sendPiece(path, offset, pieces.piece(offset, size));
             if (received > offset)
-                failures = 0;
+                retries.startOver();
             if (!isAsking && received == offset + size)
                 pieceSize.took(size, Exchange::Clock::now() - begun);
             isAsking = false;
             offset = received;
         } catch (const ServiceError &error) {
             pieces.check();
-            if (!isTransient(error) || failures == retryPauses.size() ||
-                !transport->pause(retryPauses[failures++]))
+            if (!retries.wait(error))
                 throw;
             pieceSize.startOver();
             isAsking = true;
@@ -281,13 +307,12 @@ QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonA
     // Sent as what may be repeated: a second time the service says the same again.
     const Request request = sessionRequest("POST", "/v1/uploads/" + ticket.id + "/commit", {},
                                            json({{QStringLiteral("checksums"), checksums}}));
-    for (std::size_t failures = 0;; ++failures) {
+    for (Retries retries(*transport, m_policy);;) {
         try {
             const Reply reply = m_transport->call(request, policy);
             return readAnswer(request, *taken(request, reply, policy), readAssetGuid);
         } catch (const ServiceError &error) {
-            if (!isTransient(error) || failures == retryPauses.size() ||
-                !transport->pause(retryPauses[failures]))
+            if (!retries.wait(error))
                 throw;
         }
     }

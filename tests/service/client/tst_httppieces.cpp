@@ -4,8 +4,10 @@
 #include "scriptedserver.h"
 #include "service/client/waitobserver.h"
 #include "testsupport/testcase.h"
+#include "tunnelproxy.h"
 
 #include <QFile>
+#include <QNetworkProxy>
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QTemporaryDir>
@@ -44,14 +46,14 @@ QByteArray received(qint64 count)
 }
 
 /// Takes everything, except where a test does the pieces itself.
-ScriptedServer::Script taking(const ScriptedServer::Script &piece)
+ScriptedServer::Script taking(const ScriptedServer::Script &piece, qint64 longest = chunk)
 {
-    return [piece](const SeenRequest &request, Wire &wire) {
+    return [piece, longest](const SeenRequest &request, Wire &wire) {
         if (request.target == "/v1/sessions")
             wire.write(http(201, R"({"token":"tok","expiresAt":4102444800000})"));
         else if (request.target == "/v1/uploads")
             wire.write(
-                http(201, "{\"uploadId\":\"u1\",\"chunk\":" + QByteArray::number(chunk) + "}"));
+                http(201, "{\"uploadId\":\"u1\",\"chunk\":" + QByteArray::number(longest) + "}"));
         else if (request.target == "/v1/uploads/u1/commit")
             wire.write(http(201, R"({"guid":"g1"})"));
         else if (isPiece(request))
@@ -66,39 +68,72 @@ void takePiece(const SeenRequest &request, Wire &wire)
     wire.write(received(offsetOf(request) + request.body.size()));
 }
 
-QSslConfiguration serverTls(const QString &folder)
+QString certificate(const char *name)
 {
-    QFile key(folder + QLatin1String("server.key"));
+    return QStringLiteral(ZEL_SOURCE_DIR "/tests/service/client/certificates/") +
+           QLatin1String(name);
+}
+
+/// One that gives up at the first failure.
+NetworkPolicy impatient()
+{
+    NetworkPolicy policy;
+    policy.retryLimit = std::chrono::milliseconds(0);
+    return policy;
+}
+
+NetworkPolicy trusting()
+{
+    NetworkPolicy policy = impatient();
+    policy.caFile = certificate("authority.pem");
+    return policy;
+}
+
+QSslConfiguration serverTls()
+{
+    QFile key(certificate("server.key"));
     if (!key.open(QIODevice::ReadOnly))
         qFatal("no key for the test server");
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    tls.setLocalCertificateChain(QSslCertificate::fromPath(folder + QLatin1String("server.pem")));
+    tls.setLocalCertificateChain(QSslCertificate::fromPath(certificate("server.pem")));
     tls.setPrivateKey(QSslKey(&key, QSsl::Ec));
     tls.setPeerVerifyMode(QSslSocket::VerifyNone);
     return tls;
 }
 
-/// Destroys the client in the first wait that lasts long enough.
+/// Destroys the client in the first wait.
 class Destroyer : public WaitObserver
 {
 public:
-    Destroyer(std::unique_ptr<HttpServiceClient> &client, std::chrono::milliseconds after)
+    explicit Destroyer(std::unique_ptr<HttpServiceClient> &client)
         : m_client(client)
-        , m_after(after)
     {
     }
 
-    void waiting(std::chrono::milliseconds waited) noexcept override
-    {
-        if (waited >= m_after)
-            m_client.reset();
-    }
+    void waiting(std::chrono::milliseconds) noexcept override { m_client.reset(); }
 
     void finished() noexcept override {}
 
 private:
     std::unique_ptr<HttpServiceClient> &m_client;
-    const std::chrono::milliseconds m_after;
+};
+
+/// Stands for the proxy a host application set for itself.
+class OneProxy : public QNetworkProxyFactory
+{
+public:
+    explicit OneProxy(quint16 port)
+        : m_port(port)
+    {
+    }
+
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &) override
+    {
+        return {QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), m_port)};
+    }
+
+private:
+    const quint16 m_port;
 };
 
 } // namespace
@@ -113,10 +148,10 @@ private slots:
     {
         TestCase::init();
         m_bytes = largeBytes();
-        QFile file(path());
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(m_bytes), m_bytes.size());
+        QVERIFY(write(m_bytes));
     }
+
+    void cleanup() { QNetworkProxyFactory::setApplicationProxyFactory(nullptr); }
 
     void sendsTheWholeFileOverOneMoreConnection()
     {
@@ -202,6 +237,7 @@ private slots:
                             "Location: http://" + other.address().toLatin1() + "/x\r\n"));
         }));
         HttpServiceClient client;
+        client.setNetworkPolicy(impatient());
         QVERIFY(signIn(client, server.address()));
         const auto error = errorOf([&] { upload(client); });
         QVERIFY(error);
@@ -228,7 +264,7 @@ private slots:
         ScriptedServer server(taking([](const SeenRequest &, Wire &wire) { wire.stall(); }));
         auto client = std::make_unique<HttpServiceClient>();
         QVERIFY(signIn(*client, server.address()));
-        Destroyer destroyer(client, std::chrono::milliseconds(0));
+        Destroyer destroyer(client);
         client->setWaitObserver(&destroyer);
         const auto error = errorOf([&] { upload(*client); });
         QVERIFY(error);
@@ -238,25 +274,17 @@ private slots:
 
     void trustsTheAuthoritiesOfThePolicyAndNoLonger()
     {
-        const QString folder = QStringLiteral(ZEL_SOURCE_DIR "/tests/service/client/certificates/");
-        ScriptedServer server(taking(takePiece), ScriptedServer::Ask::WholeRequest,
-                              serverTls(folder));
-        auto client = std::make_unique<HttpServiceClient>();
-        NetworkPolicy policy;
-        policy.caFile = folder + QLatin1String("authority.pem");
-        client->setNetworkPolicy(policy);
-        QVERIFY(signIn(*client, QLatin1String("https://") + server.address()));
-        QCOMPARE(upload(*client), QStringLiteral("g1"));
+        ScriptedServer server(taking(takePiece), ScriptedServer::Ask::WholeRequest, serverTls());
+        HttpServiceClient client;
+        client.setNetworkPolicy(trusting());
+        QVERIFY(signIn(client, QLatin1String("https://") + server.address()));
+        QCOMPARE(upload(client), QStringLiteral("g1"));
         QCOMPARE(piecesOf(server).size(), 4);
 
-        // From the second piece on nobody trusts the server. The retries are cut short in a pause
-        // that is longer than any of the calls.
-        Destroyer destroyer(client, std::chrono::milliseconds(1500));
-        connect(client.get(), &ServiceClient::CreateAssetFileProgress, client.get(), [&] {
-            client->setNetworkPolicy(NetworkPolicy());
-            client->setWaitObserver(&destroyer);
-        });
-        const auto error = errorOf([&] { upload(*client); });
+        // From the second piece on nobody trusts the server.
+        connect(&client, &ServiceClient::CreateAssetFileProgress, &client,
+                [&] { client.setNetworkPolicy(impatient()); });
+        const auto error = errorOf([&] { upload(client); });
         QVERIFY(error);
         QVERIFY2(error->kind() == ServiceError::Kind::Unreachable,
                  qPrintable(error->description() + error->details()));
@@ -265,7 +293,112 @@ private slots:
         QCOMPARE(piecesOf(server).size(), 5);
     }
 
+    void sendsPiecesThroughTheProxyThatIsChosen()
+    {
+        ScriptedServer server(taking(takePiece), ScriptedServer::Ask::WholeRequest, serverTls());
+        TunnelProxy proxy(server.port());
+        QNetworkProxyFactory::setApplicationProxyFactory(new OneProxy(proxy.port()));
+        HttpServiceClient client;
+        client.setNetworkPolicy(trusting());
+        QVERIFY(signIn(client, QStringLiteral("service.invalid"), true));
+        QCOMPARE(proxy.heads().size(), 1);
+        QCOMPARE(upload(client), QStringLiteral("g1"));
+        QByteArray sent;
+        for (const SeenRequest &piece : piecesOf(server))
+            sent += piece.body;
+        QVERIFY(sent == m_bytes);
+        // One tunnel for the calls and one for the pieces; what is for the service goes inside.
+        const QByteArrayList heads = proxy.heads();
+        QCOMPARE(heads.size(), 2);
+        QVERIFY2(heads.last().startsWith("CONNECT service.invalid:443 HTTP/1."),
+                 heads.last().constData());
+        QVERIFY2(!heads.last().toLower().contains("authorization"), heads.last().constData());
+        QVERIFY2(!heads.last().contains("octet-stream"), heads.last().constData());
+    }
+
+    void saysSoWhenTheProxyRefusesThePieces()
+    {
+        ScriptedServer server(taking(takePiece), ScriptedServer::Ask::WholeRequest, serverTls());
+        TunnelProxy proxy(server.port(), 1);
+        QNetworkProxyFactory::setApplicationProxyFactory(new OneProxy(proxy.port()));
+        HttpServiceClient client;
+        client.setNetworkPolicy(trusting());
+        QVERIFY(signIn(client, QStringLiteral("service.invalid"), true));
+        const auto error = errorOf([&] { upload(client); });
+        QVERIFY(error);
+        QCOMPARE(error->kind(), ServiceError::Kind::Unreachable);
+        QVERIFY2(error->description().contains(QLatin1String("proxy")),
+                 qPrintable(error->description() + error->details()));
+        QVERIFY(piecesOf(server).isEmpty());
+    }
+
+    void endsWithAClearErrorWhenTheServerGoesSilent()
+    {
+        ScriptedServer server(taking([](const SeenRequest &request, Wire &wire) {
+            if (offsetOf(request) == 0)
+                takePiece(request, wire);
+            else
+                wire.stall();
+        }));
+        HttpServiceClient client;
+        QVERIFY(signIn(client, server.address()));
+        NetworkPolicy policy = impatient();
+        policy.inactivityLimit = std::chrono::milliseconds(200);
+        client.setNetworkPolicy(policy);
+        const auto error = errorOf([&] { upload(client); });
+        QVERIFY(error);
+        QCOMPARE(error->kind(), ServiceError::Kind::TimedOut);
+        QVERIFY2(error->description().contains(QLatin1String("large.bin")) &&
+                     error->description().contains(QLatin1String("did not answer within 0.2")),
+                 qPrintable(error->description()));
+        // What had begun is dropped, and nobody tried again.
+        QCOMPARE(piecesOf(server).size(), 2);
+        QCOMPARE(server.requests().last().method, "DELETE");
+    }
+
+    void asksForMoreAtOnceButNotForMuchOfTheFile()
+    {
+        m_bytes = QByteArray(9 * 1024 * 1024 + 5, 'x');
+        QVERIFY(write(m_bytes));
+        ScriptedServer server(taking(takePiece, 64 * 1024 * 1024));
+        HttpServiceClient client;
+        QVERIFY(signIn(client, server.address()));
+        QCOMPARE(upload(client), QStringLiteral("g1"));
+        const QList<SeenRequest> pieces = piecesOf(server);
+        QCOMPARE(pieces.first().body.size(), chunk);
+        QByteArray sent;
+        for (const SeenRequest &piece : pieces) {
+            QCOMPARE(offsetOf(piece), sent.size());
+            QVERIFY(piece.body.size() <= m_bytes.size() / 16);
+            sent += piece.body;
+        }
+        QVERIFY(sent == m_bytes);
+    }
+
+    void namesTheFileThatIsCutOffOnTheWay()
+    {
+        // Much longer than what is read ahead.
+        QVERIFY(write(QByteArray(24 * 1024 * 1024, 'x')));
+        ScriptedServer server(taking(takePiece));
+        HttpServiceClient client;
+        QVERIFY(signIn(client, server.address()));
+        connect(&client, &ServiceClient::CreateAssetFileProgress, &client,
+                [this] { QVERIFY(QFile::resize(path(), 1000)); });
+        const auto error = errorOf([&] { upload(client); });
+        QVERIFY(error);
+        QCOMPARE(error->kind(), ServiceError::Kind::Invalid);
+        QVERIFY2(error->description().contains(QLatin1String("large.bin\" was changed")),
+                 qPrintable(error->description()));
+        QCOMPARE(server.requests().last().method, "DELETE");
+    }
+
 private:
+    bool write(const QByteArray &bytes) const
+    {
+        QFile file(path());
+        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    }
+
     QString path() const { return m_folder.filePath(QStringLiteral("large.bin")); }
 
     QString upload(HttpServiceClient &client) const
