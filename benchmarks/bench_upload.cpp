@@ -4,11 +4,11 @@
 // bench_upload [mebibytes]
 // How long a large file takes through the client and a real service, beside copying the same file
 // on the same disk with cp and writing it out, and how much memory the two processes take for it.
+#include "measuring.h"
 #include "service/client/httpserviceclient.h"
 #include "tests/contract/serviceprocess.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -29,7 +29,7 @@ namespace {
 constexpr int runs = 3;
 constexpr qint64 mebibyte = 1024 * 1024;
 constexpr double timeGoal = 2.0;
-constexpr double memoryGoal = 64;
+constexpr double memoryGoal = 64; // MiB
 
 [[noreturn]] void fail(const QString &what)
 {
@@ -61,73 +61,88 @@ void makeFile(const QString &path, qint64 mebibytes)
     writeOut(path);
 }
 
-double secondsOf(const QElapsedTimer &timer)
+template <typename Work>
+double seconds(const Work &work)
 {
-    return double(timer.nsecsElapsed()) / 1e9;
+    return Bench::milliseconds(work) / 1000;
 }
 
 double copy(const QString &from, const QString &to)
 {
-    QElapsedTimer timer;
-    timer.start();
-    if (QProcess::execute(QStringLiteral("cp"), {from, to}) != 0)
-        fail(QStringLiteral("cp failed"));
-    writeOut(to);
-    const double seconds = secondsOf(timer);
+    const double time = seconds([&] {
+        if (QProcess::execute(QStringLiteral("cp"), {from, to}) != 0)
+            fail(QStringLiteral("cp failed"));
+        writeOut(to);
+    });
     QFile::remove(to);
-    return seconds;
+    return time;
 }
 
-/// The memory of a process in mebibytes: what it has, and the most it had since `resetPeak`.
-class Memory
+/// What a process takes: memory in mebibytes, what it has idle and the most it had since `begin`,
+/// and seconds of processors.
+class Usage
 {
 public:
-    explicit Memory(qint64 pid)
+    explicit Usage(qint64 pid)
         : m_folder(QStringLiteral("/proc/%1/").arg(pid))
     {
     }
 
-    void resetPeak()
+    void begin()
     {
         QFile file(m_folder + QLatin1String("clear_refs"));
         if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1)
             fail(QStringLiteral("the peak of memory cannot be reset"));
-        m_idle = value("VmRSS:");
+        m_idle = memory("VmRSS:");
+        m_processorBefore = processorSeconds();
     }
 
-    double peakAboveIdle() const { return value("VmHWM:") - m_idle; }
+    double peakAboveIdle() const { return memory("VmHWM:") - m_idle; }
 
     double idle() const { return m_idle; }
 
+    double processors() const { return processorSeconds() - m_processorBefore; }
+
 private:
-    double value(const char *name) const
+    QByteArray content(const char *name) const
     {
-        QFile file(m_folder + QLatin1String("status"));
-        if (file.open(QIODevice::ReadOnly)) {
-            const QByteArrayList lines = file.readAll().split('\n');
-            for (const QByteArray &line : lines) {
-                if (line.startsWith(name))
-                    return line.mid(qstrlen(name)).trimmed().split(' ').first().toDouble() / 1024;
-            }
-        }
-        fail(QStringLiteral("no process to measure"));
+        QFile file(m_folder + QLatin1String(name));
+        if (!file.open(QIODevice::ReadOnly))
+            fail(QStringLiteral("no process to measure"));
+        return file.readAll();
+    }
+
+    double memory(const char *name) const
+    {
+        const QByteArray status = content("status");
+        const QByteArray line = status.mid(status.indexOf(name) + qsizetype(qstrlen(name)));
+        return line.trimmed().split(' ').first().toDouble() / 1024;
+    }
+
+    double processorSeconds() const
+    {
+        const QByteArray stat = content("stat");
+        // What follows the name of the program, which may hold anything.
+        const QByteArrayList fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+        return (fields.at(11).toDouble() + fields.at(12).toDouble()) / double(sysconf(_SC_CLK_TCK));
     }
 
     QString m_folder;
     double m_idle = 0;
+    double m_processorBefore = 0;
 };
 
 double upload(HttpServiceClient &client, const QString &path)
 {
     auto files = std::make_shared<AssetFileCollection>();
     files->add(std::make_shared<AssetFileEntry>(AssetFileEntry{path}));
-    QElapsedTimer timer;
-    timer.start();
-    const QString guid = client.CreateAsset(QStringLiteral("Large"), QString(), 0, files, QString(),
-                                            QString(), nullptr);
-    const double seconds = secondsOf(timer);
+    QString guid;
+    const double time = seconds([&] {
+        guid = client.CreateAsset(QStringLiteral("Large"), QString(), 0, files, QString(),
+                                  QString(), nullptr);
+    });
     client.DeleteAsset(guid);
-    return seconds;
+    return time;
 }
 
 void signIn(HttpServiceClient &client, const QString &address)
@@ -141,16 +156,10 @@ void signIn(HttpServiceClient &client, const QString &address)
         fail(QStringLiteral("the sample's author may not sign in"));
 }
 
-double median(std::vector<double> values)
+void print(const char *process, const Usage &usage)
 {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-void printGoal(const char *name, double value, const char *unit, double goal)
-{
-    std::printf("%-28s %8.2f %s, goal %.0f: %s\n", name, value, unit, goal,
-                value <= goal ? "goal met" : "goal missed");
+    std::printf("       %-8s %.2f s of processors, %.1f MiB above idle (%.1f)\n", process,
+                usage.processors(), usage.peakAboveIdle(), usage.idle());
 }
 
 void measure(qint64 mebibytes)
@@ -165,33 +174,32 @@ void measure(qint64 mebibytes)
     HttpServiceClient client;
     signIn(client, service.address());
 
-    Memory ours(QCoreApplication::applicationPid());
-    Memory theirs(service.processId());
+    Usage ours(QCoreApplication::applicationPid());
+    Usage theirs(service.processId());
     std::vector<double> copies;
     std::vector<double> uploads;
-    std::vector<double> clientPeaks;
-    std::vector<double> servicePeaks;
+    double clientPeak = 0;
+    double servicePeak = 0;
     std::printf("%lld MiB, median of %d runs\n\n", static_cast<long long>(mebibytes), runs);
     for (int run = 0; run < runs; ++run) {
         copies.push_back(copy(source, folder.filePath(QStringLiteral("copy.bin"))));
-        ours.resetPeak();
-        theirs.resetPeak();
+        ours.begin();
+        theirs.begin();
         uploads.push_back(upload(client, source));
-        clientPeaks.push_back(ours.peakAboveIdle());
-        servicePeaks.push_back(theirs.peakAboveIdle());
-        std::printf("run %d: cp and fsync %.2f s, upload %.2f s; memory above idle: client %.1f of "
-                    "%.1f MiB, service %.1f of %.1f MiB\n",
-                    run + 1, copies.back(), uploads.back(), clientPeaks.back(), ours.idle(),
-                    servicePeaks.back(), theirs.idle());
+        clientPeak = std::max(clientPeak, ours.peakAboveIdle());
+        servicePeak = std::max(servicePeak, theirs.peakAboveIdle());
+        std::printf("run %d: cp and fsync %.2f s, upload %.2f s\n", run + 1, copies.back(),
+                    uploads.back());
+        print("client", ours);
+        print("service", theirs);
         service.runCommand(
             {QStringLiteral("trash"), QStringLiteral("purge"), QStringLiteral("--all")});
     }
     std::printf("\n");
-    printGoal("time", median(uploads) / median(copies), "of cp and fsync", timeGoal);
-    printGoal("memory of the client", *std::max_element(clientPeaks.begin(), clientPeaks.end()),
-              "MiB above idle", memoryGoal);
-    printGoal("memory of the service", *std::max_element(servicePeaks.begin(), servicePeaks.end()),
-              "MiB above idle", memoryGoal);
+    Bench::printGoal("time", Bench::medianOf(uploads), Bench::medianOf(copies), "cp and fsync",
+                     timeGoal);
+    Bench::printGoal("memory of the client above idle", clientPeak, memoryGoal, "64 MiB", 1);
+    Bench::printGoal("memory of the service above idle", servicePeak, memoryGoal, "64 MiB", 1);
 }
 
 } // namespace

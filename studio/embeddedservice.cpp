@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/embeddedservice.h"
 
+#include "service/daemon/exitcodes.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -17,11 +19,7 @@ constexpr qsizetype KeptLog = 8192;    // bytes of the service's log kept for pr
 constexpr qint64 PatienceOfEyes = 300; // milliseconds until waiting is shown
 constexpr int Tick = 100;              // milliseconds
 
-// What the service ends with.
-constexpr int ExitNewerWorkspace = 3;
-constexpr int ExitCorruptWorkspace = 4;
-constexpr int ExitPortInUse = 5;
-/// Added to the number of the signal that ended it, as shells do.
+/// Added to the number of the signal that ended the service, as shells do.
 constexpr int ExitBySignal = 128;
 
 } // namespace
@@ -118,10 +116,11 @@ void EmbeddedService::finished(int code, QProcess::ExitStatus status)
     readLog();
     if (phase == Phase::Running) {
         emit ended();
-    } else if (phase == Phase::Importing && exitCode == 0) {
+    } else if (phase == Phase::Importing && exitCode == Zel::Service::ExitFine) {
         m_imports.removeFirst();
         next();
-    } else if (phase == Phase::Starting && exitCode == ExitPortInUse && m_port != 0) {
+    } else if (phase == Phase::Starting && exitCode == Zel::Service::ExitAddressInUse &&
+               m_port != 0) {
         m_port = 0; // the old port was taken meanwhile: any other will do
         next();
     } else {
@@ -194,12 +193,12 @@ Problem EmbeddedService::startProblem(Phase phase, int exitCode) const
     problem.canRetry = true;
     if (m_isTooLate) {
         problem.what = tr("The service on this computer did not come up in time.");
-    } else if (exitCode == ExitNewerWorkspace) {
+    } else if (exitCode == Zel::Service::ExitNewerDatabase) {
         problem.what = tr("The workspace was made by a newer version of this program.");
         problem.advice = tr("Update Studio, or start it with another workspace (studio --workspace "
                             "FILE). Nothing was changed.");
         problem.canRetry = false;
-    } else if (exitCode == ExitCorruptWorkspace) {
+    } else if (exitCode == Zel::Service::ExitCorruptDatabase) {
         problem.what = tr("The workspace file is damaged or is no workspace.");
         problem.advice = tr("Start Studio with another workspace (studio --workspace FILE), or put "
                             "a copy of yours back and try again. The file was left as it is.");

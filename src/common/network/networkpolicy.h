@@ -9,13 +9,16 @@
 namespace QXSC {
 
 /// How calls go over the network; one policy serves the service client and the pictures that are
-/// fetched from the same service. A time limit of zero or less means "no limit".
+/// fetched from the same service. A limit of a call of zero or less means "no limit".
 struct NetworkPolicy
 {
     /// The longest silence in a call: no connection made, no byte sent and none received.
     std::chrono::milliseconds inactivityLimit = std::chrono::seconds(30);
     /// The longest a call may take as a whole, however lively it is.
     std::chrono::milliseconds callLimit = std::chrono::minutes(5);
+    /// How long an upload waits, in all, for a connection that broke to come back, before it is
+    /// given up: longer than a service takes to start again.
+    std::chrono::milliseconds retryLimit = std::chrono::seconds(16);
     /// Whether calls go through a proxy: the one the host application set for itself, else the
     /// system's. A service on this machine is always called directly: plain http is allowed there
     /// because nothing leaves the machine.

@@ -6,14 +6,15 @@
 #include "service/client/answerreader.h"
 #include "service/client/assetreader.h"
 #include "service/client/callfailure.h"
+#include "service/client/exchange.h"
 #include "service/client/jsoncall.h"
+#include "service/client/readahead.h"
 #include "service/client/transport.h"
 #include "service/client/uploadfile.h"
 
 #include <QPointer>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -21,23 +22,85 @@ namespace QXSC {
 
 namespace {
 
-/// How often a piece is sent again after the connection broke, and how long before it. Together
-/// longer than a service takes to start again.
-constexpr std::array retryPauses{std::chrono::milliseconds(200),  std::chrono::milliseconds(500),
-                                 std::chrono::milliseconds(1000), std::chrono::milliseconds(2000),
-                                 std::chrono::milliseconds(4000), std::chrono::milliseconds(8000)};
-/// Pieces are small enough that a person sees an upload move, and no smaller.
-constexpr qint64 leastPiece = 256 * 1024;
-constexpr qint64 piecesPerFile = 16;
+/// How often, and after what pauses, an upload goes on after a failure that may pass.
+class Retries
+{
+public:
+    Retries(Transport &transport, const NetworkPolicy &policy)
+        : m_transport(transport)
+        , m_limit(policy.retryLimit)
+    {
+    }
+
+    void startOver()
+    {
+        m_pause = firstPause;
+        m_waited = {};
+    }
+
+    /// Waits before the next try; false when there is none.
+    bool wait(const ServiceError &error)
+    {
+        const std::chrono::milliseconds pause = m_pause;
+        m_pause = 2 * pause;
+        m_waited += pause;
+        return isTransient(error) && m_waited <= m_limit && m_transport.pause(pause);
+    }
+
+private:
+    static constexpr std::chrono::milliseconds firstPause{250};
+
+    static bool isTransient(const ServiceError &error)
+    {
+        return error.isTransient() || error.code() == QLatin1String("busy");
+    }
+
+    Transport &m_transport;
+    const std::chrono::milliseconds m_limit;
+    std::chrono::milliseconds m_pause = firstPause;
+    std::chrono::milliseconds m_waited{0};
+};
+
+/// How large the next piece of a file should be. Small enough that a person sees the upload move,
+/// and that one which breaks off loses little; else as large as can be, because the service has
+/// nothing to do between two of them.
+class PieceSize
+{
+public:
+    PieceSize(qint64 fileSize, qint64 most)
+        : m_most(std::min(most, std::max(least, fileSize / leastSteps)))
+        , m_least(std::min(least, most))
+        , m_next(m_least)
+    {
+    }
+
+    void startOver() { m_next = m_least; }
+
+    qint64 next() const { return m_next; }
+
+    /// Goes by what the one before took, on slow and on fast connections.
+    void took(qint64 size, Exchange::Clock::duration time)
+    {
+        const double seconds = std::chrono::duration<double>(time).count();
+        const double wanted = double(size) * aimedSeconds / std::max(seconds, 1e-6);
+        const double most = double(std::min(m_most, m_next * fastestGrowth));
+        m_next = std::max(m_least, qint64(std::min(wanted, most)));
+    }
+
+private:
+    static constexpr qint64 least = 256 * 1024;
+    static constexpr qint64 leastSteps = 16; ///< of a large file
+    static constexpr qint64 fastestGrowth = 8;
+    static constexpr double aimedSeconds = 1;
+
+    const qint64 m_most;
+    const qint64 m_least;
+    qint64 m_next;
+};
 
 QByteArray folderPath(qint16 folderId, const char *rest = "")
 {
     return "/v1/asset-folders/" + QByteArray::number(folderId) + rest;
-}
-
-bool isTransient(const ServiceError &error)
-{
-    return error.isTransient() || error.code() == QLatin1String("busy");
 }
 
 /// The same error, with the name of the file in its sentence: what a person has to know of many.
@@ -174,26 +237,30 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
     // This object may go away in a call and in a pause.
     const std::shared_ptr<Transport> transport = m_transport;
     const QByteArray path = "/v1/uploads/" + ticket.id + "/files/" + QByteArray::number(position);
-    const qint64 piece = std::min(ticket.chunk, std::max(leastPiece, file.size() / piecesPerFile));
-    ReadAhead pieces(file, piece);
+    ReadAhead pieces(file);
+    PieceSize pieceSize(file.size(), ticket.chunk);
     qint64 offset = 0;
-    std::size_t failures = 0;
+    Retries retries(*transport, m_policy);
     bool isAsking = false;
     int shown = -1;
     while (offset < file.size()) {
-        // Never as a whole in memory: one piece is sent and the next one read. After a failure one
-        // without bytes asks how far the service has got.
-        const QByteArray bytes = isAsking ? QByteArray() : pieces.piece(offset);
+        // Never as a whole in memory. After a failure a piece without bytes asks how far the
+        // service has got.
+        const qint64 size = isAsking ? 0 : std::min(pieceSize.next(), file.size() - offset);
         try {
-            const qint64 received = sendPiece(path, offset, bytes);
+            const Exchange::Clock::time_point begun = Exchange::Clock::now();
+            const qint64 received = sendPiece(path, offset, pieces.piece(offset, size));
             if (received > offset)
-                failures = 0;
+                retries.startOver();
+            if (!isAsking && received == offset + size)
+                pieceSize.took(size, Exchange::Clock::now() - begun);
             isAsking = false;
             offset = received;
         } catch (const ServiceError &error) {
-            if (!isTransient(error) || failures == retryPauses.size() ||
-                !transport->pause(retryPauses[failures++]))
+            pieces.check();
+            if (!retries.wait(error))
                 throw;
+            pieceSize.startOver();
             isAsking = true;
             continue;
         }
@@ -207,10 +274,12 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
     }
 }
 
-qint64 HttpServiceClient::sendPiece(const QByteArray &path, qint64 offset, const QByteArray &bytes)
+qint64 HttpServiceClient::sendPiece(const QByteArray &path, qint64 offset,
+                                    const std::shared_ptr<PieceSource> &piece)
 {
-    Request request = sessionRequest("PUT", path, "offset=" + QByteArray::number(offset), bytes);
+    Request request = sessionRequest("PUT", path, "offset=" + QByteArray::number(offset));
     request.contentType = "application/octet-stream";
+    request.piece = piece;
     const NetworkPolicy policy = m_policy;
     const Reply reply = m_transport->call(request, policy);
     if (reply.ending == Reply::Ending::Answered && reply.status == 409 &&
@@ -238,13 +307,12 @@ QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonA
     // Sent as what may be repeated: a second time the service says the same again.
     const Request request = sessionRequest("POST", "/v1/uploads/" + ticket.id + "/commit", {},
                                            json({{QStringLiteral("checksums"), checksums}}));
-    for (std::size_t failures = 0;; ++failures) {
+    for (Retries retries(*transport, m_policy);;) {
         try {
             const Reply reply = m_transport->call(request, policy);
             return readAnswer(request, *taken(request, reply, policy), readAssetGuid);
         } catch (const ServiceError &error) {
-            if (!isTransient(error) || failures == retryPauses.size() ||
-                !transport->pause(retryPauses[failures]))
+            if (!retries.wait(error))
                 throw;
         }
     }

@@ -19,6 +19,7 @@ namespace QXSC {
 struct Reply;
 struct Request;
 class Transport;
+class PieceSource;
 class UploadFile;
 struct UploadTicket;
 
@@ -168,7 +169,8 @@ private:
                        const UploadFile *&current);
     void sendFile(const UploadTicket &ticket, int position, UploadFile &file);
     /// Returns how much of the file the service has then.
-    qint64 sendPiece(const QByteArray &path, qint64 offset, const QByteArray &bytes);
+    qint64 sendPiece(const QByteArray &path, qint64 offset,
+                     const std::shared_ptr<PieceSource> &piece);
     QString commitUpload(const UploadTicket &ticket, const QJsonArray &checksums,
                          const std::vector<std::unique_ptr<UploadFile>> &files);
     void dropUpload(const UploadTicket &ticket);

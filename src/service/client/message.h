@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "service/client/piecesource.h"
 #include "service/client/serveraddress.h"
 
 #include <QByteArray>
 #include <QNetworkReply>
+
+#include <memory>
 
 namespace QXSC {
 
@@ -19,6 +22,8 @@ struct Request
     QByteArray body;                             ///< empty for none
     QByteArray token;                            ///< empty for a call without a session
     QByteArray contentType = "application/json"; ///< of the body
+    /// Instead of `body`: a piece of a file, which has a road of its own.
+    std::shared_ptr<PieceSource> piece = nullptr;
 
     /// Whether making the call twice does the same as making it once, so that it may go out again
     /// when a connection that was kept open turns out to be closed.
@@ -41,7 +46,7 @@ struct Reply
 
     Ending ending = Ending::Closed;
     QNetworkReply::NetworkError networkError = QNetworkReply::NoError;
-    QString networkText; ///< Qt's words for a network failure, without the address of the call
+    QString networkText; ///< the network's words for a failure, without the address of the call
     int status = 0;      ///< HTTP status, 0 when no answer began
     QByteArray contentType;
     QByteArray requestId;

@@ -16,6 +16,7 @@ std::shared_ptr<Transport> Transport::create()
 
 Transport::Transport()
     : m_worker(new TransportWorker)
+    , m_pieces(std::make_unique<PieceRoad>())
 {
     m_thread.setObjectName(QStringLiteral("ServiceClient"));
     m_worker->moveToThread(&m_thread);
@@ -35,15 +36,34 @@ Reply Transport::call(const Request &request, const NetworkPolicy &policy)
     if (m_closed)
         return Reply();
     const auto exchange = std::make_shared<Exchange>(request, policy);
-    TransportWorker *worker = m_worker;
-    QMetaObject::invokeMethod(worker, [worker, exchange] { worker->start(exchange); });
+    start(exchange);
     await(*exchange);
     if (m_closed)
         return Reply();
     Reply reply = exchange->takeReply();
     if (reply.ending == Reply::Ending::Silent || reply.ending == Reply::Ending::Overdue)
-        QMetaObject::invokeMethod(worker, [worker, exchange] { worker->abort(exchange); });
+        abort(exchange);
     return reply;
+}
+
+void Transport::start(const std::shared_ptr<Exchange> &exchange)
+{
+    if (exchange->request().piece) {
+        m_pieces->start(exchange);
+        return;
+    }
+    TransportWorker *worker = m_worker;
+    QMetaObject::invokeMethod(worker, [worker, exchange] { worker->start(exchange); });
+}
+
+void Transport::abort(const std::shared_ptr<Exchange> &exchange)
+{
+    if (exchange->request().piece) {
+        m_pieces->wake();
+        return;
+    }
+    TransportWorker *worker = m_worker;
+    QMetaObject::invokeMethod(worker, [worker, exchange] { worker->abort(exchange); });
 }
 
 void Transport::await(Exchange &exchange)
@@ -73,6 +93,7 @@ void Transport::close()
         return;
     m_closed = true;
     m_notice.setObserver(nullptr);
+    m_pieces.reset();
     m_thread.quit();
     m_thread.wait();
 }

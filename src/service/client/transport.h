@@ -4,6 +4,7 @@
 
 #include "common/network/networkpolicy.h"
 #include "service/client/message.h"
+#include "service/client/pieceroad.h"
 #include "service/client/waitnotice.h"
 
 #include <QThread>
@@ -41,10 +42,13 @@ private:
     Transport();
     Q_DISABLE_COPY_MOVE(Transport)
 
+    void start(const std::shared_ptr<Exchange> &exchange);
+    void abort(const std::shared_ptr<Exchange> &exchange);
     void await(Exchange &exchange);
 
     QThread m_thread;
-    TransportWorker *m_worker; ///< lives in m_thread and is deleted there
+    TransportWorker *m_worker;           ///< lives in m_thread and is deleted there
+    std::unique_ptr<PieceRoad> m_pieces; ///< until closed
     WaitNotice m_notice;
     bool m_closed = false;
 };

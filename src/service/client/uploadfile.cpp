@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <vector>
+
 namespace QXSC {
 
 namespace {
@@ -57,52 +59,32 @@ void UploadFile::changed() const
                .arg(QDir::toNativeSeparators(m_path)));
 }
 
-QByteArray UploadFile::read(qint64 offset, qint64 longest)
+qint64 UploadFile::read(qint64 offset, char *to, qint64 most)
 {
-    const qint64 count = qMin(longest, m_size - offset);
-    if (!m_file.seek(offset))
-        changed();
-    const QByteArray piece = m_file.read(count);
-    if (piece.size() != count)
+    const qint64 count = qMin(most, m_size - offset);
+    if (!m_file.seek(offset) || m_file.read(to, count) != count)
         changed();
     // What was read before is in the checksum already.
     const qint64 fresh = offset + count - m_hashed;
     if (offset <= m_hashed && fresh > 0) {
-        m_checksum.add(piece.constData() + (piece.size() - fresh), static_cast<std::size_t>(fresh));
+        m_checksum.add(to + (count - fresh), static_cast<std::size_t>(fresh));
         m_hashed += fresh;
     }
-    return piece;
+    return count;
 }
 
 QByteArray UploadFile::checksum()
 {
-    constexpr qint64 pieceBytes = 1024 * 1024;
     // Where an upload went on behind a place this side has not read.
-    while (m_hashed < m_size)
-        read(m_hashed, pieceBytes);
+    if (m_hashed < m_size) {
+        std::vector<char> buffer(256 * 1024);
+        while (m_hashed < m_size)
+            read(m_hashed, buffer.data(), qint64(buffer.size()));
+    }
     const QFileInfo now(m_path);
     if (!now.exists() || now.size() != m_size || now.lastModified() != m_modified)
         changed();
     return m_checksum.hex();
-}
-
-QByteArray ReadAhead::piece(qint64 offset)
-{
-    QByteArray bytes;
-    if (m_next.valid() && m_nextOffset == offset) {
-        bytes = m_next.get();
-    } else {
-        if (m_next.valid())
-            m_next.wait(); // one reader at a time; what came of it does not matter
-        bytes = m_file.read(offset, m_pieceBytes);
-    }
-    m_nextOffset = offset + bytes.size();
-    m_next = {};
-    if (m_nextOffset < m_file.size())
-        m_next = std::async(std::launch::async, [this, next = m_nextOffset] {
-            return m_file.read(next, m_pieceBytes);
-        });
-    return bytes;
 }
 
 } // namespace QXSC

@@ -8,8 +8,6 @@
 #include <QDateTime>
 #include <QFile>
 
-#include <future>
-
 namespace QXSC {
 
 /// A local file on its way to the service: read once, piece by piece, its checksum made meanwhile.
@@ -26,8 +24,9 @@ public:
 
     qint64 size() const { return m_size; }
 
-    /// The piece that begins at `offset`, at most `longest` bytes. Going back is possible.
-    QByteArray read(qint64 offset, qint64 longest);
+    /// Reads what begins at `offset`, as far as `most` and the end of the file allow. Returns how
+    /// much that is. Going back is possible.
+    qint64 read(qint64 offset, char *to, qint64 most);
     /// SHA-256 of the whole, hexadecimal, when all of it has been read; makes sure that it is still
     /// the file that was opened.
     QByteArray checksum();
@@ -41,27 +40,6 @@ private:
     QDateTime m_modified;
     Checksum m_checksum;
     qint64 m_hashed = 0;
-};
-
-/// Reads a file piece by piece, the next one while the one before is on its way. Goes before the
-/// file does; nobody else reads it meanwhile.
-class ReadAhead
-{
-public:
-    ReadAhead(UploadFile &file, qint64 pieceBytes)
-        : m_file(file)
-        , m_pieceBytes(pieceBytes)
-    {
-    }
-
-    /// The piece that begins at `offset`; the one behind it is begun. Throws what reading throws.
-    QByteArray piece(qint64 offset);
-
-private:
-    UploadFile &m_file;
-    const qint64 m_pieceBytes;
-    qint64 m_nextOffset = 0;
-    std::future<QByteArray> m_next;
 };
 
 } // namespace QXSC

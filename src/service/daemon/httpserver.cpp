@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/httpserver.h"
 
+#include "service/daemon/bodyreader.h"
 #include "service/daemon/problem.h"
 #include "service/daemon/workerpool.h"
 
-#include <utility> // before asio's awaitable, which forgets it
-
-#include <boost/asio/awaitable.hpp>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
 #include <boost/asio/io_context.hpp>
@@ -49,10 +47,10 @@ using boost::system::error_code;
 
 namespace {
 
-/// One read of a body; smaller buffers made uploads several times slower.
-constexpr std::size_t readBufferBytes = 64 * 1024;
 /// What is taken from, or given to, a file at once.
 constexpr qsizetype pieceBytes = 256 * 1024;
+/// How much of a body a worker takes in at once before others have their turn.
+constexpr qint64 longestTurn = 8 * 1024 * 1024;
 /// One read of a head, and what an idle connection keeps.
 constexpr std::size_t headBufferBytes = 4 * 1024;
 /// What may wait to be parsed: nothing legal in the framing of a body (a chunk's extensions, the
@@ -255,8 +253,12 @@ void Connection::end(bool atOnce)
 {
     asio::post(m_stream.get_executor(), [self = shared_from_this(), atOnce] {
         self->m_ending = true;
-        if (atOnce || !self->m_busy)
-            self->m_stream.close();
+        if (!atOnce && self->m_busy)
+            return;
+        // Not closed: a worker may be reading from it.
+        error_code ignored;
+        self->m_stream.socket().shutdown(tcp::socket::shutdown_both, ignored);
+        self->m_stream.cancel();
     });
 }
 
@@ -418,42 +420,31 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
 
     // A body that was refused is read all the same, up to its limit: answered in its middle, many
     // clients would lose the answer.
-    m_buffer.reserve(readBufferBytes);
-    http::request_parser<http::buffer_body> parser(std::move(head));
-    parser.body_limit(limit);
-    // One piece is taken in while the next one is read.
-    auto piece = std::make_shared<QByteArray>(pieceBytes, Qt::Uninitialized);
-    auto other = std::make_shared<QByteArray>(pieceBytes, Qt::Uninitialized);
-    std::shared_ptr<Job> taking;
-    while (!parser.is_done()) {
-        std::swap(piece, other);
-        parser.get().body().data = piece->data();
-        parser.get().body().size = static_cast<std::size_t>(piece->size());
+    BodyReader body(std::move(head), limit);
+    const auto size = std::min(static_cast<std::uint64_t>(pieceBytes), length.value_or(limit));
+    const auto piece =
+        std::make_shared<QByteArray>(static_cast<qsizetype>(size), Qt::Uninitialized);
+    while (!body.isDone()) {
         error_code error;
         m_stream.expires_after(m_server.options.limits.body);
-        co_await http::async_read(m_stream, m_buffer, parser,
-                                  asio::redirect_error(asio::use_awaitable, error));
-        if (error == http::error::need_buffer)
-            error = {};
-        co_await endOf(std::exchange(taking, nullptr));
+        const qsizetype count = co_await body.read(m_stream, m_buffer, *piece, error);
         if (error == http::error::body_limit) {
             co_await refuse(request, tooLarge(plan.bodyLimit));
             co_return std::nullopt;
         }
-        const qsizetype count = piece->size() - static_cast<qsizetype>(parser.get().body().size);
         // What came before a connection broke is kept, too: the client goes on behind it.
-        std::function<void()> take = [sink, piece, answer, count] {
-            *answer = sink->take(QByteArrayView(*piece).first(count));
+        std::function<void()> take = [this, &body, sink, piece, answer, count] {
+            qsizetype ready = count;
+            for (qint64 taken = 0; ready > 0 && !*answer; taken += ready) {
+                *answer = sink->take(QByteArrayView(*piece).first(ready));
+                ready = taken < longestTurn ? body.readReady(m_stream, *piece) : 0;
+            }
         };
-        if (count > 0 && !*answer) {
-            taking = startJob(plan.lane, std::move(take));
-            if (!taking)
-                *answer = tooBusy().response(request.requestId);
-        }
+        if (count > 0 && !*answer && !co_await onWorker(plan.lane, std::move(take)))
+            *answer = tooBusy().response(request.requestId);
         if (error)
             co_return std::nullopt;
     }
-    co_await endOf(taking);
     std::function<void()> finish = [sink, answer] { *answer = sink->finish(); };
     if (!*answer && !co_await onWorker(plan.lane, std::move(finish)))
         co_return tooBusy().response(request.requestId);

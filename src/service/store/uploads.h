@@ -36,7 +36,7 @@ class ZEL_EXPORT Uploads
 public:
     static constexpr qint64 lifeMs = 24LL * 60 * 60 * 1000;
     /// The longest piece of a file in one request.
-    static constexpr qint64 chunkBytes = 8LL * 1024 * 1024;
+    static constexpr qint64 chunkBytes = 32LL * 1024 * 1024;
     static constexpr qint64 largestBytes = 64LL * 1024 * 1024 * 1024;
     static constexpr qsizetype mostFiles = 100;
     /// Room left for the database and everybody else.

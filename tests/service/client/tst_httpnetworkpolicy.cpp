@@ -91,6 +91,7 @@ private slots:
         const NetworkPolicy policy;
         QCOMPARE(policy.inactivityLimit, std::chrono::milliseconds(30000));
         QCOMPARE(policy.callLimit, std::chrono::milliseconds(300000));
+        QCOMPARE(policy.retryLimit, std::chrono::milliseconds(16000));
         QVERIFY(!policy.useSystemProxy);
         QVERIFY(policy.caFile.isEmpty());
         QCOMPARE(policy.answerLimit, 268435456);
