@@ -6,6 +6,7 @@
 #include "designer/controlplugin.h"
 #include "login/login.h"
 #include "projects/projectlist.h"
+#include "stats/statscontrol.h"
 #include "themes/themelist.h"
 #include "records/checkboxwidget.h"
 #include "records/customwidget.h"
@@ -38,9 +39,10 @@ QList<ControlEntry> controls()
         controlEntry<ProjectList>(
             "projects/projectlist.h", "projectlist",
             QT_TRANSLATE_NOOP("ControlPlugin", "Lists the projects of a type")),
-        controlEntry<ThemeList>(
-            "themes/themelist.h", "themelist",
-            QT_TRANSLATE_NOOP("ControlPlugin", "Lets a person choose the theme of a project")),
+        controlEntry<StatsControl>(
+            "stats/statscontrol.h", "statscontrol",
+            QT_TRANSLATE_NOOP("ControlPlugin",
+                              "Shows who came to an event, and moderates its questions")),
         controlEntry<TextAreaWidget>(
             "records/textareawidget.h", "textareawidget",
             QT_TRANSLATE_NOOP("ControlPlugin", "A field of several lines of text")),
@@ -49,6 +51,9 @@ QList<ControlEntry> controls()
             QT_TRANSLATE_NOOP("ControlPlugin", "A field that holds an asset")),
         controlEntry<TextWidget>("records/textwidget.h", "textwidget",
                                  QT_TRANSLATE_NOOP("ControlPlugin", "A field of one line of text")),
+        controlEntry<ThemeList>(
+            "themes/themelist.h", "themelist",
+            QT_TRANSLATE_NOOP("ControlPlugin", "Lets a person choose the theme of a project")),
     };
 }
 

@@ -8,8 +8,6 @@ namespace ZelWebServiceControls {
 
 namespace {
 
-constexpr qint64 SecondsPerDay = 86400;
-
 /// The date a column shows; null when it shows none.
 const QDateTime *dateOf(const QXSC::ProjectRecord &project, int column)
 {
@@ -23,20 +21,6 @@ const QDateTime *dateOf(const QXSC::ProjectRecord &project, int column)
     default:
         return nullptr;
     }
-}
-
-/// Orders as the date's text does once it is read back: by whole seconds of the local clock, an
-/// hour that the clocks skip in spring included, and like no date where the text reads as none.
-qint64 sortValue(const QDateTime &moment)
-{
-    static const QDate first(1, 1, 1);
-    static const QDate last(9999, 12, 31);
-    const QDateTime local = moment.timeSpec() == Qt::LocalTime ? moment : moment.toLocalTime();
-    const QDate date = local.date();
-    const QTime time = local.time();
-    if (date < first || date > last || !time.isValid())
-        return Zel::ListRowProvider::NoSortValue;
-    return date.toJulianDay() * SecondsPerDay + time.msecsSinceStartOfDay() / 1000;
 }
 
 } // namespace
@@ -85,7 +69,7 @@ bool ProjectRows::sortValues(int column, std::span<qint64> out) const
     auto value = out.begin();
     for (const QXSC::ProjectRecordPtr &project : *m_projects) {
         const QDateTime *date = dateOf(*project, column);
-        *value++ = date ? sortValue(*date) : NoSortValue;
+        *value++ = date ? sortValueOf(*date) : NoSortValue;
     }
     return true;
 }

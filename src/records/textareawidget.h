@@ -3,8 +3,8 @@
 #pragma once
 
 #include "platform/widgets/control.h"
+#include "platform/widgets/kepttext.h"
 #include "records/editedfield.h"
-#include "records/kepttext.h"
 
 class QLabel;
 class QPlainTextEdit;
@@ -45,7 +45,7 @@ private:
 
     QLabel *m_label;
     QPlainTextEdit *m_value;
-    KeptText m_text;
+    Zel::KeptText m_text;
     bool m_setting = false;
 };
 

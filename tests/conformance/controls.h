@@ -6,6 +6,7 @@
 #include "login/login.h"
 #include "platform/widgets/controlregistry.h"
 #include "projects/projectlist.h"
+#include "stats/statscontrol.h"
 #include "themes/themelist.h"
 #include "records/checkboxwidget.h"
 #include "records/customwidget.h"
@@ -24,6 +25,7 @@ inline void introduceControls()
     Zel::ControlRegistry::add<DataRecordManager>();
     Zel::ControlRegistry::add<Login>();
     Zel::ControlRegistry::add<ProjectList>();
+    Zel::ControlRegistry::add<StatsControl>();
     Zel::ControlRegistry::add<ThemeList>();
     Zel::ControlRegistry::add<TextAreaWidget>();
     Zel::ControlRegistry::add<TextAssetWidget>();

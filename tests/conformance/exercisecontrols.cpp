@@ -77,6 +77,10 @@ void script(ZelTest::RecordingClient &client)
     client.templates[{QStringLiteral("k"), QStringLiteral("v")}] =
         std::make_shared<QXSC::TemplateRecord>();
     client.dataRecords[QStringLiteral("theme")] = recordOfEveryType();
+    client.participants = ZelTest::recordList<QXSC::ParticipantRecord>({{}, {}});
+    client.registrants = ZelTest::recordList<QXSC::RegistrantRecord>({{}, {}});
+    client.pageViews = ZelTest::recordList<QXSC::PageViewRecord>({{}, {}});
+    client.questions = ZelTest::recordList<QXSC::QuestionRecord>({{}, {}});
 }
 
 /// A dialog for component pages without a page.

@@ -93,10 +93,11 @@ private slots:
                                      QStringLiteral("ZelWebServiceControls::DataRecordManager"),
                                      QStringLiteral("ZelWebServiceControls::Login"),
                                      QStringLiteral("ZelWebServiceControls::ProjectList"),
-                                     QStringLiteral("ZelWebServiceControls::ThemeList")}));
+                                     QStringLiteral("ZelWebServiceControls::StatsControl"),
                                      QStringLiteral("ZelWebServiceControls::TextAreaWidget"),
                                      QStringLiteral("ZelWebServiceControls::TextAssetWidget"),
-                                     QStringLiteral("ZelWebServiceControls::TextWidget")}));
+                                     QStringLiteral("ZelWebServiceControls::TextWidget"),
+                                     QStringLiteral("ZelWebServiceControls::ThemeList")}));
     }
 
     void controlsOnAFormAreInDesignMode()

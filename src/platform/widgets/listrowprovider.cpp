@@ -41,4 +41,17 @@ bool ListRowProvider::sortValues(int, std::span<qint64>) const
     return false;
 }
 
+qint64 ListRowProvider::sortValueOf(const QDateTime &moment)
+{
+    constexpr qint64 secondsPerDay = 86400;
+    static const QDate first(1, 1, 1);
+    static const QDate last(9999, 12, 31);
+    const QDateTime local = moment.timeSpec() == Qt::LocalTime ? moment : moment.toLocalTime();
+    const QDate date = local.date();
+    const QTime time = local.time();
+    if (date < first || date > last || !time.isValid())
+        return NoSortValue;
+    return date.toJulianDay() * secondsPerDay + time.msecsSinceStartOfDay() / 1000;
+}
+
 } // namespace Zel

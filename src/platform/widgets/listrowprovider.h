@@ -5,6 +5,7 @@
 #include "platform/core/export.h"
 
 #include <QColor>
+#include <QDateTime>
 #include <QString>
 #include <QVariant>
 
@@ -51,6 +52,11 @@ public:
 
 protected:
     ListRowProvider() = default;
+
+    /// The sort value of a cell that shows a date as the general date text: it orders as the text
+    /// does once it is read back, by whole seconds of the local clock, an hour that the clocks skip
+    /// in spring included, and like no date where the text reads as none.
+    static qint64 sortValueOf(const QDateTime &moment);
 
 private:
     Q_DISABLE_COPY_MOVE(ListRowProvider)

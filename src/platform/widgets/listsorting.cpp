@@ -3,6 +3,7 @@
 #include "platform/widgets/listsorting.h"
 
 #include <QCollator>
+#include <QHash>
 
 #include <algorithm>
 #include <array>
@@ -74,6 +75,66 @@ ushort codePointRank(QChar unit)
                               : static_cast<ushort>(code - 0x800);
 }
 
+/// The different texts of many, and which of them each row has.
+struct Distinct
+{
+    std::vector<QString> texts;
+    std::vector<quint32> textOfRow;
+};
+
+Distinct distinctTexts(std::span<const QString> texts)
+{
+    Distinct result;
+    result.textOfRow.reserve(texts.size());
+    QHash<QString, quint32> known;
+    for (const QString &text : texts) {
+        const auto next = static_cast<quint32>(result.texts.size());
+        const auto found = known.constFind(text);
+        result.textOfRow.push_back(found == known.cend() ? next : *found);
+        if (found != known.cend())
+            continue;
+        known.insert(text, next);
+        result.texts.push_back(text);
+    }
+    return result;
+}
+
+/// The place of each key in their order; equal ones have the same.
+template <typename Key, typename Compare>
+std::vector<qint64> ranksOfKeys(const std::vector<Key> &keys, Compare compare)
+{
+    const ListOrder::Rows sorted =
+        stableOrder(keys.size(), Qt::AscendingOrder,
+                    [&](quint32 a, quint32 b) { return compare(keys[a], keys[b]) < 0; });
+    std::vector<qint64> ranks(keys.size());
+    qint64 rank = 0;
+    for (size_t i = 1; i < sorted.size(); ++i) {
+        rank += compare(keys[sorted[i - 1]], keys[sorted[i]]) != 0 ? 1 : 0;
+        ranks[sorted[i]] = rank;
+    }
+    return ranks;
+}
+
+std::vector<qint64> ranksOf(const std::vector<QString> &texts, const QLocale &locale)
+{
+    if (locale.language() == QLocale::C) {
+        // QCollator has no rules for the C locale and would tell "a" from "A".
+        std::vector<QString> folded(texts.size());
+        std::transform(texts.begin(), texts.end(), folded.begin(),
+                       [](const QString &text) { return text.toCaseFolded(); });
+        return ranksOfKeys(folded, compareCodePoints);
+    }
+    QCollator collator(locale);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    collator.setNumericMode(false);
+    std::vector<QCollatorSortKey> keys;
+    keys.reserve(texts.size());
+    for (const QString &text : texts)
+        keys.push_back(collator.sortKey(text));
+    return ranksOfKeys(
+        keys, [](const QCollatorSortKey &a, const QCollatorSortKey &b) { return a.compare(b); });
+}
+
 } // namespace
 
 ListOrder::Rows byValue(std::span<const qint64> values, Qt::SortOrder order)
@@ -111,22 +172,13 @@ ListOrder::Rows byKey(std::span<const QString> keys, Qt::SortOrder order)
 
 ListOrder::Rows byText(std::span<const QString> texts, Qt::SortOrder order, const QLocale &locale)
 {
-    if (locale.language() == QLocale::C) {
-        // QCollator has no rules for the C locale and would tell "a" from "A".
-        std::vector<QString> folded(texts.size());
-        std::transform(texts.begin(), texts.end(), folded.begin(),
-                       [](const QString &text) { return text.toCaseFolded(); });
-        return byKey(folded, order);
-    }
-    QCollator collator(locale);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    collator.setNumericMode(false);
-    std::vector<QCollatorSortKey> keys;
-    keys.reserve(texts.size());
-    for (const QString &text : texts)
-        keys.push_back(collator.sortKey(text));
-    return stableOrder(keys.size(), order,
-                       [&keys](quint32 a, quint32 b) { return keys[a].compare(keys[b]) < 0; });
+    // A collator's key costs far more than finding a text again, and long lists repeat themselves.
+    const Distinct distinct = distinctTexts(texts);
+    const std::vector<qint64> ranks = ranksOf(distinct.texts, locale);
+    std::vector<qint64> values(texts.size());
+    std::transform(distinct.textOfRow.begin(), distinct.textOfRow.end(), values.begin(),
+                   [&ranks](quint32 text) { return ranks[text]; });
+    return byValue(values, order);
 }
 
 } // namespace Zel::ListSorting

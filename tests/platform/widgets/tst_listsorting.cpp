@@ -146,6 +146,32 @@ private slots:
         QCOMPARE(ListSorting::byText(texts, Qt::DescendingOrder, locale), Rows({0, 3, 1, 2, 4}));
     }
 
+    void textsThatRepeatKeepTheOrderOfTheRecords_data()
+    {
+        textsThatDifferInCaseOnlyKeepTheOrderOfTheRecords_data();
+    }
+
+    void textsThatRepeatKeepTheOrderOfTheRecords()
+    {
+        QFETCH(QLocale, locale);
+        const QStringList words{QStringLiteral("delta"), QStringLiteral("Alpha"), QString(),
+                                QStringLiteral("alpha"), QStringLiteral("beta")};
+        const std::vector<quint32> places{3, 1, 0, 1, 2};
+        std::vector<QString> texts;
+        for (quint32 i = 0; i < 4000; ++i)
+            texts.push_back(words.at(i * 7 % 5));
+        const auto place = [&](quint32 row) { return places[row * 7 % 5]; };
+        for (const Qt::SortOrder order : {Qt::AscendingOrder, Qt::DescendingOrder}) {
+            Rows expected(texts.size());
+            std::iota(expected.begin(), expected.end(), 0U);
+            std::stable_sort(expected.begin(), expected.end(), [&](quint32 a, quint32 b) {
+                return order == Qt::AscendingOrder ? place(a) < place(b) : place(b) < place(a);
+            });
+            QCOMPARE(ListSorting::byText(texts, order, locale), expected);
+        }
+        QCOMPARE(ListSorting::byText({}, Qt::AscendingOrder, locale), Rows());
+    }
+
     void digitsAreCharacters()
     {
         const std::vector<QString> texts{QStringLiteral("item 10"), QStringLiteral("item 9")};

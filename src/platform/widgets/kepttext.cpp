@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "records/kepttext.h"
+#include "platform/widgets/kepttext.h"
 
 #include <algorithm>
 
-namespace ZelWebServiceControls {
+namespace Zel {
 
 namespace {
 
@@ -85,4 +85,4 @@ void KeptText::edit(const QString &shown)
     }
 }
 
-} // namespace ZelWebServiceControls
+} // namespace Zel

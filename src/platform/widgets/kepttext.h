@@ -2,16 +2,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/core/export.h"
+
 #include <QString>
 
-namespace ZelWebServiceControls {
+namespace Zel {
 
 /// A text as it came, beside an editor that has one kind of line break only.
 ///
 /// The editor shows each CR LF, CR, LF and paragraph separator as one break of its own. What a
 /// person does not touch keeps the break it came with; a break that a person types is one of the
 /// kind that the text uses first, LF in a text without any.
-class KeptText
+class ZEL_EXPORT KeptText
 {
 public:
     /// What stands for a line break in the texts the editor shows.
@@ -35,4 +37,4 @@ private:
     QString m_firstShown;
 };
 
-} // namespace ZelWebServiceControls
+} // namespace Zel
