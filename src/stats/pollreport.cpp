@@ -63,7 +63,12 @@ void PollReport::load(QXSC::ServiceClient *client, const QString &deploymentGuid
 {
     m_client = client;
     m_deployment = deploymentGuid;
-    m_polls = this->client().GetPolls(deploymentGuid);
+    // A host may destroy the report during the call.
+    const QPointer<PollReport> self(this);
+    const QXSC::PollQuestionCollectionPtr polls = this->client().GetPolls(QString(deploymentGuid));
+    if (!self)
+        return;
+    m_polls = polls;
     if (!m_polls || m_polls->count() < 1)
         return;
     m_combo->clear();
@@ -113,7 +118,10 @@ void PollReport::visualize()
 {
     if (!m_polls || m_polls->count() < 1)
         return;
-    const QXSC::PollResponseArray votes = client().GetPollResponses(m_deployment);
+    const QPointer<PollReport> self(this);
+    const QXSC::PollResponseArray votes = client().GetPollResponses(QString(m_deployment));
+    if (!self)
+        return;
     PollModels models{m_polls, {}};
     qint16 voters = 0;
     const bool voted = votes && !votes->isEmpty();

@@ -6,6 +6,7 @@
 #include "platform/widgets/twips.h"
 #include "platform/widgets/yielding.h"
 #include "stats/questionlist.h"
+#include "stats/resultspages.h"
 #include "stats/statspage.h"
 #include "stats/statsparts.h"
 #include "stats/statssource.h"
@@ -60,6 +61,8 @@ void StatsControl::makePages()
     m_pages[1] = makeRegistrantPage(frames[1], *m_source);
     m_pages[2] = makePageViewPage(frames[2], *m_source);
     m_pages[3] = new QuestionList(frames[3], *m_source);
+    m_pages[4] = makePollPage(frames[4], *m_source);
+    m_pages[5] = makeSurveyPage(frames[5], *m_source);
 }
 
 void StatsControl::connectUser()

@@ -3,6 +3,7 @@
 #include "stats/statsparts.h"
 
 #include "stats/statscontrol.h"
+#include "stats/workbooktemplate.h"
 
 #include <QBoxLayout>
 #include <QDateTimeEdit>
@@ -49,6 +50,7 @@ StatsParts::StatsParts(QWidget *parent)
     Timer1->setSingleShot(true);
     excelTemplate = named(new QLabel(parent), "excelTemplate");
     excelTemplate->setTextFormat(Qt::PlainText);
+    excelTemplate->setText(workbookTemplate().toString());
     excelTemplate->hide();
     arrange(parent);
 }

@@ -52,7 +52,12 @@ void SurveyReport::load(QXSC::ServiceClient *client, const QString &deploymentGu
 {
     m_client = client;
     m_deployment = deploymentGuid;
-    m_surveys = this->client().GetSurveys(deploymentGuid);
+    // A host may destroy the report during the call.
+    const QPointer<SurveyReport> self(this);
+    const QXSC::SurveyCollectionPtr surveys = this->client().GetSurveys(QString(deploymentGuid));
+    if (!self)
+        return;
+    m_surveys = surveys;
     m_survey.reset();
     if (!m_surveys || m_surveys->count() < 1)
         return;
@@ -77,7 +82,10 @@ void SurveyReport::chooseSurvey(int index)
     m_survey = m_surveys->item(index + 1);
     if (!m_survey->questions)
         throw RuntimeError(RuntimeError::ObjectNotSet);
+    const QPointer<SurveyReport> self(this);
     countRespondents();
+    if (!self)
+        return;
     m_questionCombo->clear();
     for (const QXSC::SurveyQuestionPtr &question : *m_survey->questions)
         m_questionCombo->addItem(question->questionTxt);
@@ -96,9 +104,11 @@ void SurveyReport::chooseQuestion(int index)
 void SurveyReport::countRespondents()
 {
     m_respondents = QList<Respondents>(m_survey->questions->count());
+    const QPointer<SurveyReport> self(this);
+    const QXSC::SurveyRecordPtr survey = m_survey;
     const QXSC::SurveyResponseArray responses =
-        client().GetSurveyResponses(m_deployment, m_survey->guid);
-    if (!responses)
+        client().GetSurveyResponses(QString(m_deployment), survey->guid);
+    if (!self || !responses)
         return;
     SurveyUsers users;
     users.SortResponse(responses, m_survey);
@@ -139,8 +149,12 @@ void SurveyReport::visualize()
 {
     if (!m_survey)
         return;
+    const QPointer<SurveyReport> self(this);
+    const QXSC::SurveyRecordPtr survey = m_survey;
     const QXSC::SurveyResponseArray responses =
-        client().GetSurveyResponses(m_deployment, m_survey->guid);
+        client().GetSurveyResponses(QString(m_deployment), survey->guid);
+    if (!self)
+        return;
     if (!responses || responses->isEmpty()) {
         Zel::informUser(m_frame, tr("There are currently no respondents to the survey/quiz"),
                         tr("No respondents"));

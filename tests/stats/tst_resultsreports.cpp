@@ -144,6 +144,7 @@ private slots:
     void whatTheChartRejectsIsSaid();
     void buttonsWithoutActionAreHiddenAtDesignTime();
     void withoutAClientThereIsAnError();
+    void aReportMayBeDestroyedInTheCall();
 };
 
 void tst_ResultsReports::initTestCase()
@@ -419,6 +420,32 @@ void tst_ResultsReports::withoutAClientThereIsAnError()
     ReportFixture<SurveyReport> surveys;
     QCOMPARE(errorNumber([&] { polls.report->load(nullptr, "d"); }), 91);
     QCOMPARE(errorNumber([&] { surveys.report->load(nullptr, "d"); }), 91);
+}
+
+void tst_ResultsReports::aReportMayBeDestroyedInTheCall()
+{
+    for (const int atCall : {1, 2, 3}) {
+        ReportFixture<PollReport> polls;
+        ReportFixture<SurveyReport> surveys;
+        int calls = 0;
+        polls.client.atCall = [&](const QString &) {
+            if (++calls == atCall)
+                delete polls.report;
+        };
+        int surveyCalls = 0;
+        surveys.client.atCall = [&](const QString &) {
+            if (++surveyCalls == atCall)
+                delete surveys.report;
+        };
+        polls.report->load(&polls.client, QStringLiteral("d1"));
+        surveys.report->load(&surveys.client, QStringLiteral("d1"));
+        if (atCall == 2)
+            polls.click("pollVis");
+        if (atCall == 3)
+            surveys.click("dataVis");
+        QCOMPARE(surveyCalls, atCall);
+        QVERIFY(ReportChart::workbook.isEmpty());
+    }
 }
 
 ZEL_TEST_MAIN(tst_ResultsReports)

@@ -1,7 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "stats/workbooktemplate.h"
 #include "statsfixture.h"
 #include "testsupport/testcase.h"
+
+#include <QLabel>
 
 /// The tab strip: reports are fetched when their tab is first shown.
 class tst_StatsTabs : public ZelTest::TestCase
@@ -11,6 +14,9 @@ class tst_StatsTabs : public ZelTest::TestCase
 private slots:
     void onlyTheCurrentFrameIsShown();
     void eachTabIsFetchedOnce();
+    void pollsAndSurveysAreFetchedWithoutARange();
+    void chartButtonsWithoutAnActionAreHiddenAtDesignTime();
+    void theTemplateOfTheWorkbookIsKept();
     void theCurrentTabFetchesNothing();
     void theKeyboardChangesTabsToo();
     void aReportMakesEveryTabStale();
@@ -38,6 +44,43 @@ void tst_StatsTabs::onlyTheCurrentFrameIsShown()
         QCOMPARE(f.tabs().currentIndex(), tab);
         QCOMPARE(f.shownFrames(), QList<int>{tab});
     }
+}
+
+void tst_StatsTabs::pollsAndSurveysAreFetchedWithoutARange()
+{
+    StatsFixture f;
+    f.load();
+    f.clickTab(Polls);
+    f.clickTab(Surveys);
+    QCOMPARE(f.takeTrail(), QStringList({QStringLiteral("GetPolls(\"d1\")"),
+                                         QStringLiteral("GetSurveys(\"d1\")")}));
+    f.clickTab(Polls);
+    QCOMPARE(f.takeTrail(), QStringList());
+}
+
+void tst_StatsTabs::chartButtonsWithoutAnActionAreHiddenAtDesignTime()
+{
+    for (const bool designTime : {true, false}) {
+        ZelWebServiceControls::StatsControl control;
+        if (designTime)
+            control.setMode(Zel::Control::Mode::Design);
+        control.show();
+        control.findChild<QFrame *>(QStringLiteral("reportsTabFrame_4"))->show();
+        control.findChild<QFrame *>(QStringLiteral("reportsTabFrame_5"))->show();
+        for (const char *const name : {"pollChart2D", "pollChartPie", "surveyChart3D"}) {
+            auto *button = control.findChild<QPushButton *>(QLatin1String(name));
+            QVERIFY(button);
+            QCOMPARE(button->isHidden(), designTime);
+        }
+    }
+}
+
+void tst_StatsTabs::theTemplateOfTheWorkbookIsKept()
+{
+    StatsFixture f;
+    const auto &label = f.child<QLabel>("excelTemplate");
+    QCOMPARE(label.text(), ZelWebServiceControls::workbookTemplate().toString());
+    QVERIFY(label.isHidden());
 }
 
 void tst_StatsTabs::eachTabIsFetchedOnce()
