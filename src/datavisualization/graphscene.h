@@ -45,7 +45,7 @@ struct ZEL_EXPORT GraphPlaces
 
 /// A graph, the same on the screen, on paper and in files: bars, lines and axis are Qt Charts',
 /// what is written is drawn by `GraphMarks`.
-class GraphScene : public QGraphicsScene
+class ZEL_EXPORT GraphScene : public QGraphicsScene
 {
 public:
     explicit GraphScene(QObject *parent = nullptr);

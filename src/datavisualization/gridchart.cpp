@@ -11,6 +11,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QFocusEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
@@ -134,7 +135,6 @@ void GridChart::ShowPercentCorrect(bool byQuestion, const QString &title)
 void GridChart::SetShowGraph(bool show)
 {
     m_parts->panel->setVisible(show);
-    setFocusProxy(show ? static_cast<QWidget *>(m_parts->graph) : m_parts->figures);
 }
 
 void GridChart::RotateChart(qint16 mode)
@@ -187,6 +187,16 @@ void GridChart::choosePrinter()
     dialog.setWindowTitle(tr("Print Graph"));
     if (dialog.exec() == QDialog::Accepted)
         printOn(printer);
+}
+
+/// The Tab key never comes here but goes to the graph and the table; a proxy would make it turn in
+/// a circle between them.
+void GridChart::focusInEvent(QFocusEvent *event)
+{
+    if (m_parts->graph->isVisible())
+        m_parts->graph->setFocus(event->reason());
+    else if (m_parts->figures->isVisible())
+        m_parts->figures->setFocus(event->reason());
 }
 
 QSize GridChart::sizeHint() const

@@ -63,6 +63,9 @@ public:
 
     QSize sizeHint() const override;
 
+protected:
+    void focusInEvent(QFocusEvent *event) override;
+
 private:
     void choosePicture();
     void choosePrinter();

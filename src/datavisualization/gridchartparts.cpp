@@ -37,10 +37,6 @@ GridChartParts::GridChartParts(QWidget *parent)
     m_splitter->setChildrenCollapsible(false);
     // In the order in which the Tab key goes through them.
     makeGraph(m_splitter);
-    // A host's tab order takes part only when the control says that it takes the focus. Setting the
-    // focus proxy may move the parent behind the children it has; so it comes before the others.
-    parent->setFocusPolicy(Qt::StrongFocus);
-    parent->setFocusProxy(graph);
     makeTable(m_splitter);
     m_splitter->setStretchFactor(0, GraphShare);
     m_splitter->setStretchFactor(1, TableShare);

@@ -24,7 +24,9 @@ inline void introduceControls()
     Zel::ControlRegistry::add<CheckboxWidget>();
     Zel::ControlRegistry::add<CustomWidget>();
     Zel::ControlRegistry::add<DataRecordManager>();
-    Zel::ControlRegistry::add<ZelDataVisualization::GridChart>();
+    Zel::ControlRegistry::add(
+        QStringLiteral("ZelDataVisualization.GridChart"),
+        [](QWidget *parent) -> QWidget * { return new ZelDataVisualization::GridChart(parent); });
     Zel::ControlRegistry::add<Login>();
     Zel::ControlRegistry::add<ProjectList>();
     Zel::ControlRegistry::add<StatsControl>();

@@ -45,7 +45,13 @@ struct GridChartFixture
         return text;
     }
 
-    bool load(int respondents = 8) { return chart.LoadWorkbookXml(survey(respondents).text()); }
+    bool load(int respondents = 8)
+    {
+        const bool isUnderstood = chart.LoadWorkbookXml(survey(respondents).text());
+        chart.clearFocus();
+        chart.setFocus(); // goes on to the graph
+        return isUnderstood;
+    }
 
     ZelDataVisualization::GraphView *graph() const
     {
