@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/studioapp.h"
 
+#include "datavisualization/gridchart.h"
+#include "platform/widgets/controlregistry.h"
 #include "records/datarecordmanager.h"
 #include "studio/mainwindow.h"
 #include "studio/sampleworkspace.h"
@@ -29,6 +31,7 @@ StudioApp::StudioApp(const Options &options)
 {
     applyAppearance(m_settings.appearance());
     ZelWebServiceControls::introduceFieldWidgets();
+    Zel::ControlRegistry::add<ZelDataVisualization::GridChart>();
     m_window = std::make_unique<MainWindow>(m_client, m_client, m_errors, m_settings);
     QXSC::NetworkPolicy policy;
     policy.inactivityLimit = m_options.timeLimit;

@@ -51,6 +51,7 @@ void PollReport::build()
     m_combo = parts.choice(QStringLiteral("Label15"), tr("Poll Question"),
                            QStringLiteral("PollQuestionCombo"));
     m_grid = parts.grid(QStringLiteral("poll"), tr("Votes"));
+    m_grid->setColumnAlignment(3, Qt::AlignRight); // "Total"; answers stand over columns 2 and 3
     m_grid->setColumnAlignment(4, Qt::AlignRight);
     m_grid->setColumnAlignment(5, Qt::AlignRight);
     m_plain.append(parts.plainButton(QStringLiteral("pollChart2D"), tr("2D")));

@@ -7,6 +7,7 @@
 #include "studio/tour/touractor.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -102,6 +103,44 @@ void retractAndDelete(TourActor &actor, Zel::ListView &questions)
     actor.shoot(QStringLiteral("A deleted question"));
 }
 
+void showModes(TourActor &actor, const QString &kind)
+{
+    actor.shoot(kind + QStringLiteral(": the answers to a question"));
+    actor.click(QStringLiteral("sortByQuestion"));
+    actor.shoot(kind + QStringLiteral(": right answers by question"));
+    actor.click(QStringLiteral("sortByUser"));
+    actor.shoot(kind + QStringLiteral(": right answers by respondent"));
+    actor.click(QStringLiteral("sortByQuestionDetails"));
+    actor.click(QStringLiteral("rotateChart"));
+    actor.shoot(kind + QStringLiteral(": the chart rotated"));
+    QApplication::activeModalWidget()->close();
+}
+
+void showPolls(TourActor &actor)
+{
+    auto &tabs = actor.find<QTabBar>(QStringLiteral("reportsTabs"));
+    actor.clickAt(tabs, tabs.tabRect(4).center());
+    actor.expect(actor.find<QComboBox>(QStringLiteral("PollQuestionCombo")).count() == 5,
+                 QStringLiteral("the polls of the event"));
+    actor.shoot(QStringLiteral("Polls"));
+    actor.withDialog([&] { actor.click(QStringLiteral("pollVis")); },
+                     [&] { showModes(actor, QStringLiteral("Poll")); });
+}
+
+void showSurveys(TourActor &actor)
+{
+    auto &tabs = actor.find<QTabBar>(QStringLiteral("reportsTabs"));
+    actor.clickAt(tabs, tabs.tabRect(5).center());
+    auto &surveys = actor.find<QComboBox>(QStringLiteral("surveyListCombo"));
+    actor.expect(surveys.count() == 2, QStringLiteral("a survey and a quiz"));
+    actor.shoot(QStringLiteral("A survey"));
+    surveys.setFocus();
+    actor.press(Qt::Key_Down);
+    actor.shoot(QStringLiteral("A quiz"));
+    actor.withDialog([&] { actor.click(QStringLiteral("dataVis")); },
+                     [&] { showModes(actor, QStringLiteral("Quiz")); });
+}
+
 } // namespace
 
 void tourStatistics(TourActor &actor)
@@ -114,6 +153,8 @@ void tourStatistics(TourActor &actor)
     actor.press(Qt::Key_Home);
     answer(actor, questions);
     retractAndDelete(actor, questions);
+    showPolls(actor);
+    showSurveys(actor);
 }
 
 } // namespace Studio

@@ -9,16 +9,48 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 
 namespace Zel {
+
+namespace {
+
+/// Draws cells; a text on the right side of a cell that is too narrow for it goes on over the empty
+/// cell at its left, as in spreadsheets.
+class CellDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem roomy = option;
+        initStyleOption(&roomy, index);
+        const QModelIndex before = index.siblingAtColumn(index.column() - 1);
+        const int wanted = roomy.fontMetrics.horizontalAdvance(roomy.text) + 2 * Margin;
+        const bool mayGoOn = (roomy.displayAlignment & Qt::AlignRight) && before.isValid() &&
+                             before.data().toString().isEmpty();
+        roomy = option;
+        if (mayGoOn && wanted > option.rect.width())
+            roomy.rect.setLeft(option.rect.right() + 1 - wanted);
+        QStyledItemDelegate::paint(painter, roomy, index);
+    }
+
+private:
+    static constexpr int Margin = 5; // pixels around a text
+};
+
+} // namespace
 
 FlexGrid::FlexGrid(QWidget *parent)
     : QTableView(parent)
     , m_model(new FlexGridModel(this))
 {
     setModel(m_model);
+    setItemDelegate(new CellDelegate(this));
     horizontalHeader()->hide();
     horizontalHeader()->setMinimumSectionSize(0);
     verticalHeader()->hide();
