@@ -3,7 +3,6 @@
 #include "studio/studioapp.h"
 
 #include "datavisualization/gridchart.h"
-#include "platform/widgets/controlregistry.h"
 #include "records/datarecordmanager.h"
 #include "studio/mainwindow.h"
 #include "studio/sampleworkspace.h"
@@ -31,7 +30,7 @@ StudioApp::StudioApp(const Options &options)
 {
     applyAppearance(m_settings.appearance());
     ZelWebServiceControls::introduceFieldWidgets();
-    Zel::ControlRegistry::add<ZelDataVisualization::GridChart>();
+    ZelDataVisualization::introduceGridChart();
     m_window = std::make_unique<MainWindow>(m_client, m_client, m_errors, m_settings);
     QXSC::NetworkPolicy policy;
     policy.inactivityLimit = m_options.timeLimit;

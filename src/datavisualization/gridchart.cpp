@@ -6,6 +6,7 @@
 #include "datavisualization/graphpicture.h"
 #include "datavisualization/gridchartparts.h"
 #include "datavisualization/workbookreader.h"
+#include "platform/widgets/controlregistry.h"
 #include "platform/widgets/hourglass.h"
 
 #include <QAction>
@@ -202,6 +203,12 @@ void GridChart::focusInEvent(QFocusEvent *event)
 QSize GridChart::sizeHint() const
 {
     return {640, 480};
+}
+
+void introduceGridChart()
+{
+    Zel::ControlRegistry::add(QStringLiteral("ZelDataVisualization.GridChart"),
+                              [](QWidget *parent) -> QWidget * { return new GridChart(parent); });
 }
 
 } // namespace ZelDataVisualization

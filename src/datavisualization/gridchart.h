@@ -76,4 +76,7 @@ private:
     std::unique_ptr<GridChartParts> m_parts;
 };
 
+/// Introduces the chart under the name by which forms ask for it, "ZelDataVisualization.GridChart".
+ZEL_EXPORT void introduceGridChart();
+
 } // namespace ZelDataVisualization

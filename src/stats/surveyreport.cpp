@@ -40,6 +40,7 @@ void SurveyReport::build()
     m_questionCombo = parts.choice(QStringLiteral("qlabel"), tr("Question"),
                                    QStringLiteral("surveyQuestionCombo"));
     m_grid = parts.grid(QStringLiteral("surveyGrid"), tr("Answers"));
+    m_grid->setColumnAlignment(3, Qt::AlignRight); // "Total Respondents"; answers begin in column 2
     m_grid->setColumnAlignment(4, Qt::AlignRight);
     m_grid->setColumnAlignment(5, Qt::AlignRight);
     m_plain.append(parts.plainButton(QStringLiteral("surveyChart2D"), tr("2D")));

@@ -395,7 +395,7 @@ private slots:
         f.clickLine(0);
         child(f.page, "projectType")->setFocus();
         QStringList visited{QStringLiteral("projectType")};
-        for (int i = 0; i < 8; ++i) {
+        for (int i = 0; i < 9; ++i) {
             press(Qt::Key_Tab);
             QWidget *widget = QApplication::focusWidget();
             visited << (f.list->isAncestorOf(widget) ? QStringLiteral("list")
@@ -403,17 +403,24 @@ private slots:
         }
         QCOMPARE(visited.join(u' '),
                  QStringLiteral("projectType newProject projectFilter columnsButton refreshButton "
-                                "list projectDetails checkPublished projectType"));
+                                "list projectDetails openStatistics checkPublished projectType"));
     }
 
-    void aDoubleClickGoesToTheDetails()
+    void aDoubleClickAndEnterOpenTheProject()
     {
         ProjectsPageFixture f;
         f.open();
+        QStringList opened;
+        connect(&f.page, &Studio::ProjectsPage::openRequested, &f.page,
+                [&](const QXSC::ProjectRecordPtr &project) { opened << project->name; });
         const QPoint at = f.list->cellRect(1).center();
         QTest::mouseClick(f.list->viewport(), Qt::LeftButton, {}, at);
         QTest::mouseDClick(f.list->viewport(), Qt::LeftButton, {}, at);
-        QCOMPARE(QApplication::focusWidget(), child(f.page, "projectDetails"));
+        QCOMPARE(opened, QStringList{"Alpha launch"});
+        press(Qt::Key_Return);
+        QCOMPARE(opened.size(), 2);
+        click(f.page, "openStatistics");
+        QCOMPARE(opened, (QStringList{"Alpha launch", "Alpha launch", "Alpha launch"}));
     }
 };
 

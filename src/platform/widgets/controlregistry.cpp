@@ -57,11 +57,8 @@ QStringList ControlRegistry::progIds()
 
 QString ControlRegistry::progIdOf(const char *className)
 {
-    const QString scope = QStringLiteral("::");
-    const QString name = QString::fromLatin1(className);
-    const QString library = name.contains(scope) ? name.section(scope, 0, 0)
-                                                 : QStringLiteral("ZelWebServiceControls");
-    return library + QLatin1Char('.') + name.section(scope, -1);
+    const QString name = QString::fromLatin1(className).section(QStringLiteral("::"), -1);
+    return QStringLiteral("ZelWebServiceControls.") + name;
 }
 
 } // namespace Zel
