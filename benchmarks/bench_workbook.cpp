@@ -4,7 +4,9 @@
 // bench_workbook [most-respondents]
 // How responses to a survey of 50 questions are grouped and written as a workbook, beside
 // libxlsxwriter in constant-memory mode and QXmlStreamWriter writing the same cells, and beside one
-// copy of the same bytes, which is the limit.
+// copy of the same bytes, which is the limit; and how the chart loads the workbook that was
+// written, beside a bare pass of QXmlStreamReader over the same text.
+#include "datavisualization/workbookreader.h"
 #include "measuring.h"
 #include "stats/surveyusers.h"
 #include "stats/workbook.h"
@@ -177,6 +179,8 @@ double copied(const QString &text)
 
 struct Figures
 {
+    double load = 0;
+    double bare = 0;
     double group = 0;
     double write = 0;
     double copy = 0;
@@ -195,6 +199,7 @@ Figures measure(const QXSC::SurveyRecordPtr &record, int respondents, const QByt
     const double grouped = residentBytes() - before;
     std::vector<double> writes;
     std::vector<double> copies;
+    std::vector<double> loads;
     double bytes = 0;
     double peak = 0;
     for (int run = 0; run < 3; ++run) {
@@ -205,19 +210,23 @@ Figures measure(const QXSC::SurveyRecordPtr &record, int respondents, const QByt
         peak = std::max(peak, peakBytes() - start);
         bytes = double(text.size()) * sizeof(QChar);
         copies.push_back(copied(text));
+        loads.push_back(milliseconds([&] { ZelDataVisualization::readWorkbook(text); }));
+        if (run == 0)
+            figures.bare = bareXmlPass(text);
     }
+    figures.load = medianOf(loads);
     figures.write = medianOf(writes);
     figures.copy = medianOf(copies);
     // What the peers are handed costs time too; it is not theirs.
-    const double reading =
-            milliseconds([&] { users.forEachRow([](const SurveyUsers::Row &) {}); });
+    const double reading = milliseconds([&] { users.forEachRow([](const SurveyUsers::Row &) {}); });
     figures.qt = milliseconds([&] { writtenByQt(users); }) - reading;
     figures.library = milliseconds([&] { writtenByLibrary(users, folder); }) - reading;
-    std::printf("%8d %9.1f %9.1f %9.1f %9.1f %10.1f | %8.0f %8.0f | %7.1f %7.1f %7.1f\n",
+    std::printf("%8d %9.1f %9.1f %9.1f %9.1f %10.1f %9.1f %9.1f | %8.0f %8.0f | %7.1f %7.1f "
+                "%7.1f\n",
                 respondents, figures.group, figures.write, figures.copy, figures.qt,
-                figures.library, bytes / megabyte / (figures.write / 1000),
-                bytes / megabyte / (figures.copy / 1000), grouped / megabyte, peak / megabyte,
-                bytes / megabyte);
+                figures.library, figures.load, figures.bare,
+                bytes / megabyte / (figures.write / 1000), bytes / megabyte / (figures.copy / 1000),
+                grouped / megabyte, peak / megabyte, bytes / megabyte);
     std::fflush(stdout);
     return figures;
 }
@@ -232,9 +241,9 @@ int main(int argc, char **argv)
     const QXSC::SurveyRecordPtr record = survey();
     std::printf("Respondents x %d questions. Milliseconds; megabytes a second; megabytes.\n",
                 questions);
-    std::printf("%8s %9s %9s %9s %9s %10s | %8s %8s | %7s %7s %7s\n", "count", "grouping",
-                "writing", "copying", "QXmlStr.", "libxlsxwr.", "writing", "copying", "models",
-                "peak", "text");
+    std::printf("%8s %9s %9s %9s %9s %10s %9s %9s | %8s %8s | %7s %7s %7s\n", "count", "grouping",
+                "writing", "copying", "QXmlStr.", "libxlsxwr.", "loading", "bare pass", "writing",
+                "copying", "models", "peak", "text");
     measure(record, 200, folder.path().toUtf8()); // wakes everything up
     std::vector<std::pair<int, Figures>> all;
     for (const int respondents : {1000, 10000, 50000, 200000}) {
@@ -248,13 +257,16 @@ int main(int argc, char **argv)
     const Figures &last = all.back().second;
     printGoal("writing", last.write, last.qt, "QXmlStreamWriter", 0.12);
     printGoal("writing", last.write, last.library, "libxlsxwriter", 0.12);
+    printGoal("loading", last.load, last.bare, "a bare QXmlStreamReader pass", 0.20);
     std::printf("%-32s %12.4f of one copy\n", "writing", last.write / last.copy);
     const auto perCell = [](const std::pair<int, Figures> &of, double Figures::*part) {
         return of.second.*part * 1e6 / (double(of.first) * questions);
     };
     for (const auto &of : all) {
-        std::printf("%8d respondents: grouping %6.1f, writing %6.1f nanoseconds a cell\n", of.first,
-                    perCell(of, &Figures::group), perCell(of, &Figures::write));
+        std::printf("%8d respondents: grouping %6.1f, writing %6.1f, loading %6.1f nanoseconds a "
+                    "cell\n",
+                    of.first, perCell(of, &Figures::group), perCell(of, &Figures::write),
+                    perCell(of, &Figures::load));
     }
     return 0;
 }

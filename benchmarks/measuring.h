@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <cstdio>
@@ -20,6 +21,18 @@ double milliseconds(const Work &work)
     timer.start();
     work();
     return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+/// Milliseconds of a pass of QXmlStreamReader over a text that keeps nothing of it.
+inline double bareXmlPass(const QString &text)
+{
+    return milliseconds([&text] {
+        QXmlStreamReader reader(text);
+        while (!reader.atEnd())
+            reader.readNext();
+        if (reader.hasError())
+            std::printf("the bare pass failed: %s\n", qPrintable(reader.errorString()));
+    });
 }
 
 /// Bytes of memory the process has.

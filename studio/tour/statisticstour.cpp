@@ -8,10 +8,12 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace Studio {
@@ -120,7 +122,19 @@ void showModes(TourActor &actor, const QString &kind)
     chooseOption(actor, "sortByQuestionDetails");
     chooseOption(actor, "rotateChart");
     actor.shoot(kind + QStringLiteral(": the chart rotated"));
-    QApplication::activeModalWidget()->close();
+}
+
+void saveWorkbook(TourActor &actor)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("Quiz.xlsx"));
+    actor.withDialog([&] { actor.click(QStringLiteral("saveWorkbook")); },
+                     [&] {
+                         actor.type(QStringLiteral("fileNameEdit"), path);
+                         actor.shoot(QStringLiteral("Saving the workbook"));
+                         actor.press(Qt::Key_Return);
+                     });
+    TourActor::expect(QFileInfo(path).size() > 10000, QStringLiteral("a saved workbook"));
 }
 
 void showPolls(TourActor &actor)
@@ -131,7 +145,10 @@ void showPolls(TourActor &actor)
                  QStringLiteral("the polls of the event"));
     actor.shoot(QStringLiteral("Polls"));
     actor.withDialog([&] { actor.click(QStringLiteral("pollVis")); },
-                     [&] { showModes(actor, QStringLiteral("Poll")); });
+                     [&] {
+                         showModes(actor, QStringLiteral("Poll"));
+                         QApplication::activeModalWidget()->close();
+                     });
 }
 
 void showSurveys(TourActor &actor)
@@ -145,7 +162,11 @@ void showSurveys(TourActor &actor)
     actor.press(Qt::Key_Down);
     actor.shoot(QStringLiteral("A quiz"));
     actor.withDialog([&] { actor.click(QStringLiteral("dataVis")); },
-                     [&] { showModes(actor, QStringLiteral("Quiz")); });
+                     [&] {
+                         showModes(actor, QStringLiteral("Quiz"));
+                         saveWorkbook(actor);
+                         QApplication::activeModalWidget()->close();
+                     });
 }
 
 } // namespace

@@ -191,9 +191,10 @@ void TourActor::withDialog(const std::function<void()> &open, const std::functio
         std::rethrow_exception(failure);
     expect(!timer.isActive(), QStringLiteral("a dialog to open"));
     // The platform without a screen has no window manager to do so.
-    m_window.activateWindow();
-    waitFor(QStringLiteral("the window to be active again"),
-            [this] { return m_window.isActiveWindow(); });
+    QWidget *below = QApplication::activeModalWidget();
+    QWidget &next = below ? *below : m_window;
+    next.activateWindow();
+    waitFor(QStringLiteral("the window to be active again"), [&] { return next.isActiveWindow(); });
 }
 
 void TourActor::shoot(const QString &caption)
