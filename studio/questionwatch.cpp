@@ -28,9 +28,12 @@ QuestionWatch::QuestionWatch(StatsControl &control, QXSC::ServiceClient &client,
                                                        {"deleteCmd", Change::Delete},
                                                        {"refreshCmd", Change::None}};
     // A button is pressed before it is clicked, so this is known before anything can fail.
-    for (const auto &[name, change] : buttons)
-        connect(control.findChild<QPushButton *>(QLatin1String(name)), &QPushButton::pressed, this,
-                [this, begun = change] { begin(begun); });
+    for (const auto &[name, change] : buttons) {
+        const auto *button = control.findChild<QPushButton *>(QLatin1String(name));
+        connect(button, &QPushButton::pressed, this, [this, begun = change] { begin(begun); });
+        // The control hears of the click first: what it did is over by now, or was given up.
+        connect(button, &QPushButton::clicked, this, [this] { m_change = Change::None; });
+    }
     const QAbstractItemModel *model = m_list->model();
     connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &QuestionWatch::aboutToLoad);
     connect(model, &QAbstractItemModel::modelReset, this, &QuestionWatch::loaded);
@@ -43,6 +46,7 @@ void QuestionWatch::restart()
     m_known.clear();
     m_hasLooked = false;
     m_change = Change::None;
+    m_list->setEmptyText(QString()); // what it said was of another deployment
     emit newQuestions(0);
 }
 
@@ -68,7 +72,7 @@ void QuestionWatch::aboutToLoad()
 
 void QuestionWatch::loaded()
 {
-    if (m_list->count() == 0)
+    if (m_list->count() == 0 && m_list->emptyText().isEmpty())
         return; // emptied before the service is asked
     if (!m_hasLooked)
         looked();
@@ -105,16 +109,18 @@ QSet<QString> QuestionWatch::guids() const
 
 void QuestionWatch::looked()
 {
-    if (m_list->count() == 0 && !m_hasLooked)
-        return;
+    if (m_list->count() == 0 && m_list->emptyText().isEmpty())
+        return; // nothing is known yet
     m_hasLooked = true;
-    if (m_list->count() > 0)
-        m_known = guids();
+    m_known = guids();
     emit newQuestions(0);
 }
 
 std::function<void()> QuestionWatch::again() const
 {
+    // A change that failed leaves the list as it is; one that went through does not.
+    if (m_changed.isEmpty() || selectedGuid() != m_changed)
+        return {};
     const QString guid = m_changed;
     QXSC::ServiceClient &client = m_client;
     QPushButton *refresh = m_refresh;

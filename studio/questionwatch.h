@@ -36,7 +36,7 @@ public:
     /// The person has seen what the list shows, or turns away from it.
     void looked();
 
-    /// What makes the change again that was asked for last; nothing when none was.
+    /// What makes the change again that has just failed; nothing when what failed was no change.
     std::function<void()> again() const;
 
     /// Whether the keyboard is in the list or at its buttons.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/statisticspage.h"
 
+#include "platform/widgets/flexgrid.h"
 #include "platform/widgets/hourglass.h"
 #include "platform/widgets/listview.h"
 #include "platform/widgets/taborder.h"
@@ -17,6 +18,7 @@
 #include <QDateTimeEdit>
 #include <QEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
 #include <QShortcut>
@@ -102,7 +104,7 @@ QWidget *StatisticsPage::makeHeader()
     m_deployments->setAccessibleName(tr("Deployment"));
     m_deployments->setToolTip(tr("The publishing of the project that is reported"));
     m_deployments->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    m_deploymentLabel = new QLabel(tr("&Deployment"), header);
+    m_deploymentLabel = new QLabel(tr("Deplo&yment"), header);
     m_deploymentLabel->setBuddy(m_deployments);
     m_refresh = makeTool(header, "refreshStatistics", QStringLiteral("refresh"), tr("Refresh"),
                          tr("Run the report again, or fetch the questions (F5)"));
@@ -145,6 +147,8 @@ void StatisticsPage::prepareControl()
     m_tabs = m_control->findChild<QTabBar *>(QStringLiteral("reportsTabs"));
     m_runButton = m_control->findChild<QPushButton *>(QStringLiteral("runReportCmd"));
     m_runCaption = m_runButton->text();
+    m_start = m_control->findChild<QDateTimeEdit *>(QStringLiteral("startDateTime"));
+    m_end = m_control->findChild<QDateTimeEdit *>(QStringLiteral("endDateTime"));
     const QList<Zel::ListView *> lists = m_control->findChildren<Zel::ListView *>();
     for (Zel::ListView *list : lists)
         list->setSortByValue(true);
@@ -169,8 +173,6 @@ void StatisticsPage::connectParts()
 
 void StatisticsPage::setProject(const QXSC::ProjectRecordPtr &project)
 {
-    if (project && m_shown && project->guid == m_shown->guid && m_isLoaded)
-        return;
     m_shown = project;
     m_isLoaded = false;
 }
@@ -179,13 +181,24 @@ void StatisticsPage::open()
 {
     if (!m_isLoaded && m_shown)
         load();
+    else if (m_isLoaded && !m_runButton->isEnabled())
+        runAgain(); // the session had ended during a report
+    if (!m_unsent)
+        return;
+    Problem problem;
+    problem.what = tr("A change to a question was not made yet.");
+    problem.advice = tr("Retry makes it as it was asked for.");
+    problem.canRetry = true;
+    m_errors.report(problem, [this] { makeAgain(); });
 }
 
 void StatisticsPage::leave()
 {
     m_shown.reset();
     m_isLoaded = false;
-    m_questions->restart();
+    m_unsent = {};
+    forget();
+    bringBack();
     m_control->findChild<QTimer *>(QStringLiteral("Timer1"))->stop();
     m_deployments->clear();
     showEmpty(tr("Open a project to see what happened in it: double-click it in the list of "
@@ -243,21 +256,61 @@ QString StatisticsPage::deployment() const
 void StatisticsPage::showDeployment(int index)
 {
     m_deployments->setCurrentIndex(index);
-    m_questions->restart();
+    m_unsent = {};
+    forget();
     run(m_deployments->itemData(index, Qt::UserRole + 1).toDateTime(), QDateTime());
 }
 
 void StatisticsPage::run(const QDateTime &start, const QDateTime &end)
 {
-    m_runButton->setText(m_runCaption);
-    m_runButton->setEnabled(true);
+    bringBack();
     m_control->Init(&m_client, deployment(), start, end);
+    if (!end.isValid())
+        m_givenEnd = m_end->dateTime();
 }
 
 void StatisticsPage::runAgain()
 {
-    run(m_control->findChild<QDateTimeEdit *>(QStringLiteral("startDateTime"))->dateTime(),
-        m_control->findChild<QDateTimeEdit *>(QStringLiteral("endDateTime"))->dateTime());
+    const bool wasGiven = m_end->dateTime() == m_givenEnd;
+    run(m_start->dateTime(), wasGiven ? QDateTime() : m_end->dateTime());
+}
+
+void StatisticsPage::bringBack()
+{
+    m_runButton->setText(m_runCaption);
+    m_runButton->setEnabled(true);
+}
+
+void StatisticsPage::forget()
+{
+    // What is shown is of another deployment, and nobody knows yet whether the next report comes.
+    m_questions->restart();
+    const QList<Zel::ListView *> lists = m_control->findChildren<Zel::ListView *>();
+    for (Zel::ListView *list : lists) {
+        list->clear();
+        list->setEmptyText(QString());
+    }
+    const QList<Zel::FlexGrid *> grids = m_control->findChildren<Zel::FlexGrid *>();
+    for (Zel::FlexGrid *grid : grids)
+        grid->clear();
+    const QList<QComboBox *> choices = m_control->findChildren<QComboBox *>();
+    for (QComboBox *choice : choices) {
+        const QSignalBlocker quiet(choice);
+        choice->clear();
+    }
+    auto *summary = m_control->findChild<QWidget *>(QStringLiteral("Frame2"));
+    const QList<QLineEdit *> figures = summary->findChildren<QLineEdit *>();
+    for (QLineEdit *figure : figures)
+        figure->clear();
+}
+
+void StatisticsPage::makeAgain()
+{
+    const std::function<void()> change = m_unsent;
+    if (!change)
+        return;
+    change();
+    m_unsent = {};
 }
 
 void StatisticsPage::failed(const Zel::RuntimeError &error)
@@ -266,30 +319,34 @@ void StatisticsPage::failed(const Zel::RuntimeError &error)
         overflowed(error);
         return;
     }
-    const bool isReport = !m_runButton->isEnabled() || m_tabs->currentIndex() != QuestionTab;
-    if (isReport) {
-        m_errors.report(error, [this] { runAgain(); });
+    // What was typed as an answer is sent again, not typed again.
+    if (const std::function<void()> again = m_questions->again()) {
+        m_unsent = again;
+        m_errors.report(error, [this] { makeAgain(); });
         return;
     }
-    // What was typed as an answer is sent again, not typed again.
-    if (const std::function<void()> again = m_questions->again())
-        m_errors.report(error, again);
+    const bool isReport = !m_runButton->isEnabled() || m_tabs->currentIndex() != QuestionTab;
+    if (isReport)
+        m_errors.report(error, [this] { runAgain(); });
     else
         m_errors.report(error, [this] { m_questions->refresh(); });
+    // What cannot be tried again as it is can be asked for anew. Signing in again runs the report.
+    if (!m_errors.canRetry() && !m_errors.problem().needsSignIn)
+        bringBack();
 }
 
 void StatisticsPage::overflowed(const Zel::RuntimeError &error)
 {
     Problem problem;
-    problem.what = tr("There are more than 32,767 entries of a kind in this range.");
+    problem.what =
+        tr("There is more in this range than can be counted: more than 32,767 of a kind.");
     if (error.description() != Zel::RuntimeError::standardDescription(error.number()))
         problem.what = error.description();
     problem.advice = tr("Choose a shorter range and run the report again.");
     problem.details = QString::fromUtf8(error.what());
     m_errors.report(problem);
     // The same range would fail again, so nothing is run: the control waits for another one.
-    m_runButton->setText(m_runCaption);
-    m_runButton->setEnabled(true);
+    bringBack();
 }
 
 void StatisticsPage::refresh()
@@ -301,13 +358,20 @@ void StatisticsPage::refresh()
         });
         return;
     }
-    m_errors.clear();
-    if (m_tabs->currentIndex() == QuestionTab)
+    if (!m_unsent)
+        m_errors.clear();
+    if (m_tabs->currentIndex() == QuestionTab) {
         m_questions->refresh();
-    else if (m_runButton->isEnabled())
+    } else if (m_runButton->isEnabled()) {
+        if (m_end->dateTime() == m_givenEnd) {
+            const QDateTime now = QDateTime::currentDateTime();
+            m_end->setDateTime(now.addMSecs(-now.time().msec()));
+            m_givenEnd = m_end->dateTime();
+        }
         m_runButton->click();
-    else
+    } else {
         runAgain();
+    }
 }
 
 void StatisticsPage::focusInEvent(QFocusEvent *)

@@ -6,10 +6,15 @@
 #include "common/contract/studioservice.h"
 #include "studio/page.h"
 
+#include <QDateTime>
+
+#include <functional>
+
 class QComboBox;
 class QLabel;
 class QPushButton;
 class QStackedLayout;
+class QDateTimeEdit;
 class QTabBar;
 class QToolButton;
 
@@ -71,6 +76,9 @@ private:
     void runAgain();
     void failed(const Zel::RuntimeError &error);
     void overflowed(const Zel::RuntimeError &error);
+    void bringBack();
+    void makeAgain();
+    void forget();
     void refresh();
     void showEmpty(const QString &text, bool offersProjects);
     QString deployment() const;
@@ -90,9 +98,15 @@ private:
     QPushButton *m_choose;
     ZelWebServiceControls::StatsControl *m_control;
     QTabBar *m_tabs;
+    QDateTimeEdit *m_start;
+    QDateTimeEdit *m_end;
     QPushButton *m_runButton;
     QString m_runCaption;
     QuestionWatch *m_questions;
+    /// A change to a question that has failed, until it was made.
+    std::function<void()> m_unsent;
+    /// The end the report was given; a person who leaves it means now.
+    QDateTime m_givenEnd;
     QXSC::ProjectRecordPtr m_shown;
     bool m_isLoaded = false;
 };

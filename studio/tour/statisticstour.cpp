@@ -102,6 +102,8 @@ void retractAndDelete(TourActor &actor, Zel::ListView &questions)
                          QWidget *yes = box->button(QMessageBox::Yes);
                          actor.clickAt(*yes, yes->rect().center());
                      });
+    actor.waitFor(QStringLiteral("the question to be deleted"),
+                  [&] { return selectedStatus(questions) == QLatin1String("DELETE"); });
     actor.shoot(QStringLiteral("A deleted question"));
 }
 

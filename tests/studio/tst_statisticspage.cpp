@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -374,6 +375,113 @@ private slots:
                  QStringLiteral("UpdateQuestion(\"a\", \"Because.\", \"Question a\", \"\", \"\")"));
         QCOMPARE(f.client.calls().at(1), QStringLiteral("SetQuestionStatus(\"a\", \"STAGED\")"));
         QVERIFY(!f.errors.hasProblem());
+    }
+
+    void aChangeThatWasGivenUpIsNeverMade()
+    {
+        Stats f;
+        f.open();
+        QVERIFY(f.comesToRest());
+        f.showQuestions();
+        f.clickQuestion(0);
+        QVERIFY(answerBox([&] { click(f.page, "deleteCmd"); }, QMessageBox::No));
+        f.client.failNext("GetQuestions", ServiceError(ServiceError::Kind::Unavailable, "Out."));
+        click(f.page, "refreshStatistics");
+        QVERIFY(f.errors.canRetry());
+        f.client.takeCalls();
+        f.errors.retry();
+        QCOMPARE(f.client.takeCalls(),
+                 QStringList{"GetQuestions(\"d-2\", \"2026-05-07T09:30:00\", \"\")"});
+    }
+
+    void anAnswerOutlivesTheEndOfTheSession()
+    {
+        Stats f;
+        f.open();
+        QVERIFY(f.comesToRest());
+        f.showQuestions();
+        f.clickQuestion(0);
+        f.client.failNext("SetQuestionStatus",
+                          ServiceError(ServiceError::Kind::SignedOut, "Sign in again."));
+        click(f.page, "retractCmd");
+        QVERIFY(f.errors.problem().needsSignIn);
+        f.errors.clear(); // as signing in again does
+        f.errors.attempt([&] { f.page.open(); });
+        QVERIFY(f.errors.canRetry());
+        f.client.takeCalls();
+        f.errors.retry();
+        QCOMPARE(f.client.calls().at(0), QStringLiteral("SetQuestionStatus(\"a\", \"RETRACT\")"));
+        QVERIFY(!f.errors.hasProblem());
+        f.errors.attempt([&] { f.page.open(); });
+        QVERIFY(!f.errors.hasProblem());
+    }
+
+    void aDeploymentThatIsGoneLeavesTheControlReady()
+    {
+        Stats f;
+        f.client.failNext("GetRegistrantCount",
+                          ServiceError(ServiceError::Kind::NotFound, "Gone."));
+        f.open();
+        QVERIFY(QTest::qWaitFor([&] { return f.errors.hasProblem(); }));
+        QVERIFY(!f.errors.canRetry());
+        QVERIFY(f.run().isEnabled());
+        QCOMPARE(f.run().text(), QStringLiteral("Run New Report"));
+    }
+
+    void anotherDeploymentShowsNothingOfTheFormer()
+    {
+        Stats f;
+        f.open();
+        QVERIFY(f.comesToRest());
+        f.showQuestions();
+        QCOMPARE(f.list.count(), 3);
+        f.client.failNext("GetUniqueParticipantCount",
+                          ServiceError(ServiceError::Kind::Unavailable, "Out."));
+        auto *deployments = child<QComboBox>(f.page, "deployments");
+        deployments->setFocus();
+        QTest::keyClick(deployments, Qt::Key_Down);
+        QVERIFY(QTest::qWaitFor([&] { return f.errors.hasProblem(); }));
+        QCOMPARE(f.list.count(), 0);
+        QCOMPARE(child<QLineEdit>(f.page, "summaryReg")->text(), QString());
+    }
+
+    void questionsAreNewWhenThereWereNoneAtTheFirstLook()
+    {
+        Stats f;
+        f.ask({});
+        f.open();
+        QVERIFY(f.comesToRest());
+        f.showQuestions();
+        QCOMPARE(f.count, 0);
+        f.ask({"a", "b"});
+        click(f.page, "refreshStatistics");
+        QCOMPARE(f.count, 2);
+    }
+
+    void theListsSortByWhatTheirTextsMean()
+    {
+        Stats f;
+        const QList<Zel::ListView *> lists = f.control.findChildren<Zel::ListView *>();
+        QCOMPARE(lists.size(), 4);
+        for (const Zel::ListView *list : lists)
+            QVERIFY2(list->sortsByValue(), qPrintable(list->objectName()));
+    }
+
+    void theKeysOfTheQuestionsWorkHere()
+    {
+        Stats f;
+        f.open();
+        QVERIFY(f.comesToRest());
+        f.showQuestions();
+        f.clickQuestion(1);
+        f.client.takeCalls();
+        press(Qt::Key_T, Qt::AltModifier);
+        QCOMPARE(f.client.takeCalls().constFirst(),
+                 QStringLiteral("SetQuestionStatus(\"b\", \"RETRACT\")"));
+        f.clickQuestion(1);
+        QVERIFY(answerBox([] { press(Qt::Key_D, Qt::AltModifier); }, QMessageBox::Yes));
+        QCOMPARE(f.client.takeCalls().constFirst(),
+                 QStringLiteral("SetQuestionStatus(\"b\", \"DELETE\")"));
     }
 
     void leavingForgetsTheProject()
