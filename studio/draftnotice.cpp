@@ -40,8 +40,7 @@ DraftNotice::DraftNotice(QWidget *parent)
     hide();
     connect(m_goOn, &QPushButton::clicked, this, [this] {
         const RecordDraft draft = m_drafts.constFirst();
-        m_drafts.clear(); // the others are offered at the next start
-        hide();
+        offer({});
         emit goOn(draft);
     });
     connect(m_discard, &QPushButton::clicked, this, &DraftNotice::discard);

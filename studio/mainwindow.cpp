@@ -198,6 +198,8 @@ void MainWindow::goOn(const RecordDraft &draft)
     m_pages->setCurrentIndex(number);
     m_rail->setCurrent(number);
     m_errors.attempt([this, draft] { m_records->resume(draft); });
+    m_draftNotice->offer(
+        m_drafts.waiting()); // those left, or this one when it was not gone on with
 }
 
 void MainWindow::openPages()

@@ -153,6 +153,11 @@ void NewProjectFlow::loadTypes()
     m_form->offerTypes(m_service.projectTypes(), m_typeID);
 }
 
+void NewProjectFlow::leave()
+{
+    m_record->clear();
+}
+
 void NewProjectFlow::takeFocus()
 {
     switch (m_steps->currentIndex()) {
@@ -234,10 +239,16 @@ void NewProjectFlow::openRecord()
             m_record->layout()->activate();
             try {
                 m_record->load(theme->guid, theme->name);
-            } catch (...) {
+            } catch (const QXSC::ServiceError &) {
                 m_record->clear();
                 m_steps->setCurrentIndex(ChoosingTheme);
                 throw;
+            } catch (const Zel::RuntimeError &error) {
+                // The record cannot be shown to its end and is left as it is; a project can be
+                // made.
+                m_errors.report(error);
+                openForm();
+                return;
             }
         }
         if (hasRecordStep())

@@ -38,6 +38,8 @@ public:
     /// @param typeID the type that is offered first
     void start(const QString &typeID);
     void takeFocus();
+    /// Forgets what belongs to the person who was signed in; a draft stays for them.
+    void leave();
     bool holdsChanges() const;
     /// Asks what becomes of what was entered; returns whether it may be given up.
     bool maySetAside();

@@ -230,6 +230,7 @@ void ProjectsPage::open()
 void ProjectsPage::leave()
 {
     remember();
+    m_flow->leave();
     m_stack->setCurrentWidget(m_view);
     m_isLoaded = false;
     m_list->setEmptyText(tr("The projects could not be loaded"));

@@ -63,6 +63,7 @@ RecordConflictDialog::RecordConflictDialog(const QList<FieldConflict> &conflicts
     setObjectName(QStringLiteral("recordConflict"));
     setWindowTitle(tr("The Record Has Changed"));
     auto *why = new QLabel(explanation, this);
+    why->setTextFormat(Qt::PlainText);
     why->setWordWrap(true);
     auto *scroll = new QScrollArea(this);
     scroll->setWidgetResizable(true);

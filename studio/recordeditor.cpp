@@ -108,15 +108,19 @@ void RecordEditor::connectParts()
     connect(&m_marking, &QTimer::timeout, this, &RecordEditor::showChanges);
     connect(&m_drafting, &QTimer::timeout, this, &RecordEditor::keepDraft);
     connect(&m_resting, &QTimer::timeout, this, &RecordEditor::fitWidth);
-    const auto store = [this] {
-        if (m_save->isEnabled())
-            m_errors.attempt([this] { save(); });
-    };
-    connect(m_save, &QPushButton::clicked, this, store);
+    connect(m_save, &QPushButton::clicked, this, &RecordEditor::store);
     connect(m_revert, &QPushButton::clicked, this, &RecordEditor::askToRevert);
     auto *shortcut = new QShortcut(QKeySequence::Save, this);
     shortcut->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(shortcut, &QShortcut::activated, this, store);
+    connect(shortcut, &QShortcut::activated, this, &RecordEditor::store);
+}
+
+void RecordEditor::store()
+{
+    if (m_marking.isActive())
+        showChanges();
+    if (m_save->isEnabled())
+        m_errors.attempt([this] { save(); });
 }
 
 void RecordEditor::renewForm()
@@ -135,6 +139,8 @@ void RecordEditor::renewForm()
 
 void RecordEditor::clear()
 {
+    if (m_drafting.isActive())
+        keepDraft();
     for (QTimer *timer : {&m_marking, &m_drafting, &m_resting})
         timer->stop();
     m_draft.reset();
@@ -160,7 +166,7 @@ void RecordEditor::fetch(const QString &themeGuid, const QString &themeName)
     // The fields are built as wide as the form is.
     m_stack->setCurrentWidget(m_sheet);
     m_sheet->layout()->activate();
-    m_builtWidth = m_form->width();
+    m_builtSize = m_form->size();
     m_form->Init(&m_client);
     const Zel::Hourglass hourglass(this);
     try {
@@ -200,13 +206,16 @@ bool RecordEditor::resume(const RecordDraft &draft)
         clear();
         return false;
     }
-    if (record()) {
-        applyChoices(conflicts, *record());
-        m_form->rebuild();
-    }
+    if (!record())
+        throw QXSC::ServiceError(QXSC::ServiceError::Kind::NotFound,
+                                 tr("The theme of this draft has no record any more. The draft "
+                                    "stays where it is."));
+    applyChoices(conflicts, *record());
+    rebuild();
     showForm();
-    keepDraft();
-    RecordDrafts::discard(draft);
+    // What could not be taken over is not given up.
+    if (keepDraft() || conflicts.isEmpty())
+        RecordDrafts::discard(draft);
     return true;
 }
 
@@ -244,9 +253,13 @@ bool RecordEditor::hasChanges() const
 QList<RecordDraft::Entry> RecordEditor::edited()
 {
     m_form->UpdateDataRecord();
+    const QStringList changed = m_form->changedLabels();
     QList<RecordDraft::Entry> entries = m_loaded;
-    for (qsizetype i = 0; i < entries.size(); ++i)
-        entries[i].value = record()->entries->item(i + 1)->value;
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        // A field may write what it was given in words of its own: that is no change.
+        if (changed.contains(entries.at(i).label))
+            entries[i].value = record()->entries->item(i + 1)->value;
+    }
     return entries;
 }
 
@@ -311,10 +324,11 @@ void RecordEditor::adopt(const QXSC::DataRecordPtr &newer, const QList<FieldConf
     m_loaded = draftEntries(*newer);
     record()->version = newer->version;
     record()->entries = newer->entries;
-    m_form->rebuild(); // what the fields hold now is what counts as loaded
+    rebuild(); // what the fields hold now is what counts as loaded
     applyChoices(choices, *record());
-    m_form->rebuild();
+    rebuild();
     showChanges();
+    keepDraft();
 }
 
 void RecordEditor::accepted(qint64 version)
@@ -346,7 +360,7 @@ void RecordEditor::revert()
 {
     for (qsizetype i = 0; i < m_loaded.size(); ++i)
         record()->entries->item(i + 1)->value = m_loaded.at(i).loaded;
-    m_form->rebuild();
+    rebuild();
     dropDraft();
     showChanges();
 }
@@ -364,10 +378,8 @@ bool RecordEditor::maySetAside()
     box.button(QMessageBox::Cancel)->setText(tr("&Keep Editing"));
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
-    case QMessageBox::Save: {
-        bool isSaved = false;
-        return m_errors.attempt([&] { isSaved = save(); }) && isSaved;
-    }
+    case QMessageBox::Save:
+        return m_errors.attempt([this] { save(); }) && !hasChanges();
     case QMessageBox::Discard:
         return m_errors.attempt([this] { revert(); });
     default:
@@ -380,7 +392,8 @@ void RecordEditor::fieldEdited()
     if (!m_isWhole)
         return;
     m_marking.start(0);
-    m_drafting.start();
+    if (!m_drafting.isActive()) // also of one who never pauses
+        m_drafting.start();
 }
 
 void RecordEditor::showChanges()
@@ -414,15 +427,15 @@ void RecordEditor::showChanges()
     emit this->changed();
 }
 
-void RecordEditor::keepDraft()
+bool RecordEditor::keepDraft()
 {
     m_drafting.stop();
     if (!m_isWhole || !record())
-        return;
+        return false;
     try {
         if (!hasChanges()) {
             dropDraft();
-            return;
+            return false;
         }
         RecordDraft draft;
         draft.themeGuid = m_themeGuid;
@@ -432,11 +445,13 @@ void RecordEditor::keepDraft()
         if (!m_draft)
             m_draft = m_drafts.begin();
         const QString problem = m_draft->keep(draft);
-        if (!problem.isEmpty())
-            showStatus(tr("Save soon: no draft can be kept. %1").arg(problem), true);
+        if (problem.isEmpty())
+            return true;
+        showStatus(tr("Save soon: no draft can be kept. %1").arg(problem), true);
     } catch (const Zel::RuntimeError &error) {
         m_errors.report(error);
     }
+    return false;
 }
 
 void RecordEditor::dropDraft()
@@ -449,18 +464,33 @@ void RecordEditor::dropDraft()
 
 void RecordEditor::fitWidth()
 {
-    if (!m_isWhole || !record() || m_form->width() == m_builtWidth)
+    if (!m_isWhole || !record() || m_form->size() == m_builtSize)
         return;
     // A field that has a dialog open must not go under it.
     if (QApplication::activeModalWidget() || QApplication::activePopupWidget()) {
         m_resting.start();
         return;
     }
-    m_builtWidth = m_form->width();
-    m_errors.attempt([this] {
+    try {
         m_form->UpdateDataRecord();
+        rebuild();
+    } catch (const Zel::RuntimeError &error) {
+        m_errors.report(error);
+    }
+}
+
+void RecordEditor::rebuild()
+{
+    m_builtSize = m_form->size();
+    try {
         m_form->rebuild();
-    });
+    } catch (...) {
+        // A form that lacks fields must not be saved, and its draft stays as it was kept.
+        m_isWhole = false;
+        m_form->setEnabled(false);
+        m_draft.reset();
+        throw;
+    }
 }
 
 void RecordEditor::takeFocus()

@@ -79,13 +79,15 @@ private:
     bool resolve(const QXSC::DataRecordPtr &newer);
     bool decide(QList<FieldConflict> &conflicts, const QString &explanation,
                 const QString &confirm);
+    void rebuild();
     void adopt(const QXSC::DataRecordPtr &newer, const QList<FieldConflict> &choices);
     void accepted(qint64 version);
     void askToRevert();
     void revert();
+    void store();
     void fieldEdited();
     void showChanges();
-    void keepDraft();
+    bool keepDraft();
     void dropDraft();
     void fitWidth();
     void showStatus(const QString &text, bool isAlarm = false);
@@ -111,7 +113,7 @@ private:
     /// Whether the form was built to its end.
     bool m_isWhole = false;
     bool m_isAlarm = false;
-    int m_builtWidth = 0;
+    QSize m_builtSize;
     QTimer m_marking;
     QTimer m_drafting;
     QTimer m_resting;

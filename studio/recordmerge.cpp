@@ -3,6 +3,9 @@
 #include "studio/recordmerge.h"
 
 #include <QHash>
+#include <QStringList>
+
+#include <algorithm>
 
 namespace Studio {
 
@@ -30,6 +33,14 @@ FieldConflict::Changed changedWhere(const RecordDraft::Entry &mine,
     if (mine.value == mine.loaded)
         return FieldConflict::Changed::OnServer;
     return theirs == mine.loaded ? FieldConflict::Changed::Here : FieldConflict::Changed::BothSides;
+}
+
+bool hasField(const QXSC::DataRecordEntry &entry)
+{
+    static const QStringList types{QStringLiteral("TEXT"), QStringLiteral("TEXTAREA"),
+                                   QStringLiteral("CHECKBOX"), QStringLiteral("TEXTASSET"),
+                                   QStringLiteral("CUSTOM")};
+    return !entry.hidden && types.contains(entry.type);
 }
 
 } // namespace
@@ -65,6 +76,9 @@ QList<FieldConflict> conflictsBetween(const QList<RecordDraft::Entry> &mine,
         if (here.value == entry.value)
             continue;
         const FieldConflict::Changed changed = changedWhere(here, entry.value);
+        // What has no field is nothing that an author could judge: the server's value stands.
+        if (changed == FieldConflict::Changed::OnServer && !hasField(entry))
+            continue;
         conflicts.append({entry.label, entry.type, here.value, entry.value, changed, i,
                           changed != FieldConflict::Changed::OnServer});
     }

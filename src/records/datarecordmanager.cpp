@@ -179,9 +179,9 @@ void DataRecordManager::rebuild()
     const FocusPlace focus = focusPlace();
     // Also when building ends in an error: there are fields then, up to the one that failed.
     const auto restore = qScopeGuard([this, value, &focus] {
+        restoreFocus(focus); // brings the field into view
         if (!m_scroll->isHidden())
             m_scroll->setValue(value);
-        restoreFocus(focus);
         const QStringList marked = m_marks.keys();
         for (const QString &label : marked)
             showMark(label);
