@@ -62,13 +62,15 @@ void PollReport::build()
 
 void PollReport::load(QXSC::ServiceClient *client, const QString &deploymentGuid)
 {
-    m_client = client;
-    m_deployment = deploymentGuid;
+    if (!client)
+        throw RuntimeError(RuntimeError::ObjectNotSet);
     // A host may destroy the report during the call.
     const QPointer<PollReport> self(this);
-    const QXSC::PollQuestionCollectionPtr polls = this->client().GetPolls(QString(deploymentGuid));
+    const QXSC::PollQuestionCollectionPtr polls = client->GetPolls(QString(deploymentGuid));
     if (!self)
         return;
+    m_client = client;
+    m_deployment = deploymentGuid;
     m_polls = polls;
     if (!m_polls || m_polls->count() < 1)
         return;

@@ -3,12 +3,16 @@
 #include "stats/resultsvisualization.h"
 
 #include "platform/widgets/hourglass.h"
+#include "platform/widgets/messageboxes.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPushButton>
 #include <QRadioButton>
+
+#include <algorithm>
 
 namespace ZelWebServiceControls {
 
@@ -104,7 +108,21 @@ void ResultsVisualization::saveWorkbook()
     });
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return;
-    const QString fileName = dialog.selectedFiles().constFirst();
+    QString fileName = dialog.selectedFiles().constFirst();
+    const QString ending = QLatin1Char('.') + dialog.defaultSuffix();
+    // "results.2026" has a dot and says no format.
+    const QStringList endings{QStringLiteral(".xlsx"), QStringLiteral(".xml"),
+                              QStringLiteral(".csv")};
+    if (std::none_of(endings.begin(), endings.end(), [&](const QString &known) {
+            return fileName.endsWith(known, Qt::CaseInsensitive);
+        })) {
+        fileName += ending;
+        // The dialog has asked about another name.
+        if (QFileInfo::exists(fileName) &&
+            !Zel::askUser(this,
+                          tr("%1 exists already. Replace it?").arg(QFileInfo(fileName).fileName())))
+            return;
+    }
     const Zel::Hourglass busy(this);
     saveResults(*m_models, fileName, resultsFormat(fileName));
 }

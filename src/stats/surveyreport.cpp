@@ -51,13 +51,15 @@ void SurveyReport::build()
 
 void SurveyReport::load(QXSC::ServiceClient *client, const QString &deploymentGuid)
 {
-    m_client = client;
-    m_deployment = deploymentGuid;
+    if (!client)
+        throw RuntimeError(RuntimeError::ObjectNotSet);
     // A host may destroy the report during the call.
     const QPointer<SurveyReport> self(this);
-    const QXSC::SurveyCollectionPtr surveys = this->client().GetSurveys(QString(deploymentGuid));
+    const QXSC::SurveyCollectionPtr surveys = client->GetSurveys(QString(deploymentGuid));
     if (!self)
         return;
+    m_client = client;
+    m_deployment = deploymentGuid;
     m_surveys = surveys;
     m_survey.reset();
     if (!m_surveys || m_surveys->count() < 1)
@@ -80,14 +82,19 @@ void SurveyReport::chooseSurvey(int index)
 {
     if (!m_surveys || index < 0 || index >= m_surveys->count())
         return;
-    m_survey = m_surveys->item(index + 1);
-    if (!m_survey->questions)
+    // Until the responses are there nothing of the former survey stands under this one's name.
+    const QXSC::SurveyRecordPtr survey = m_surveys->item(index + 1);
+    m_survey.reset();
+    m_questionCombo->clear();
+    m_grid->clear();
+    if (!survey->questions)
         throw RuntimeError(RuntimeError::ObjectNotSet);
     const QPointer<SurveyReport> self(this);
-    countRespondents();
+    const QList<Respondents> respondents = countRespondents(*survey);
     if (!self)
         return;
-    m_questionCombo->clear();
+    m_survey = survey;
+    m_respondents = respondents;
     for (const QXSC::SurveyQuestionPtr &question : *m_survey->questions)
         m_questionCombo->addItem(question->questionTxt);
     if (m_questionCombo->count() == 0)
@@ -102,23 +109,22 @@ void SurveyReport::chooseQuestion(int index)
         showQuestion(*m_survey->questions->item(index + 1), m_respondents.value(index));
 }
 
-void SurveyReport::countRespondents()
+QList<SurveyReport::Respondents> SurveyReport::countRespondents(const QXSC::SurveyRecord &survey)
 {
-    m_respondents = QList<Respondents>(m_survey->questions->count());
-    const QPointer<SurveyReport> self(this);
-    const QXSC::SurveyRecordPtr survey = m_survey;
+    QList<Respondents> respondents(survey.questions->count());
     const QXSC::SurveyResponseArray responses =
-        client().GetSurveyResponses(QString(m_deployment), survey->guid);
-    if (!self || !responses)
-        return;
+        client().GetSurveyResponses(QString(m_deployment), survey.guid);
+    if (!responses)
+        return respondents;
     SurveyUsers users;
-    users.SortResponse(responses, m_survey);
-    users.forEachRow([this](const SurveyUsers::Row &row) {
-        for (qsizetype question = 0; question < m_respondents.size(); ++question) {
-            Respondents &of = m_respondents[question];
+    users.SortResponse(responses, std::make_shared<QXSC::SurveyRecord>(survey));
+    users.forEachRow([&respondents](const SurveyUsers::Row &row) {
+        for (qsizetype question = 0; question < respondents.size(); ++question) {
+            Respondents &of = respondents[question];
             ++(row.cells[question].text ? of.answered : of.skipped);
         }
     });
+    return respondents;
 }
 
 void SurveyReport::showQuestion(const QXSC::SurveyQuestion &question,

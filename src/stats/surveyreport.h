@@ -47,7 +47,7 @@ private:
     void build();
     void chooseSurvey(int index);
     void chooseQuestion(int index);
-    void countRespondents();
+    QList<Respondents> countRespondents(const QXSC::SurveyRecord &survey);
     void showQuestion(const QXSC::SurveyQuestion &question, const Respondents &respondents);
     void visualize();
     QXSC::ServiceClient &client() const;

@@ -165,7 +165,7 @@ WorkbookLayout workbookLayout(const ResultsModels &models)
 void writeSheets(const ResultsModels &models, const WorkbookLayout &layout, WorkbookSink &sink)
 {
     sink.beginSheet(QStringLiteral("Responses"),
-                    columnWidths(layout.questions.size(), layout.scored ? 2 : 0));
+                    columnWidths(layout.questions.size(), layout.scored ? 2 : 1));
     writeQuestions(sink, layout.questions, QString(),
                    [&sink](qsizetype question, qsizetype k, const WorkbookAnswer &answer) {
                        sink.text(question + 1,

@@ -18,4 +18,4 @@ env -u QT_SCALE_FACTOR -u QT_STYLE_OVERRIDE HOME="$home" XDG_RUNTIME_DIR="$home"
   "$studio" --tour-part "$home/pictures" --service-program "$service"
 count=$(find "$home/pictures" -name '*.png' | wc -l)
 echo "$count pictures"
-[ "$count" -ge 48 ]
+[ "$count" -ge 150 ]
