@@ -9,7 +9,7 @@
 namespace ZelTest {
 
 /// A text on one line, to be read and compared: line ends, other characters that are not seen,
-/// backslashes and bars as \uXXXX.
+/// backslashes and bars as \uhhhh, four hexadecimal digits.
 QString oneLine(const QString &text);
 
 /// Every field of a record in one line, in the order of the contract and separated by " | ". A date

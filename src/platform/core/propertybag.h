@@ -34,7 +34,7 @@ namespace Zel {
 /// | "color"       | hexadecimal as &H8000000F&; decimal is read too                          |
 /// | "number"      | the shortest decimal form with "." that reads back exactly; in JSON a number |
 /// | "text"        | as it is; an entry without a type is a text                              |
-/// | "escapedText" | a text with characters XML cannot hold: those as \uXXXX, "\" as "\\"     |
+/// | "escapedText" | a text with characters XML cannot hold: those as \uhhhh, "\" as "\\"     |
 /// | "date"        | ISO 8601 without a zone, as 2007-01-09T15:04:05, with milliseconds if any |
 ///
 /// XML: `<properties version="1"><property name="ShowLoginURL" type="boolean" value="False"/>...`;

@@ -12,7 +12,7 @@ namespace Zel::PropertyValue {
 /// Whether XML cannot hold the text as it is: it has control characters, lone halves of surrogate
 /// pairs or non-characters.
 bool needsEscape(QStringView text);
-/// "\uXXXX" for what XML cannot hold, "\\" for "\".
+/// "\uhhhh" (four hexadecimal digits) for what XML cannot hold, "\\" for "\".
 QString escaped(QStringView text);
 /// Nothing when a "\" begins neither of the two.
 std::optional<QString> unescaped(QStringView text);
