@@ -3,6 +3,7 @@
 #include "studio/draftnotice.h"
 
 #include "studio/appearance.h"
+#include "studio/pageheader.h"
 #include "studio/textlabel.h"
 #include "studio/tintedicon.h"
 
@@ -20,14 +21,6 @@ namespace Studio {
 namespace {
 
 constexpr qsizetype LongestName = 80;
-
-QPushButton *makeButton(QWidget *parent, const char *name, const QString &caption)
-{
-    auto *button = new QPushButton(caption, parent);
-    button->setObjectName(QLatin1String(name));
-    button->setAutoDefault(true);
-    return button;
-}
 
 } // namespace
 

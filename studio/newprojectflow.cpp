@@ -38,13 +38,6 @@ enum Step
 constexpr int WidestForm = 820; // pixels
 constexpr qsizetype LongestChoice = 80;
 
-QPushButton *makeButton(QWidget *parent, const char *name, const QString &caption)
-{
-    auto *button = new QPushButton(caption, parent);
-    button->setObjectName(QLatin1String(name));
-    return button;
-}
-
 } // namespace
 
 NewProjectFlow::NewProjectFlow(QXSC::ServiceClient &client, QXSC::StudioService &service,
@@ -81,8 +74,6 @@ void NewProjectFlow::build()
     m_next = makeButton(this, "toProjectForm", tr("&Next"));
     m_save = makeButton(this, "saveNewProject", tr("&Save"));
     m_save->setToolTip(tr("Make the project (Ctrl+Enter)"));
-    for (QPushButton *button : {m_cancel, m_back})
-        button->setAutoDefault(true); // Enter on it presses it
     m_next->setDefault(true);
     m_save->setDefault(true);
     auto *head = new QHBoxLayout;

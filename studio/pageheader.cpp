@@ -5,6 +5,7 @@
 #include "studio/tintedicon.h"
 
 #include <QLabel>
+#include <QPushButton>
 #include <QToolButton>
 
 namespace Studio {
@@ -29,6 +30,16 @@ QToolButton *makeTool(QWidget *parent, const char *name, const QString &icon, co
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setToolTip(tip);
     button->setFocusPolicy(Qt::StrongFocus);
+    return button;
+}
+
+QPushButton *makeButton(QWidget *parent, const char *name, const QString &caption,
+                        const QString &tip)
+{
+    auto *button = new QPushButton(caption, parent);
+    button->setObjectName(QLatin1String(name));
+    button->setToolTip(tip);
+    button->setAutoDefault(true);
     return button;
 }
 

@@ -5,6 +5,7 @@
 #include <QString>
 
 class QLabel;
+class QPushButton;
 class QToolButton;
 class QWidget;
 
@@ -16,5 +17,9 @@ QLabel *makeHeading(QWidget *parent, const QString &title);
 /// A button of a page's header, icon beside text.
 QToolButton *makeTool(QWidget *parent, const char *name, const QString &icon, const QString &text,
                       const QString &tip);
+
+/// A push button; Enter presses it while it has the keyboard.
+QPushButton *makeButton(QWidget *parent, const char *name, const QString &caption,
+                        const QString &tip = QString());
 
 } // namespace Studio

@@ -8,7 +8,6 @@
 #include "stats/qadialog.h"
 #include "stats/statscontrol.h"
 
-#include <QApplication>
 #include <QPushButton>
 
 namespace Studio {
@@ -146,12 +145,6 @@ std::function<void()> QuestionWatch::again() const
         break;
     }
     return {};
-}
-
-bool QuestionWatch::hasFocus() const
-{
-    const QWidget *focus = QApplication::focusWidget();
-    return focus && (m_list->isAncestorOf(focus) || m_list == focus);
 }
 
 void QuestionWatch::refresh() const

@@ -39,8 +39,6 @@ public:
     /// What makes the change again that has just failed; nothing when what failed was no change.
     std::function<void()> again() const;
 
-    /// Whether the keyboard is in the list or at its buttons.
-    bool hasFocus() const;
     void refresh() const;
     void remove() const;
 

@@ -3,6 +3,7 @@
 #include "studio/recordconflict.h"
 
 #include "studio/appearance.h"
+#include "studio/pageheader.h"
 #include "studio/textlabel.h"
 
 #include <QApplication>
@@ -69,17 +70,12 @@ RecordConflictDialog::RecordConflictDialog(const QList<FieldConflict> &conflicts
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidget(makeFields());
-    const auto makeButton = [this](const char *name, const QString &caption) {
-        auto *button = new QPushButton(caption, this);
-        button->setObjectName(QLatin1String(name));
-        return button;
-    };
-    QPushButton *allMine = makeButton("allMine", tr("All &Mine"));
-    QPushButton *allTheirs = makeButton("allTheirs", tr("All &Theirs"));
-    QPushButton *save = makeButton("saveChosen", confirm);
+    QPushButton *allMine = makeButton(this, "allMine", tr("All &Mine"));
+    QPushButton *allTheirs = makeButton(this, "allTheirs", tr("All &Theirs"));
+    QPushButton *save = makeButton(this, "saveChosen", confirm);
     save->setDefault(true);
-    QPushButton *back = makeButton("keepEditing", tr("&Cancel"));
-    back->setToolTip(tr("Decide later; nothing is lost (Esc)"));
+    QPushButton *back =
+        makeButton(this, "keepEditing", tr("&Cancel"), tr("Decide later; nothing is lost (Esc)"));
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(8);
     buttons->addWidget(allMine);

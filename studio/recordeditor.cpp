@@ -8,6 +8,7 @@
 #include "studio/appearance.h"
 #include "studio/card.h"
 #include "studio/errorcenter.h"
+#include "studio/pageheader.h"
 #include "studio/recordconflict.h"
 #include "studio/recorddrafts.h"
 #include "studio/textlabel.h"
@@ -36,16 +37,6 @@ constexpr auto DraftDelay = 500ms;
 constexpr auto RestDelay = 200ms;
 constexpr qsizetype LongestName = 80;
 constexpr qsizetype LongestMessage = 300;
-
-QPushButton *makeButton(QWidget *parent, const char *name, const QString &caption,
-                        const QString &tip)
-{
-    auto *button = new QPushButton(caption, parent);
-    button->setObjectName(QLatin1String(name));
-    button->setToolTip(tip);
-    button->setAutoDefault(true); // Enter on it presses it
-    return button;
-}
 
 } // namespace
 
@@ -107,7 +98,7 @@ void RecordEditor::connectParts()
     m_resting.setInterval(RestDelay);
     connect(&m_marking, &QTimer::timeout, this, &RecordEditor::showChanges);
     connect(&m_drafting, &QTimer::timeout, this, &RecordEditor::keepDraft);
-    connect(&m_resting, &QTimer::timeout, this, &RecordEditor::fitWidth);
+    connect(&m_resting, &QTimer::timeout, this, &RecordEditor::fitSize);
     connect(m_save, &QPushButton::clicked, this, &RecordEditor::store);
     connect(m_revert, &QPushButton::clicked, this, &RecordEditor::askToRevert);
     auto *shortcut = new QShortcut(QKeySequence::Save, this);
@@ -206,10 +197,12 @@ bool RecordEditor::resume(const RecordDraft &draft)
         clear();
         return false;
     }
-    if (!record())
+    if (!record()) {
+        showForm(); // says that there is nothing to fill in
         throw QXSC::ServiceError(QXSC::ServiceError::Kind::NotFound,
                                  tr("The theme of this draft has no record any more. The draft "
                                     "stays where it is."));
+    }
     applyChoices(conflicts, *record());
     rebuild();
     showForm();
@@ -462,7 +455,7 @@ void RecordEditor::dropDraft()
     m_draft.reset();
 }
 
-void RecordEditor::fitWidth()
+void RecordEditor::fitSize()
 {
     if (!m_isWhole || !record() || m_form->size() == m_builtSize)
         return;

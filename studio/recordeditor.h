@@ -89,7 +89,7 @@ private:
     void showChanges();
     bool keepDraft();
     void dropDraft();
-    void fitWidth();
+    void fitSize();
     void showStatus(const QString &text, bool isAlarm = false);
     void applyColors();
 

@@ -298,6 +298,8 @@ void StatisticsPage::forget()
         const QSignalBlocker quiet(choice);
         choice->clear();
     }
+    for (const char *name : {"pollVis", "dataVis"}) // would chart what is shown no more
+        m_control->findChild<QPushButton *>(QLatin1String(name))->setEnabled(false);
     auto *summary = m_control->findChild<QWidget *>(QStringLiteral("Frame2"));
     const QList<QLineEdit *> figures = summary->findChildren<QLineEdit *>();
     for (QLineEdit *figure : figures)

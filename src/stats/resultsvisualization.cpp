@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -99,6 +100,7 @@ void ResultsVisualization::saveWorkbook()
     const QString values = tr("Comma-separated values (*.csv)");
     QFileDialog dialog(this, tr("Save Workbook"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
     dialog.setNameFilters({spreadsheet, xml, values});
     dialog.setDefaultSuffix(QStringLiteral("xlsx"));
     connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString &filter) {

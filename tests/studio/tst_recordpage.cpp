@@ -7,7 +7,7 @@
 #include "testsupport/testcase.h"
 
 #include <QRadioButton>
-#include <QScrollArea>
+#include <QScrollBar>
 
 using QXSC::ServiceError;
 using namespace StudioTesting;
@@ -360,6 +360,62 @@ private slots:
         click(f.page, "saveRecord");
         QCOMPARE(f.stored(1), QStringLiteral("Summer"));
         QVERIFY(!f.errors.hasProblem());
+    }
+
+    void aDraftOfAThemeWithoutARecordStays()
+    {
+        RecordPageFixture f;
+        Studio::RecordDraft draft;
+        draft.themeGuid = "guid of Bare";
+        draft.themeName = "Bare";
+        draft.kept = QDateTime::currentDateTimeUtc();
+        draft.entries = Studio::draftEntries(*f.client.dataRecords["guid of Stage"]);
+        QCOMPARE(f.drafts.begin()->keep(draft), QString());
+        f.errors.attempt([&] { f.page.resume(f.drafts.waiting().at(0)); });
+        QVERIFY(f.errors.problem().what.contains(QLatin1String("no record any more")));
+        QVERIFY(f.isShown("recordMessage"));
+        QCOMPARE(f.drafts.waiting().size(), 1);
+    }
+
+    void fieldsFollowTheHeightOfTheWindow()
+    {
+        RecordPageFixture f;
+        QList<QXSC::DataRecordEntry> many;
+        for (int i = 0; i < 60; ++i)
+            many << recordField("TEXT", QStringLiteral("F%1").arg(i), QStringLiteral("x"));
+        f.client.dataRecords["guid of Stage"] = ZelTest::dataRecord(many);
+        f.edit("Stage");
+        auto *bar = child<QScrollBar>(f.form(), "drVScroll");
+        QVERIFY(bar->isVisible());
+        f.page.resize(1200, 500);
+        f.box("F59").setFocus();
+        const auto isInView = [&] {
+            const QRect shown = f.box("F59").visibleRegion().boundingRect();
+            return shown.height() == f.box("F59").height();
+        };
+        QVERIFY(QTest::qWaitFor([&] {
+            f.box("F0").setFocus();
+            f.box("F59").setFocus();
+            return isInView();
+        }));
+    }
+
+    void aCheckBoxThatOnlySaysItOtherwiseIsNoChange()
+    {
+        RecordPageFixture f;
+        f.client.dataRecords["guid of Stage"]->entries->item(3)->value.text = "true";
+        f.edit("Stage");
+        f.typeInto("Title", "Summer");
+        QVERIFY(f.says("1 field changed"));
+        f.saveElsewhere(3, "False");
+        QVERIFY(inConflict([&] { click(f.page, "saveRecord"); },
+                           [](QWidget &dialog) {
+                               // Title was changed here, the box by somebody else alone.
+                               QVERIFY(child<QRadioButton>(dialog, "theirs_1")->isChecked());
+                               saveChosen(dialog);
+                           }));
+        QCOMPARE(f.stored(3), QStringLiteral("False"));
+        QCOMPARE(f.stored(1), QStringLiteral("Summer"));
     }
 
     void aDraftWhoseRecordCannotBeLoadedStays()

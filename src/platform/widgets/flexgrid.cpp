@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QStyledItemDelegate>
 
 #include <algorithm>
@@ -34,8 +35,13 @@ public:
         const bool mayGoOn = (roomy.displayAlignment & Qt::AlignRight) && before.isValid() &&
                              before.data().toString().isEmpty();
         roomy = option;
-        if (mayGoOn && wanted > option.rect.width())
+        if (mayGoOn && wanted > option.rect.width()) {
             roomy.rect.setLeft(option.rect.right() + 1 - wanted);
+            // The line between the two cells would go through the text.
+            painter->fillRect(roomy.rect, option.palette.brush(option.state & QStyle::State_Selected
+                                                                   ? QPalette::Highlight
+                                                                   : QPalette::Base));
+        }
         QStyledItemDelegate::paint(painter, roomy, index);
     }
 

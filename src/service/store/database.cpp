@@ -10,10 +10,10 @@
 #include <QThread>
 
 #include <algorithm>
-#include <mutex>
 #include <atomic>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 
 namespace Zel {
