@@ -18,35 +18,64 @@ namespace Zel {
 
 namespace {
 
-/// Draws cells; a text on the right side of a cell that is too narrow for it goes on over the empty
-/// cell at its left, as in spreadsheets.
+/// Draws cells and the lines between them. A text on the right side of a cell that is too narrow
+/// for it goes on over the empty cell at its left, as in spreadsheets, and there is no line below
+/// it.
 class CellDelegate : public QStyledItemDelegate
 {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit CellDelegate(QTableView *grid)
+        : QStyledItemDelegate(grid)
+        , m_grid(grid)
+    {
+    }
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override
     {
         QStyleOptionViewItem roomy = option;
-        initStyleOption(&roomy, index);
-        const QModelIndex before = index.siblingAtColumn(index.column() - 1);
-        const int wanted = roomy.fontMetrics.horizontalAdvance(roomy.text) + 2 * Margin;
-        const bool mayGoOn = (roomy.displayAlignment & Qt::AlignRight) && before.isValid() &&
-                             before.data().toString().isEmpty();
-        roomy = option;
-        if (mayGoOn && wanted > option.rect.width()) {
-            roomy.rect.setLeft(option.rect.right() + 1 - wanted);
-            // The line between the two cells would go through the text.
-            painter->fillRect(roomy.rect, option.palette.brush(option.state & QStyle::State_Selected
-                                                                   ? QPalette::Highlight
-                                                                   : QPalette::Base));
-        }
+        roomy.rect.setLeft(option.rect.left() - missing(index));
         QStyledItemDelegate::paint(painter, roomy, index);
+        const QColor line = lineColor(option.palette);
+        painter->save();
+        painter->setPen(line);
+        painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
+        const int last = index.column() + m_grid->columnSpan(index.row(), index.column());
+        if (missing(index.siblingAtColumn(last)) == 0)
+            painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
+        painter->restore();
     }
 
 private:
     static constexpr int Margin = 5; // pixels around a text
+
+    /// A line that shows on light and on dark ground; what styles propose is lost on the dark one.
+    static QColor lineColor(const QPalette &palette)
+    {
+        const QColor ground = palette.color(QPalette::Base);
+        const QColor text = palette.color(QPalette::Text);
+        const auto mixed = [](int from, int to) { return from + (to - from) / 5; };
+        return QColor(mixed(ground.red(), text.red()), mixed(ground.green(), text.green()),
+                      mixed(ground.blue(), text.blue()));
+    }
+
+    /// Pixels a text lacks in its cell and takes from the one at its left.
+    int missing(const QModelIndex &index) const
+    {
+        const QModelIndex before = index.siblingAtColumn(index.column() - 1);
+        const auto alignment = index.data(Qt::TextAlignmentRole).value<Qt::Alignment>();
+        if (!index.isValid() || !before.isValid() || !(alignment & Qt::AlignRight) ||
+            !before.data().toString().isEmpty())
+            return 0;
+        int width = 0;
+        const int span = m_grid->columnSpan(index.row(), index.column());
+        for (int column = index.column(); column < index.column() + span; ++column)
+            width += m_grid->columnWidth(column);
+        const int wanted = m_grid->fontMetrics().horizontalAdvance(index.data().toString());
+        return qMax(0, wanted + 2 * Margin - width);
+    }
+
+    QTableView *m_grid;
 };
 
 } // namespace
@@ -57,6 +86,7 @@ FlexGrid::FlexGrid(QWidget *parent)
 {
     setModel(m_model);
     setItemDelegate(new CellDelegate(this));
+    setShowGrid(false); // the cells draw the lines
     horizontalHeader()->hide();
     horizontalHeader()->setMinimumSectionSize(0);
     verticalHeader()->hide();
