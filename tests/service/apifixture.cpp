@@ -31,9 +31,9 @@ QString interfaceFaults(const QByteArray &method, const QByteArray &target, cons
     if (reply.status == 0)
         return {};
     const qsizetype mark = target.indexOf('?');
-    CheckedCall call{method, target.left(mark), {}, body, reply.status, {}, reply.body};
-    if (mark >= 0)
-        call.query = target.mid(mark + 1);
+    const QByteArray path = mark < 0 ? target : target.left(mark);
+    const QByteArray query = mark < 0 ? QByteArray() : target.mid(mark + 1);
+    CheckedCall call{method, path, query, body, reply.status, {}, reply.body};
     for (auto it = reply.headers.begin(); it != reply.headers.end(); ++it)
         call.headers << std::pair{it.key(), it.value()};
     return check.faultsOf(call).join(QLatin1Char('\n'));

@@ -202,6 +202,8 @@ QList<Route> fileRoutes()
             .named("componentFile", "A file of a component page")
             .says("Pages are files of the program itself.")
             .place({"path", "FileName", "The file, perhaps in folders."})
+            .optionalQuery("stylesheet", "FileName",
+                           "A further style sheet, which the page itself looks at.")
             .givesText(200, "*/*", "The file.")
             .gives(204, "", "The path ends in `/close`: a page says that it is done.")
             .gives(304, "", "It is as it was when it had the tag that `If-None-Match` names.")
