@@ -2,7 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/calls.h"
 
+#include "tests/interface/interfacecheck.h"
+
 #include <QUuid>
+
+#include <atomic>
+#include <mutex>
 
 namespace ZelTest {
 
@@ -39,7 +44,49 @@ const char *nameOf(Kind kind)
     return "of no kind";
 }
 
+/// What all clients of a test program share.
+struct Watch
+{
+    InterfaceCheck check;
+    std::atomic_int calls = 0;
+    std::mutex mutex;
+    QStringList faults;
+};
+
+Watch &watch()
+{
+    static Watch only;
+    return only;
+}
+
+void examine(const QXSC::CallReport &report)
+{
+    const QStringList faults =
+        watch().check.faultsOf({report.method, report.path, report.query, report.requestBody,
+                                report.status, report.headers, report.body});
+    ++watch().calls;
+    const std::lock_guard lock(watch().mutex);
+    watch().faults << faults;
+}
+
 } // namespace
+
+Client::Client(QObject *parent)
+    : QXSC::HttpServiceClient(parent)
+{
+    setCallObserver(examine);
+}
+
+QStringList takeInterfaceFaults()
+{
+    const std::lock_guard lock(watch().mutex);
+    return std::exchange(watch().faults, {});
+}
+
+int checkedCalls()
+{
+    return watch().calls;
+}
 
 bool authenticate(Client &client, const QString &address, const QString &user,
                   const QString &password, const QString &appName)

@@ -72,8 +72,15 @@ void ContractTest::init()
         QVERIFY2(m_service->startAgain(), qPrintable(m_service->error()));
 }
 
+void ContractTest::cleanup()
+{
+    const QStringList faults = takeInterfaceFaults();
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(QLatin1Char('\n'))));
+}
+
 void ContractTest::cleanupTestCase()
 {
+    QVERIFY2(checkedCalls() > 0, "no call was held against the interface");
     for (ServiceProcess *process : {m_service.get(), m_replica.get()}) {
         if (!process || !process->isRunning())
             continue;

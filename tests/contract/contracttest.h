@@ -42,7 +42,9 @@ constexpr qint64 clockTower = 2003;
 /// when it is not set) or "postgres". What one test function stores the next one finds.
 ///
 /// A service that a test function stopped or killed runs again, at the same address, when the next
-/// one begins. At the end it must stop in order and must not have written a password to its log.
+/// one begins. A test function fails when a request or an answer of its clients does not fit the
+/// interface that the service publishes. At the end it must stop in order and must not have written
+/// a password to its log.
 class ContractTest : public TestCase
 {
     Q_OBJECT
@@ -75,6 +77,7 @@ protected:
 protected slots:
     void initTestCase();
     void init();
+    void cleanup();
     void cleanupTestCase();
 
 private:

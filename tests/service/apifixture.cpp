@@ -5,8 +5,10 @@
 #include "service/store/migrations.h"
 #include "service/store/workspaceimport.h"
 #include "tests/contract/serviceprocess.h"
+#include "tests/interface/interfacecheck.h"
 
 #include <QJsonDocument>
+#include <QTest>
 
 namespace ZelTest {
 
@@ -19,6 +21,22 @@ Zel::Database &migrated(Zel::Database &database)
 {
     Zel::Migrations(database).migrate();
     return database;
+}
+
+/// What does not fit the published interface; nothing where there was no answer.
+QString interfaceFaults(const QByteArray &method, const QByteArray &target, const QByteArray &body,
+                        const HttpReply &reply)
+{
+    static InterfaceCheck check;
+    if (reply.status == 0)
+        return {};
+    const qsizetype mark = target.indexOf('?');
+    CheckedCall call{method, target.left(mark), {}, body, reply.status, {}, reply.body};
+    if (mark >= 0)
+        call.query = target.mid(mark + 1);
+    for (auto it = reply.headers.begin(); it != reply.headers.end(); ++it)
+        call.headers << std::pair{it.key(), it.value()};
+    return check.faultsOf(call).join(QLatin1Char('\n'));
 }
 
 } // namespace
@@ -44,13 +62,23 @@ Zel::Service::HttpServerOptions ApiFixture::options() const
     return result;
 }
 
+HttpReply ApiFixture::request(const QByteArray &method, const QByteArray &target,
+                              const QByteArray &body, const QByteArrayList &headers) const
+{
+    const HttpReply reply = HttpProbe::request(port(), method, target, body, headers);
+    const QString faults = interfaceFaults(method, target, body, reply);
+    if (!faults.isEmpty())
+        QTest::qFail(qPrintable(faults), __FILE__, __LINE__);
+    return reply;
+}
+
 HttpReply ApiFixture::call(const QByteArray &method, const QByteArray &target, const QString &token,
                            const QByteArray &body) const
 {
     QByteArrayList headers;
     if (!token.isEmpty())
         headers << "Authorization: Bearer " + token.toUtf8();
-    return HttpProbe::request(port(), method, target, body, headers);
+    return request(method, target, body, headers);
 }
 
 HttpReply ApiFixture::call(const QByteArray &method, const QByteArray &target, const QString &token,

@@ -33,6 +33,12 @@ public:
 
     qint64 now() const { return m_now; }
 
+    /// One request. Here, and so in all that follow, the test fails when the answer, or a request
+    /// that was taken, does not fit the interface that the service publishes.
+    HttpReply request(const QByteArray &method, const QByteArray &target,
+                      const QByteArray &body = QByteArray(),
+                      const QByteArrayList &headers = {}) const;
+
     /// One call; `token` empty for none.
     HttpReply call(const QByteArray &method, const QByteArray &target, const QString &token,
                    const QByteArray &body = QByteArray()) const;

@@ -306,8 +306,8 @@ void ApiTest::refusesEveryCallWithoutASession()
         QCOMPARE(reply.code(), QStringLiteral("signed-out"));
         QCOMPARE(reply.headers.value("www-authenticate"), QByteArray("Bearer"));
     }
-    const HttpReply basic = HttpProbe::request(m_api->port(), method, target, "{}",
-                                               {"Authorization: Basic " + good.toLatin1()});
+    const HttpReply basic =
+        m_api->request(method, target, "{}", {"Authorization: Basic " + good.toLatin1()});
     QCOMPARE(basic.status, 401);
     m_api->advance(12LL * 60 * 60 * 1000);
     QCOMPARE(m_api->call(method, target, good, QByteArray("{}")).status, 401);

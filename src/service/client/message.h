@@ -9,6 +9,7 @@
 #include <QNetworkReply>
 
 #include <memory>
+#include <utility>
 
 namespace QXSC {
 
@@ -52,6 +53,7 @@ struct Reply
     QByteArray requestId;
     QByteArray retryAfter;
     QByteArray location;
+    QList<std::pair<QByteArray, QByteArray>> headers; ///< all of the answer, as they came
     QByteArray body;
 };
 

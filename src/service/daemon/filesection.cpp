@@ -61,6 +61,11 @@ bool names(const QByteArray &list, const QByteArray &quoted)
 
 } // namespace
 
+bool isUnchanged(const HttpRequest &request, const QByteArray &quotedTag)
+{
+    return names(request.header("If-None-Match"), quotedTag);
+}
+
 HttpResponse fileResponse(const HttpRequest &request, const QString &path, const QByteArray &tag,
                           const QByteArray &contentType)
 {
@@ -75,7 +80,7 @@ HttpResponse fileResponse(const HttpRequest &request, const QString &path, const
                         {"Accept-Ranges", "bytes"},
                         // What people upload must not act as a page of this service.
                         {"Content-Security-Policy", "default-src 'none'; sandbox"}};
-    if (names(request.header("If-None-Match"), quoted)) {
+    if (isUnchanged(request, quoted)) {
         response.status = 304;
         return response;
     }
