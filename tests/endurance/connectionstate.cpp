@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include <sys/resource.h>
@@ -50,13 +51,18 @@ double peakMebibytes(qint64 processId)
     return status.mid(at + name.size()).trimmed().split(' ').first().toDouble() / 1024;
 }
 
-qint64 raiseFileLimit()
+quint64 limitProcess(qint64 processId, int resource, quint64 most)
 {
+    const auto id = static_cast<pid_t>(processId);
+    const auto which = static_cast<__rlimit_resource>(resource);
     struct rlimit limit = {};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    limit.rlim_cur = limit.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &limit);
-    return static_cast<qint64>(limit.rlim_cur);
+    if (prlimit(id, which, nullptr, &limit) != 0)
+        throw std::runtime_error("a limit of a process cannot be read");
+    const quint64 before = limit.rlim_cur;
+    limit.rlim_cur = std::min<rlim_t>(most, limit.rlim_max);
+    if (prlimit(id, which, &limit, nullptr) != 0)
+        throw std::runtime_error("a limit of a process cannot be set");
+    return before;
 }
 
 } // namespace ZelTest

@@ -14,8 +14,8 @@ bool hasReadAll(quint16 serverPort, quint16 clientPort);
 /// `std::runtime_error` when there is no such process.
 double peakMebibytes(qint64 processId);
 
-/// Lets this process, and those it starts from now on, open as many files as the system lets them.
-/// Returns how many that is.
-qint64 raiseFileLimit();
+/// Limits what a process, this one (0) or one that it started, may take of something (RLIMIT_FSIZE,
+/// ...), or lifts its limit as far as the system lets it. Returns the former limit.
+quint64 limitProcess(qint64 processId, int resource, quint64 most);
 
 } // namespace ZelTest

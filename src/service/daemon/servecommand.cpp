@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/api.h"
 #include "service/daemon/exitcodes.h"
+#include "service/daemon/filelimit.h"
 #include "service/daemon/httpserver.h"
 #include "service/daemon/logline.h"
 #include "service/daemon/program.h"
@@ -169,6 +170,7 @@ int serveCommand(const QStringList &arguments)
     options.plan = [&api](const HttpRequest &head) { return api.plan(head); };
     options.log = logRequest;
     options.limits.drain = drain;
+    options.limits.connections = connectionsWithin(raiseFileLimit(), options.limits.connections);
     HttpServer server(options);
     startListening(server, address);
     print(QStringLiteral("listening on ") + displayAddress(address, server.port()));
