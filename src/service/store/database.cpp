@@ -116,6 +116,13 @@ qint64 Database::change(const SqlText &text, const SqlValues &values,
     return current.execute(text, values, visit);
 }
 
+void Database::stream(const QString &sql, const std::function<void(const SqlRow &)> &visit)
+{
+    if (!connection().inTransaction())
+        throw std::logic_error("a table was read outside of a transaction");
+    connection().stream(sql, visit);
+}
+
 QVariant Database::runNative(const QString &sql)
 {
     return connection().run(sql);
