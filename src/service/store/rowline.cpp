@@ -26,7 +26,9 @@ void appendText(QByteArray &line, const QString &text)
     const QByteArray utf8 = text.toUtf8();
     line += '"';
     qsizetype plainFrom = 0;
-    const auto flush = [&](qsizetype to) { line.append(utf8.constData() + plainFrom, to - plainFrom); };
+    const auto flush = [&](qsizetype to) {
+        line.append(utf8.constData() + plainFrom, to - plainFrom);
+    };
     for (qsizetype at = 0; at < utf8.size(); ++at) {
         const char byte = utf8.at(at);
         if (byte == '"' || byte == '\\') {

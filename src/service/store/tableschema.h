@@ -28,7 +28,7 @@ struct TableColumn
 };
 
 /// A table as the database itself describes it.
-struct TableInfo
+struct ZEL_EXPORT TableInfo
 {
     QString name;
     QList<TableColumn> columns;
