@@ -240,6 +240,19 @@ QVariant SqlConnection::run(const QString &sql)
     return value;
 }
 
+void SqlConnection::stream(const QString &sql, const RowVisitor &visit)
+{
+    if (m_visiting)
+        throw std::logic_error("a statement was run while the rows of another are being read");
+    QSqlQuery query(m_database);
+    // PostgreSQL's driver goes row by row over the wire then.
+    query.setForwardOnly(true);
+    if (!query.exec(sql))
+        fail(query.lastError());
+    qint64 rows = 0;
+    readRows(query, visit, rows);
+}
+
 void SqlConnection::begin(bool readOnly)
 {
     if (m_engine == DatabaseAddress::Engine::Sqlite)
