@@ -37,6 +37,9 @@ public:
     /// Whether the server ends the connection within the time of a test, without another byte.
     bool isClosed();
 
+    /// Leaves what the server sends with the system, but for a little, until it is asked for.
+    void takeInLittle() { m_socket.setReadBufferSize(64 * 1024); }
+
     /// Ends the connection with a reset.
     void abort() { m_socket.abort(); }
 

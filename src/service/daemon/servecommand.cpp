@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/api.h"
 #include "service/daemon/exitcodes.h"
+#include "service/daemon/filelimit.h"
 #include "service/daemon/httpserver.h"
 #include "service/daemon/logline.h"
 #include "service/daemon/program.h"
@@ -15,6 +16,7 @@
 #include <QHostAddress>
 #include <QUrl>
 
+#include <chrono>
 #include <csignal>
 
 namespace Zel::Service {
@@ -101,16 +103,30 @@ void setUp(QCommandLineParser &parser, const QStringList &arguments)
     parser.addOptions(
         {{QStringLiteral("listen"), QStringLiteral("Where to listen; port 0 takes a free one."),
           QStringLiteral("address:port"), QStringLiteral("127.0.0.1:0")},
+         {QStringLiteral("drain"),
+          QStringLiteral("How long calls in flight may take to finish when it is told to stop."),
+          QStringLiteral("seconds"), QStringLiteral("20")},
          {QStringLiteral("parent-pid"), QStringLiteral("Stop when this process ends."),
           QStringLiteral("pid")},
          {QStringLiteral("exit-with-parent"), QStringLiteral("Stop when standard input ends.")}});
     parseCommand(
         parser, QStringLiteral("serve"),
         QStringLiteral("Answers requests until it is told to stop (SIGTERM, SIGINT); calls "
-                       "in flight are finished first. A missing SQLite file is made."),
+                       "in flight are finished first, unless it is told a second time. A missing "
+                       "SQLite file is made."),
         arguments);
     if (!parser.positionalArguments().isEmpty())
         throw UsageError(QStringLiteral("serve takes no further arguments."));
+}
+
+std::chrono::milliseconds drainLimit(const QCommandLineParser &parser)
+{
+    constexpr int longestSeconds = 3600;
+    bool ok = false;
+    const int seconds = parser.value(QStringLiteral("drain")).toInt(&ok);
+    if (!ok || seconds < 0 || seconds > longestSeconds)
+        throw UsageError(QStringLiteral("--drain takes a number of seconds from 0 to 3600."));
+    return std::chrono::seconds(seconds);
 }
 
 void watchParent(ShutdownWatch &watch, const QCommandLineParser &parser)
@@ -134,6 +150,7 @@ int serveCommand(const QStringList &arguments)
     setUp(parser, arguments);
     const ListenAddress address = listenAddress(parser.value(QStringLiteral("listen")));
     const PasswordHasher::Cost cost = costOf(parser);
+    const std::chrono::milliseconds drain = drainLimit(parser);
     Database database(databaseAddress(parser), Database::Missing::Create);
     ShutdownWatch watch;
     watchParent(watch, parser);
@@ -144,7 +161,7 @@ int serveCommand(const QStringList &arguments)
     // A limit on the size of files is to be an error that can be answered, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
     ThumbnailProcess thumbnails;
-    Store store(database, cost, systemClock(), filesFolder(parser),
+    Store store(database, cost, systemClock(), blobPlace(parser, database),
                 [&thumbnails](const QString &path) { return thumbnails.make(path); });
     const Api api(store);
     HttpServerOptions options;
@@ -152,6 +169,8 @@ int serveCommand(const QStringList &arguments)
     options.port = address.port;
     options.plan = [&api](const HttpRequest &head) { return api.plan(head); };
     options.log = logRequest;
+    options.limits.drain = drain;
+    options.limits.connections = connectionsWithin(raiseFileLimit(), options.limits.connections);
     HttpServer server(options);
     startListening(server, address);
     print(QStringLiteral("listening on ") + displayAddress(address, server.port()));

@@ -116,6 +116,13 @@ qint64 Database::change(const SqlText &text, const SqlValues &values,
     return current.execute(text, values, visit);
 }
 
+void Database::stream(const QString &sql, const std::function<void(const SqlRow &)> &visit)
+{
+    if (!connection().inTransaction())
+        throw std::logic_error("a table was read outside of a transaction");
+    connection().stream(sql, visit);
+}
+
 QVariant Database::runNative(const QString &sql)
 {
     return connection().run(sql);
@@ -134,8 +141,8 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
     // Of two transactions that look for a key, do not find it and add it, PostgreSQL may tell the
     // later one of the key instead of the conflict. Run again, it finds the key.
     int uniqueRetries = 2;
-    // Many writers of the same rows would keep each other from ever committing: those of this process
-    // that lost go on one at a time.
+    // Many writers of the same rows would keep each other from ever committing: those of this
+    // process that lost go on one at a time.
     static std::mutex losers;
     std::unique_lock<std::mutex> turn(losers, std::defer_lock);
     for (int attempt = 0;; ++attempt) {

@@ -98,6 +98,12 @@ public:
         return transaction<std::invoke_result_t<Function &>>(read, true);
     }
 
+    /// Shows each row of a reading statement that is made at run time (from the tables as the
+    /// database describes them) to `visit`, as the rows arrive: in the memory of one row however
+    /// many there are. Only in `tx` or `snapshot`; `visit` must not run statements on this
+    /// database.
+    void stream(const QString &sql, const std::function<void(const SqlRow &)> &visit);
+
     /// Runs a statement in this database's own words (migrations, checks) and returns the first
     /// value of its last row.
     QVariant runNative(const QString &sql);

@@ -94,10 +94,9 @@ void Sessions::noteUse(const QByteArray &hash, qint64 now)
     try {
         m_database.tx([&] { m_database.exec(noteSeen, {hash, now}); });
     } catch (const DatabaseError &error) {
-        // A long write of someone else must not fail a call that only reads; the next call notes
-        // it.
-        if (error.kind() != DatabaseError::Kind::Busy &&
-            error.kind() != DatabaseError::Kind::Conflict)
+        // Neither a long write of someone else nor a full disk must fail a call that only reads;
+        // the next call notes it.
+        if (error.kind() == DatabaseError::Kind::Corrupt)
             throw;
     }
 }
