@@ -259,7 +259,7 @@ Uploads::Commit Uploads::commit(const AssetUser &user, const QString &uploadId,
     return {outcome, guid, {}};
 }
 
-AssetFile Uploads::adopt(const QString &path, QString &assetType)
+AssetFile Uploads::adopt(const QString &path, const QString &name, QString &assetType)
 {
     constexpr qint64 pieceBytes = 256 * 1024;
     QFile source(path);
@@ -281,7 +281,7 @@ AssetFile Uploads::adopt(const QString &path, QString &assetType)
         checksum = part.checksum();
     }
     AssetFile taken;
-    take(id, 0, {QFileInfo(path).fileName(), size}, checksum, taken, assetType);
+    take(id, 0, {name, size}, checksum, taken, assetType);
     return taken;
 }
 

@@ -83,7 +83,8 @@ public:
     Commit commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums);
     /// Makes a blob of a file on this machine. Returns what it is; to be followed by a transaction
     /// that stores a row for it while the caller holds a `BlobLock`.
-    AssetFile adopt(const QString &path, QString &assetType);
+    /// `name` is what the file is called.
+    AssetFile adopt(const QString &path, const QString &name, QString &assetType);
     /// Forgets the uploads of all accounts that were not finished in time. Each account's own go
     /// when it begins another one.
     void forgetExpired();
