@@ -24,6 +24,8 @@ public:
     QString hash(const QString &password) const;
     /// Compares in constant time. A hash that is none verifies nothing.
     bool verify(const QString &hash, const QString &password) const;
+    /// Whether a text is a hash that `verify` can check at a cost that can be borne.
+    static bool isHash(const QString &text);
     /// Whether a hash is weaker than what `hash` makes now. A hasher at minimal cost never says so:
     /// it would weaken what it touches.
     bool isOutdated(const QString &hash) const;
