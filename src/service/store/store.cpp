@@ -16,6 +16,7 @@ Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now
     , sessions(openDatabase, keys, now)
     , throttle(openDatabase, keys, now)
     , accounts(openDatabase)
+    , repeats(openDatabase, now)
     , blobs(files.isEmpty() ? defaultFilesFolder(openDatabase.address()) : files)
     , themes(openDatabase, blobs)
     , dataRecords(openDatabase)
