@@ -72,10 +72,13 @@ void ServiceProxyServer::passToService(QTcpSocket *client, QTcpSocket *service)
 void ServiceProxyServer::passToClient(QTcpSocket *service, QTcpSocket *client)
 {
     const QByteArray bytes = service->readAll();
-    if (m_fate == Fate::LoseAnswer)
-        client->abort();
-    else
+    if (m_fate != Fate::LoseAnswer && m_fate != Fate::LoseNextAnswer) {
         client->write(bytes);
+        return;
+    }
+    if (m_fate == Fate::LoseNextAnswer)
+        m_fate = Fate::PassOn;
+    client->abort();
 }
 
 ServiceProxy::ServiceProxy(quint16 servicePort)

@@ -16,9 +16,10 @@ class ServiceProxy
 public:
     enum class Fate
     {
-        PassOn,      ///< there and back
-        LoseRequest, ///< the connection ends before the service hears of the call
-        LoseAnswer   ///< the service does what it is asked to, then the connection ends
+        PassOn,        ///< there and back
+        LoseRequest,   ///< the connection ends before the service hears of the call
+        LoseAnswer,    ///< the service does what it is asked to, then the connection ends
+        LoseNextAnswer ///< the same once; then calls are passed on
     };
 
     /// Begins to listen; throws `std::runtime_error` when it cannot.

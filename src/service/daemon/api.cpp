@@ -3,6 +3,7 @@
 #include "service/daemon/api.h"
 
 #include "service/daemon/hostguard.h"
+#include "service/daemon/idempotency.h"
 #include "service/daemon/logline.h"
 #include "service/daemon/problem.h"
 #include "service/daemon/routes.h"
@@ -222,7 +223,10 @@ HttpPlan Api::planOf(const Route &route, const QStringList &parameters) const
 HttpResponse Api::run(const Route &route, const QStringList &parameters,
                       const HttpRequest &request) const
 {
-    return guarded(request, [&] { return route.handler(callOf(route, parameters, request)); });
+    return guarded(request, [&] {
+        const Call call = callOf(route, parameters, request);
+        return takesIdempotencyKey(route) ? answerOnce(route, call) : route.handler(call);
+    });
 }
 
 BodyStart Api::begin(const Route &route, const QStringList &parameters,

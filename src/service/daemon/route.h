@@ -35,6 +35,8 @@ struct ZEL_EXPORT Call
     QString queryText(const QByteArray &name, qsizetype longest) const;
     /// The same for one that may be missing, which reads as empty.
     QString queryTextOrEmpty(const QByteArray &name, qsizetype longest) const;
+    /// The same, nothing when it is missing.
+    std::optional<QString> queryTextIfGiven(const QByteArray &name, qsizetype longest) const;
     /// A whole number of the query from 0 to `most`; `fallback` when it is missing.
     qint64 queryNumber(const QByteArray &name, qint64 most, qint64 fallback) const;
 };
