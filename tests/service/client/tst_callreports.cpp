@@ -46,7 +46,7 @@ void takeUpload(const SeenRequest &request, Wire &wire)
         wire.write(http(201, R"({"uploadId":"u1","chunk":1048576})"));
     else if (request.method == "PUT")
         wire.write(http(200, "{\"received\":" + QByteArray::number(request.body.size()) + "}",
-                        "application/json", "X-Request-Id: 0123456789abcdef\r\n"));
+                        "application/json", "X-Sign: 0123456789abcdef\r\n"));
     else
         wire.write(http(201, R"({"guid":"g1"})"));
 }
@@ -62,8 +62,8 @@ private slots:
 
     void tellsOfACallAndItsAnswer()
     {
-        SignedIn there(respond(http(200, R"({"projects":null})", "application/json",
-                                    "X-Request-Id: 0123456789abcdef\r\n")));
+        SignedIn there(respond(
+            http(200, R"({"projects":null})", "application/json", "X-Sign: 0123456789abcdef\r\n")));
         const Reports reports(there.client);
         ProjectCollectionPtr projects;
         there.client.getProjectList(QStringLiteral("a b"), projects);
@@ -75,7 +75,7 @@ private slots:
         QCOMPARE(report.requestBody, QByteArray());
         QCOMPARE(report.status, 200);
         QCOMPARE(report.header("content-type"), QByteArray("application/json"));
-        QCOMPARE(report.header("X-REQUEST-ID"), QByteArray("0123456789abcdef"));
+        QCOMPARE(report.header("X-SIGN"), QByteArray("0123456789abcdef"));
         QCOMPARE(report.header("Retry-After"), QByteArray());
         QCOMPARE(report.body, QByteArray(R"({"projects":null})"));
         QCOMPARE(reports.threads, QSet<QThread *>{QThread::currentThread()});
@@ -109,18 +109,19 @@ private slots:
         HttpServiceClient client;
         const Reports reports(client);
         bool success = false;
-        client.authenticate(server.address(), QStringLiteral("maja"), QStringLiteral("pass\"word"),
-                            QStringLiteral("test"), QString(), false, false, success);
+        client.authenticate(server.address(), QStringLiteral("maja"),
+                            QStringLiteral("open \"sesame"), QStringLiteral("test"), QString(),
+                            false, false, success);
         QVERIFY(success);
         client.projectTypes();
         QCOMPARE(reports.all.size(), 2);
         for (const CallReport &report : reports.all) {
             QVERIFY(!textOf(report).contains("secret-token"));
-            QVERIFY(!textOf(report).contains("pass"));
+            QVERIFY(!textOf(report).contains("sesame"));
         }
         const CallReport signedIn = reports.all.constFirst();
         QVERIFY(signedIn.requestBody.contains(R"("user":"maja")"));
-        QVERIFY(signedIn.requestBody.contains(R"("password":"xxxxxxxxx")"));
+        QVERIFY(signedIn.requestBody.contains(R"("password":"xxxxxxxxxxxx")"));
         QVERIFY(signedIn.body.contains(R"("token":"xxxxxxxxxxxx")"));
         QCOMPARE(server.requests().last().header("authorization"),
                  QByteArray("Bearer secret-token"));
@@ -149,7 +150,7 @@ private slots:
         QCOMPARE(piece.requestBody, QByteArray());
         QCOMPARE(piece.status, 200);
         QCOMPARE(piece.body, QByteArray(R"({"received":12})"));
-        QCOMPARE(piece.header("x-request-id"), QByteArray("0123456789abcdef"));
+        QCOMPARE(piece.header("x-sign"), QByteArray("0123456789abcdef"));
     }
 
     void tellsOfCallsThatAreMadeMeanwhile()
