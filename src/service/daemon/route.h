@@ -75,6 +75,8 @@ struct ZEL_EXPORT Route
     Route &place(const RouteParameter &place);
     Route &query(const char *name, const char *schema, const char *says);
     Route &optionalQuery(const char *name, const char *schema, const char *says);
+    /// A list that comes page by page: see `ListCall`.
+    Route &paged();
     Route &takes(const char *schema);
     Route &takesBytes(const char *contentType = "application/octet-stream");
     /// A JSON answer; without a schema one without a body.

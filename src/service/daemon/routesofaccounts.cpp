@@ -64,7 +64,8 @@ QList<Route> projectRoutes()
             .gives(200, "ProjectTypeList"),
         get("/v1/projects", listProjects)
             .named("listProjects", "The projects of one type, by name")
-            .query("type", "ProjectTypeID", "The type whose projects are wanted.")
+            .query("type", "WantedProjectType", "The type whose projects are wanted.")
+            .paged()
             .gives(200, "ProjectList"),
         post("/v1/projects", createProject)
             .named("createProject", "Make a project")
@@ -83,6 +84,7 @@ QList<Route> projectRoutes()
         get("/v1/projects/{guid}/deployments", listDeployments)
             .named("listDeployments", "The deployments of a project, the newest first")
             .place(project)
+            .paged()
             .gives(200, "DeploymentList")
             .refuses("not-found"),
     };
