@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "service/store/assets.h"
 #include "tests/contract/serviceprocess.h"
 #include "tests/service/httpprobe.h"
+#include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
 #include <QCryptographicHash>
@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <memory>
 #include <thread>
 
 #include <signal.h>
@@ -23,7 +24,8 @@ using namespace ZelTest;
 
 namespace {
 
-constexpr int kills = 200;
+constexpr int killsOverFiles = 200;
+constexpr int killsOverChunks = 100;
 /// A service lives up to this long, at first. Where it gets nothing done it lives longer the next
 /// time, so that kills fall into every part of an upload on slow machines, too.
 constexpr int firstLongestLifeMs = 30;
@@ -43,6 +45,7 @@ class UploadKillsTest : public TestCase
     Q_OBJECT
 
 private slots:
+    void listsNothingThatIsNotWholeAndLosesNothingItAcknowledged_data();
     void listsNothingThatIsNotWholeAndLosesNothingItAcknowledged();
 
 private:
@@ -52,14 +55,15 @@ private:
         QByteArrayList headers;
         if (!m_token.isEmpty())
             headers << "Authorization: Bearer " + m_token;
-        return HttpProbe::request(m_service.port(), method, target, body, headers);
+        return HttpProbe::request(m_service->port(), method, target, body, headers);
     }
 
     void signIn();
     bool uploadOne(QRandomGenerator &random);
-    void verify();
+    void verify(int kills);
 
-    ServiceProcess m_service;
+    TestDatabases m_databases;
+    std::unique_ptr<ServiceProcess> m_service;
     QByteArray m_token;
     QSet<QString> m_acknowledged; ///< guids
 };
@@ -100,7 +104,7 @@ bool UploadKillsTest::uploadOne(QRandomGenerator &random)
     return true;
 }
 
-void UploadKillsTest::verify()
+void UploadKillsTest::verify(int kills)
 {
     const QJsonArray rows = call("GET", "/v1/asset-folders/0/assets")
                                 .json()
@@ -124,14 +128,34 @@ void UploadKillsTest::verify()
     QVERIFY(m_acknowledged.size() > kills / 10);
 }
 
+void UploadKillsTest::listsNothingThatIsNotWholeAndLosesNothingItAcknowledged_data()
+{
+    QTest::addColumn<bool>("postgres");
+    QTest::addColumn<QString>("blobs");
+    QTest::addColumn<int>("kills");
+    QTest::newRow("sqlite, files") << false << QStringLiteral("files") << killsOverFiles;
+    QTest::newRow("postgres, chunks") << true << QStringLiteral("database") << killsOverChunks;
+}
+
 void UploadKillsTest::listsNothingThatIsNotWholeAndLosesNothingItAcknowledged()
 {
-    QVERIFY2(m_service.start(), qPrintable(m_service.error()));
+    QFETCH(bool, postgres);
+    QFETCH(QString, blobs);
+    QFETCH(int, kills);
+    m_service = std::make_unique<ServiceProcess>();
+    m_service->blobs = blobs;
+    if (postgres) {
+        m_databases.fresh(true);
+        m_service->database = m_databases.server().newDatabase();
+    }
+    m_token.clear();
+    m_acknowledged.clear();
+    QVERIFY2(m_service->start(), qPrintable(m_service->error()));
     signIn();
     QRandomGenerator random(20261121);
     int longestLifeMs = firstLongestLifeMs;
     for (int round = 0; round < kills; ++round) {
-        const auto pid = static_cast<pid_t>(m_service.processId());
+        const auto pid = static_cast<pid_t>(m_service->processId());
         const std::chrono::milliseconds life(random.bounded(longestLifeMs));
         std::thread killer([pid, life] {
             std::this_thread::sleep_for(life);
@@ -143,11 +167,11 @@ void UploadKillsTest::listsNothingThatIsNotWholeAndLosesNothingItAcknowledged()
         longestLifeMs += gotOneDone ? -1 : longerMs;
         longestLifeMs = std::max(longestLifeMs, leastLongestLifeMs);
         killer.join();
-        m_service.kill();
-        QVERIFY2(m_service.startAgain(), qPrintable(m_service.error()));
+        m_service->kill();
+        QVERIFY2(m_service->startAgain(), qPrintable(m_service->error()));
     }
-    verify();
-    QCOMPARE(m_service.stop(), 0);
+    verify(kills);
+    QCOMPARE(m_service->stop(), 0);
 }
 
 ZEL_TEST_MAIN(UploadKillsTest)
