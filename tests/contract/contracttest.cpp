@@ -54,6 +54,7 @@ void ContractTest::initTestCase()
     const QByteArray engine = qgetenv("ZEL_CONTRACT_DATABASE");
     QVERIFY2(engine.isEmpty() || engine == "sqlite" || engine == "postgres", engine.constData());
     m_service = std::make_unique<ServiceProcess>();
+    m_service->blobs = qEnvironmentVariable("ZEL_CONTRACT_BLOBS");
     m_service->importPaths = samplePaths() << workspaceFolder();
     if (engine == "postgres") {
         m_postgres = std::make_unique<PostgresServer>();
@@ -103,7 +104,9 @@ ServiceProcess &ContractTest::replica()
     if (!m_replica) {
         m_replica = std::make_unique<ServiceProcess>();
         m_replica->database = m_service->database;
-        m_replica->files = m_service->files;
+        m_replica->blobs = m_service->blobs;
+        if (!hasChunks())
+            m_replica->files = m_service->files;
     }
     if (!m_replica->isRunning() && !m_replica->startAgain())
         throw std::runtime_error(qPrintable(m_replica->error()));

@@ -39,7 +39,8 @@ constexpr qint64 clockTower = 2003;
 
 /// Base of every test of the contract: the real service with the sample and the contract workspace,
 /// started once for the program over the database that ZEL_CONTRACT_DATABASE names, "sqlite" (also
-/// when it is not set) or "postgres". What one test function stores the next one finds.
+/// when it is not set) or "postgres", with files where ZEL_CONTRACT_BLOBS says: in "files" (also
+/// when it is not set) or in the "database". What one test function stores the next one finds.
 ///
 /// A service that a test function stopped or killed runs again, at the same address, when the next
 /// one begins. A test function fails when a request or an answer of its clients does not fit the
@@ -70,6 +71,9 @@ protected:
 
     /// The PostgreSQL server; null on SQLite.
     PostgresServer *postgres() { return m_postgres.get(); }
+
+    /// Whether the bytes of files are in the database.
+    bool hasChunks() const { return m_service->blobs == QLatin1String("database"); }
 
     /// A client that is signed in, with an account chosen unless it is 0.
     std::unique_ptr<Client> signIn(const Person &person, qint64 account = 0);

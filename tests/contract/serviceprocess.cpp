@@ -87,6 +87,7 @@ QProcessEnvironment ServiceProcess::environment()
         files = m_folder.filePath(QStringLiteral("files"));
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("ZEL_FILES"), files);
+    environment.insert(QStringLiteral("ZEL_BLOBS"), blobs);
     return environment;
 }
 

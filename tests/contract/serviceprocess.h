@@ -26,6 +26,8 @@ public:
     QString database;
     /// The folder of uploaded files; empty for one of its own.
     QString files;
+    /// Where the bytes of files are kept, "files" or "database"; empty for what is usual.
+    QString blobs;
     /// Further arguments of `serve`.
     QStringList arguments;
     /// Where its standard error goes: empty for a file of its own.

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/databaseblobs.h"
 #include "service/store/fileblobs.h"
 #include "service/store/store.h"
 #include "tests/contract/contracttest.h"
@@ -146,6 +147,29 @@ private:
         return file.fileName();
     }
 
+    bool hasBlob(const QString &sha)
+    {
+        if (!hasChunks())
+            return QFile::exists(Zel::FileBlobs(service().files).blobPath(sha));
+        return Zel::DatabaseBlobs(database(), Zel::systemClock()).has({contractStudio, sha});
+    }
+
+    /// Has the database answer as if it were full to whatever is long, or ends that.
+    void refuseLargeContents(bool refuse)
+    {
+        const QStringList begin{
+            QStringLiteral("CREATE FUNCTION full_disk() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN "
+                           "RAISE EXCEPTION USING ERRCODE = ''53100''; END'"),
+            QStringLiteral("CREATE TRIGGER full_disk BEFORE INSERT ON blob_chunk FOR EACH ROW "
+                           "WHEN (NEW.first_byte > 7000000) EXECUTE FUNCTION full_disk()")};
+        const QStringList end{QStringLiteral("DROP TRIGGER full_disk ON blob_chunk"),
+                              QStringLiteral("DROP FUNCTION full_disk()")};
+        database().tx([&] {
+            for (const QString &statement : refuse ? begin : end)
+                database().runNative(statement);
+        });
+    }
+
     qint16 newFolder(Client &client, qint16 parent = root)
     {
         return client.CreateAssetFolder(parent, QStringLiteral("Folder %1").arg(++m_folders));
@@ -195,7 +219,8 @@ void ContractAssetsTest::showsTheSampleToEachPersonByTheirRights()
                  qPrintable(logo->assetName));
 }
 
-/// A limit on the size of files stands in for a full disk.
+/// A limit on the size of files stands in for a full disk, and a refusal of large contents for a
+/// full database.
 void ContractAssetsTest::refusesWhatDoesNotFit()
 {
     const auto client = signIn(nora(), contractStudio);
@@ -203,10 +228,14 @@ void ContractAssetsTest::refusesWhatDoesNotFit()
     const QString path = file(QStringLiteral("large.bin"), content(12'000'000));
     struct rlimit limit = {8'000'000, RLIM_INFINITY};
     QCOMPARE(prlimit(static_cast<pid_t>(service().processId()), RLIMIT_FSIZE, &limit, nullptr), 0);
+    if (hasChunks())
+        refuseLargeContents(true);
     QCOMPARE(failureOf([&] { upload(*client, path, folder); }),
              QStringLiteral("Refused/storage-full"));
     limit.rlim_cur = RLIM_INFINITY;
     QCOMPARE(prlimit(static_cast<pid_t>(service().processId()), RLIMIT_FSIZE, &limit, nullptr), 0);
+    if (hasChunks())
+        refuseLargeContents(false);
     QCOMPARE(assetsOf(*client, folder)->count(), 0);
     QCOMPARE(failureOf([&] { upload(*client, path, folder); }), QStringLiteral("none"));
 }
@@ -557,15 +586,14 @@ void ContractAssetsTest::deletesAssets()
     const QString other = upload(*client, file(QStringLiteral("b.bin"), bytes), folder);
     const QString sha =
         QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
-    const QString blob = Zel::FileBlobs(service().files).blobPath(sha);
-    QVERIFY(QFile::exists(blob));
+    QVERIFY(hasBlob(sha));
     client->DeleteAsset(other);
     QCOMPARE(
         service().runCommand(
             {QStringLiteral("trash"), QStringLiteral("purge"), QStringLiteral("--all")}, &output),
         0);
     QVERIFY2(output.contains("removed for good"), output.constData());
-    QVERIFY(!QFile::exists(blob));
+    QVERIFY(!hasBlob(sha));
     QCOMPARE(fetch(address), QByteArray("text"));
 }
 

@@ -3,6 +3,7 @@
 #include "service/daemon/api.h"
 #include "service/daemon/exitcodes.h"
 #include "service/daemon/filelimit.h"
+#include "service/daemon/housekeeper.h"
 #include "service/daemon/httpserver.h"
 #include "service/daemon/logline.h"
 #include "service/daemon/program.h"
@@ -26,6 +27,8 @@ namespace {
 /// Files up to this size are checked for damage at every start; it takes some milliseconds a
 /// megabyte.
 constexpr qint64 checkedAtStartBytes = 64LL * 1024 * 1024;
+/// How often, more or less, what is of no use any more is cleared away.
+constexpr std::chrono::hours housekeepingTime{1};
 
 struct ListenAddress
 {
@@ -177,6 +180,7 @@ int serveCommand(const QStringList &arguments)
     logLine("info",
             {{"event", QStringLiteral("started")}, {"database", database.address().display()}});
 
+    const Housekeeper housekeeper(housekeepingTime, [&store] { tidyUp(store); });
     QCoreApplication::exec();
     watch.restoreSignals();
     logLine("info", {{"event", QStringLiteral("stopping")}});
