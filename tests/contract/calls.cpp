@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/calls.h"
 
+#include "tests/contract/contracttls.h"
+
 #include <QUuid>
 
 namespace ZelTest {
@@ -40,6 +42,14 @@ const char *nameOf(Kind kind)
 }
 
 } // namespace
+
+QXSC::NetworkPolicy Client::policy()
+{
+    QXSC::NetworkPolicy result;
+    if (const ContractTls *tls = ContractTls::get())
+        result.caFile = tls->caFile();
+    return result;
+}
 
 bool authenticate(Client &client, const QString &address, const QString &user,
                   const QString &password, const QString &appName)

@@ -10,7 +10,15 @@
 
 namespace ZelTest {
 
-using Client = QXSC::HttpServiceClient;
+/// A client that trusts the service of the tests.
+class Client : public QXSC::HttpServiceClient
+{
+public:
+    Client() { setNetworkPolicy(policy()); }
+
+    /// What it is told of networks from the start.
+    static QXSC::NetworkPolicy policy();
+};
 
 // The operations of the contract with their answers as return values. Errors pass through.
 

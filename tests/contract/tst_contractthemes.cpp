@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/store.h"
 #include "tests/contract/contracttest.h"
+#include "tests/contract/contracttls.h"
 #include "tests/contract/recordtext.h"
 #include "tests/contract/serviceproxy.h"
 
@@ -78,7 +79,7 @@ struct Fetched
 Fetched fetch(const QString &address)
 {
     QNetworkAccessManager manager;
-    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(QUrl(address))));
+    const std::unique_ptr<QNetworkReply> reply(manager.get(requestOf(address)));
     QSignalSpy finished(reply.get(), &QNetworkReply::finished);
     if (!reply->isFinished())
         finished.wait(30'000);

@@ -134,8 +134,8 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
     // Of two transactions that look for a key, do not find it and add it, PostgreSQL may tell the
     // later one of the key instead of the conflict. Run again, it finds the key.
     int uniqueRetries = 2;
-    // Many writers of the same rows would keep each other from ever committing: those of this process
-    // that lost go on one at a time.
+    // Many writers of the same rows would keep each other from ever committing: those of this
+    // process that lost go on one at a time.
     static std::mutex losers;
     std::unique_lock<std::mutex> turn(losers, std::defer_lock);
     for (int attempt = 0;; ++attempt) {
@@ -161,6 +161,7 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
             current.rollBack();
             throw;
         }
+        m_repeated.fetch_add(1, std::memory_order_relaxed);
         if (!turn.owns_lock())
             turn.lock();
         pauseBeforeRetry(attempt);
