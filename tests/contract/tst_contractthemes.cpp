@@ -3,6 +3,7 @@
 #include "service/store/fileblobs.h"
 #include "service/store/store.h"
 #include "tests/contract/contracttest.h"
+#include "tests/contract/contracttls.h"
 #include "tests/contract/recordtext.h"
 #include "tests/contract/serviceproxy.h"
 
@@ -79,7 +80,7 @@ struct Fetched
 Fetched fetch(const QString &address)
 {
     QNetworkAccessManager manager;
-    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(QUrl(address))));
+    const std::unique_ptr<QNetworkReply> reply(manager.get(requestOf(address)));
     QSignalSpy finished(reply.get(), &QNetworkReply::finished);
     if (!reply->isFinished())
         finished.wait(30'000);
