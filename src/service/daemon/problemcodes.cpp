@@ -11,12 +11,13 @@ const QList<ProblemCode> &problemCodes()
     using enum Occurs;
     static const QList<ProblemCode> all{
         {"bad-request", 400, Everywhere, "It is not valid HTTP."},
+        {"not-encrypted", 400, Everywhere, "The service takes encrypted connections only."},
         {"bad-json", 400, WithJson, "The body is not valid JSON."},
         {"invalid", 400, WithValues, "A value is missing, not known or not as it has to be."},
         {"invalid-text", 400, WithText, "A text has a character that cannot be stored."},
         {"signed-out", 401, WithSession, "There is no valid token: sign in again."},
         {"bad-credentials", 401, WhereListed, "The user name or the password is wrong."},
-        {"bad-key", 401, WhereListed, "It is not the key of the deployment."},
+        {"bad-key", 401, WhereListed, "It is not the key that opens this."},
         {"foreign-origin", 403, Everywhere, "A page of another site made a browser ask."},
         {"no-account", 403, WithAccount, "The session has not chosen an account."},
         {"account-refused", 403, WhereListed, "The person cannot work for that account."},
@@ -42,6 +43,7 @@ const QList<ProblemCode> &problemCodes()
         {"header-too-large", 431, Everywhere, "The head of the request is over 16 KiB."},
         {"internal", 500, Everywhere, "The service failed; its log names the cause."},
         {"unavailable", 503, Everywhere, "The service cannot do it now. Try again shortly."},
+        {"not-ready", 503, WhereListed, "The service cannot do its work, or is about to stop."},
         {"storage-full", 507, WhereListed, "The service has no room for more files."},
     };
     return all;

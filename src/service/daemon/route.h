@@ -15,6 +15,8 @@
 
 namespace Zel::Service {
 
+class Monitor;
+
 /// Who may call a route.
 enum class Access
 {
@@ -30,6 +32,7 @@ struct ZEL_EXPORT Call
     Store &store;
     QStringList parameters; ///< what stood in the pattern's {places}, in their order
     Session session;        ///< empty on public routes
+    Monitor *monitor = nullptr;
 
     /// The value of a query parameter that must be there once. Throws `Problem`.
     QString queryText(const QByteArray &name, qsizetype longest) const;
