@@ -70,6 +70,8 @@ struct ZEL_EXPORT Route
 
     Route &by(Access who);
     Route &on(Lane where);
+    /// Bodies of that many bytes, where `jsonBodyLimit` is too few.
+    Route &upTo(qint64 bytes);
     Route &named(const char *id, const char *summary);
     /// More than the summary: what holds and what does not go without saying.
     Route &says(const char *description);

@@ -17,6 +17,12 @@ Route &Route::on(Lane where)
     return *this;
 }
 
+Route &Route::upTo(qint64 bytes)
+{
+    bodyLimit = bytes;
+    return *this;
+}
+
 Route &Route::named(const char *id, const char *summary)
 {
     text.id = id;

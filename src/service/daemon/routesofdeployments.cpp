@@ -3,10 +3,14 @@
 // The routes of deployments: figures, questions, results and what players report.
 #include "service/daemon/handlers.h"
 #include "service/daemon/routes.h"
+#include "service/store/audience.h"
 
 namespace Zel::Service {
 
 namespace {
+
+/// Of a question and its answer, with each character as the longest of JSON's escapes.
+constexpr qint64 questionBodyLimit = 2 * 6 * longestQuestion + 1024;
 
 const RouteParameter deployment{"guid", "Guid", "The deployment."};
 const RouteParameter question{"guid", "Guid", "The question."};
@@ -89,6 +93,7 @@ QList<Route> questionRoutes()
             .paged()
             .gives(200, "QuestionList"),
         put("/v1/questions/{guid}", updateQuestion)
+            .upTo(questionBodyLimit)
             .named("updateQuestion", "Answer and reword a question")
             .says("Not for viewers.")
             .place(question)
