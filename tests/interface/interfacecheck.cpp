@@ -151,7 +151,8 @@ QStringList InterfaceCheck::answerFaults(const QJsonObject &operation, const Che
         operation.value(QLatin1String("responses")).toObject().value(QString::number(call.status));
     if (!response.isObject())
         return {QStringLiteral("no such status is documented")};
-    return headerFaults(response.toObject(), call) + bodyFaults(response.toObject(), call);
+    const QJsonObject documented = resolved(response.toObject());
+    return headerFaults(documented, call) + bodyFaults(documented, call);
 }
 
 QStringList InterfaceCheck::bodyFaults(const QJsonObject &response, const CheckedCall &call)

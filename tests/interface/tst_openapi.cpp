@@ -236,7 +236,7 @@ void OpenApiTest::usesEverySchemaAndLeadsNowhereElse()
     for (const QString &reference : references)
         QVERIFY2(memberAt(m_document, reference).isObject(), qPrintable(reference));
     const QJsonObject components = m_document.value(QLatin1String("components")).toObject();
-    for (const char *kind : {"schemas", "headers"}) {
+    for (const char *kind : {"schemas", "headers", "responses"}) {
         const QJsonObject all = components.value(QLatin1String(kind)).toObject();
         QVERIFY(!all.isEmpty());
         for (const QString &name : all.keys()) {
