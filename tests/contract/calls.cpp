@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/calls.h"
 
-#include "tests/interface/interfacecheck.h"
 #include "tests/contract/contracttls.h"
+#include "tests/interface/interfacecheck.h"
 
 #include <QUuid>
 

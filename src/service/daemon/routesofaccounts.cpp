@@ -20,8 +20,7 @@ QList<Route> serviceRoutes()
             .on(Lane::Health)
             .named("readiness", "Whether the service can do its work")
             .says("The database answers and has the form this program needs, files can be stored, "
-                  "and "
-                  "the service is not about to stop. It answers within two seconds.")
+                  "and the service is not about to stop. It answers within two seconds.")
             .gives(200, "Readiness")
             .refuses("not-ready"),
         get("/metrics", metrics)
