@@ -79,7 +79,7 @@ private:
                    "1001,00000000-0000-4000-8000-000000000001,,Large,,large.bin,"
                    "2026-01-02T03:04:05Z,maja\n");
         list.close();
-        QCOMPARE(run({QStringLiteral("import"), files.path()}), int(ExitFine));
+        QCOMPARE(run({QStringLiteral("import"), list.fileName()}), int(ExitFine));
     }
 
     QString path(const QString &name) const { return m_folder->filePath(name); }
@@ -192,7 +192,8 @@ void ExportCommandTest::leavesNothingBehindOnAFullDisk()
                      std::signal(SIGXFSZ, SIG_IGN); // writing fails instead
                  }),
                  int(ExitFailed));
-        QVERIFY2(m_output.startsWith("zel-service: ") && m_output.contains("cannot be written"),
+        QVERIFY2(m_output.startsWith("zel-service: ") &&
+                     m_output.contains("cannot be written: File too large"),
                  m_output.constData());
         QCOMPARE(names(), QStringList());
     }

@@ -145,9 +145,11 @@ void parseCommand(QCommandLineParser &parser, const QString &command, const QStr
     if (!parser.parse(QStringList{QStringLiteral("zel-service ") + command} + arguments))
         throw UsageError(parser.errorText());
     if (parser.isSet(help)) {
-        // The parser names the program alone.
-        print(parser.helpText().replace(QCoreApplication::applicationFilePath(),
-                                        QStringLiteral("zel-service")));
+        // The parser begins with the program alone, as it was called.
+        const QString called = QCoreApplication::arguments().constFirst();
+        QString text = parser.helpText();
+        text.replace(text.indexOf(called), called.size(), QStringLiteral("zel-service ") + command);
+        print(text);
         throw HelpShown();
     }
 }

@@ -77,7 +77,8 @@ std::unique_ptr<QFile> ExportFolder::open(const QString &path)
         throw ExportError(
             QStringLiteral("the folder %1 cannot be made.").arg(QFileInfo(whole).path()));
     auto file = std::make_unique<QFile>(whole);
-    if (!file->open(QIODevice::WriteOnly | QIODevice::NewOnly))
+    // Whoever writes has large pieces; a buffer would only hide why one could not be written.
+    if (!file->open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         refuse(*file);
     return file;
 }
@@ -120,14 +121,17 @@ void ExportFolder::finish()
 
 void writeAll(QFile &file, const QByteArray &bytes)
 {
-    if (file.write(bytes) != bytes.size())
-        refuse(file);
+    // A disk that is filling up takes the beginning of a piece and says why with the rest.
+    for (qsizetype at = 0; at < bytes.size();) {
+        const qint64 count = file.write(bytes.constData() + at, bytes.size() - at);
+        if (count <= 0)
+            refuse(file);
+        at += count;
+    }
 }
 
 void closeWhole(QFile &file)
 {
-    if (!file.flush())
-        refuse(file);
     file.close();
     if (file.error() != QFileDevice::NoError)
         refuse(file);

@@ -51,7 +51,7 @@ private:
     QString m_folder;
 };
 
-/// Writes to a file or throws; `QFile` itself forgets about errors of its buffer.
+/// Writes to a file, or throws with the reason.
 void writeAll(QFile &file, const QByteArray &bytes);
 void closeWhole(QFile &file);
 
