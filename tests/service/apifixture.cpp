@@ -52,6 +52,7 @@ ApiFixture::ApiFixture(const Zel::DatabaseAddress &address,
     , m_server(options())
 {
     importWorkspace(m_store, Zel::WorkspaceFiles::read(ServiceProcess::sampleWorkspace()));
+    m_api.monitor().setServer([this] { return m_server.figures(); });
     m_server.start();
 }
 
@@ -59,6 +60,7 @@ Zel::Service::HttpServerOptions ApiFixture::options() const
 {
     Zel::Service::HttpServerOptions result;
     result.plan = [this](const Zel::Service::HttpRequest &head) { return m_api.plan(head); };
+    result.log = [this](const Zel::Service::HttpLogEntry &entry) { m_api.monitor().count(entry); };
     return result;
 }
 

@@ -711,7 +711,7 @@ void ApiTest::refusesForeignPages()
     QFETCH(QByteArray, headers);
     QFETCH(int, status);
     HttpProbe probe(m_api->port());
-    probe.send("GET /healthz HTTP/1.1\r\n" +
+    probe.send("GET /nexo/tools_v2/Components/studio.css HTTP/1.1\r\n" +
                headers.replace("PORT", QByteArray::number(m_api->port())) + "\r\n\r\n");
     const HttpReply reply = probe.read();
     QCOMPARE(reply.status, status);

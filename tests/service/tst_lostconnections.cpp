@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/database.h"
+#include "service/store/databaseblobs.h"
 #include "service/store/databaseerror.h"
 #include "service/store/migrations.h"
 #include "tests/service/apifixture.h"
@@ -54,6 +55,8 @@ private slots:
     void repeatsATransactionThatLostItsConnection();
     void givesUpATransactionThatLosesEveryConnection();
     void reportsAWriteWhoseEndWasLost();
+    void writesAndReadsFilesOverNewConnections();
+    void saysThatTheServerIsAwayWhileAFileIsWritten();
     void worksAgainAfterTheServerCameBack();
     void saysThatAStatementTookTooLong();
     void saysThatSigningInFailedWithoutThePassword();
@@ -151,6 +154,42 @@ void LostConnectionsTest::reportsAWriteWhoseEndWasLost()
     });
     QCOMPARE(error.kind(), DatabaseError::Kind::Lost);
     QCOMPARE(runs, 1);
+}
+
+void LostConnectionsTest::writesAndReadsFilesOverNewConnections()
+{
+    DatabaseBlobs blobs(*m_database, systemClock());
+    const QByteArray bytes(3 * DatabaseBlobs::chunkBytes, 'x');
+    const auto part = blobs.openPart({7, QStringLiteral("u"), 0}, {});
+    for (qsizetype at = 0; at < bytes.size(); at += DatabaseBlobs::chunkBytes) {
+        part->append(bytes.constData() + at, DatabaseBlobs::chunkBytes);
+        cutConnections();
+    }
+    part->flush();
+    QCOMPARE(part->size(), bytes.size());
+    QByteArray read;
+    while (read.size() < bytes.size()) {
+        cutConnections();
+        read += part->read(read.size(), bytes.size());
+    }
+    QVERIFY(read == bytes);
+}
+
+void LostConnectionsTest::saysThatTheServerIsAwayWhileAFileIsWritten()
+{
+    DatabaseBlobs blobs(*m_database, systemClock());
+    {
+        const auto part = blobs.openPart({7, QStringLiteral("u"), 0}, {});
+        part->append("first", 5);
+        part->flush();
+        m_databases.server().stop(true);
+        part->append("more", 4);
+        const DatabaseError error = errorOf([&part] { part->flush(); });
+        QCOMPARE(error.kind(), DatabaseError::Kind::Lost);
+        QCOMPARE(part->size(), 5);
+    }
+    QVERIFY(m_databases.server().startAgain());
+    QCOMPARE(blobs.openPart({7, QStringLiteral("u"), 0}, {})->size(), 5);
 }
 
 void LostConnectionsTest::worksAgainAfterTheServerCameBack()

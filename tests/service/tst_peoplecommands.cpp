@@ -59,12 +59,12 @@ private slots:
     void asksTwiceAtATerminalAndShowsNothing();
 
 private:
-    /// Runs a command line; its words are parted by blanks, "_" is one.
+    /// Runs a command line; its words are parted by blanks, "~" is one.
     int run(const QString &line)
     {
         QStringList words = line.split(QLatin1Char(' '));
         for (QString &word : words)
-            word.replace(QLatin1Char('_'), QLatin1Char(' '));
+            word.replace(QLatin1Char('~'), QLatin1Char(' '));
         return m_service->runCommand(words, &m_output);
     }
 
@@ -139,7 +139,7 @@ void PeopleCommandsTest::cleanup()
 
 void PeopleCommandsTest::makesAnAccountThatSomebodyCanWorkFor()
 {
-    QVERIFY(run(QStringLiteral("account add New_House --number 7")) == ExitFine);
+    QVERIFY(run(QStringLiteral("account add New~House --number 7")) == ExitFine);
     QVERIFY2(m_output.contains("Account 7 \"New House\" was added."), m_output.constData());
     QCOMPARE(run(QStringLiteral("user add ann --account 7 --role owner --sign-in-cost minimal "
                                 "--password-file ") +
@@ -283,7 +283,7 @@ void PeopleCommandsTest::renamesPeople()
     QCOMPARE(run(QStringLiteral("user rename tomas MAJA")), int(ExitFailed));
     QVERIFY2(m_output.contains("there is a user \"MAJA\" already"), m_output.constData());
     QCOMPARE(run(QStringLiteral("user rename tomas Tomas")), int(ExitFine)); // in other letters
-    QCOMPARE(run(QStringLiteral("user rename tomas t.brandt --display-name T._Brandt")),
+    QCOMPARE(run(QStringLiteral("user rename tomas t.brandt --display-name T.~Brandt")),
              int(ExitFine));
     QCOMPARE(signIn("tomas", "sample-tomas").status, 401);
     QCOMPARE(signIn("T.Brandt", "sample-tomas").status, 201);
@@ -295,7 +295,7 @@ void PeopleCommandsTest::renamesPeople()
 
 void PeopleCommandsTest::renamesAccounts()
 {
-    QCOMPARE(run(QStringLiteral("account rename 1001 Still_Water")), int(ExitFine));
+    QCOMPARE(run(QStringLiteral("account rename 1001 Still~Water")), int(ExitFine));
     QVERIFY(
         call("GET", "/v1/accounts", tokenOf("tomas", "sample-tomas")).body.contains("Still Water"));
 }
@@ -316,7 +316,7 @@ void PeopleCommandsTest::namesWhatIsNotThere_data()
     row("account member x maja owner", ExitUsage, "number");
     row("account member 99999999999999999999999 maja owner", ExitUsage, "number");
     row("account remove-member 1001 eve", ExitFailed, "no user \"eve\"");
-    row("account add _", ExitUsage, "name of an account");
+    row("account add ~", ExitUsage, "name of an account");
     row("account add X --number 0", ExitUsage, "--number");
     row("account", ExitUsage, "account add NAME");
     row("account dance", ExitUsage, "account add NAME");
@@ -328,8 +328,8 @@ void PeopleCommandsTest::namesWhatIsNotThere_data()
     row("user rename eve adam", ExitFailed, "no user \"eve\"");
     row("user add maja", ExitFailed, "already");
     row("user add eve --account 7", ExitFailed, "no account 7");
-    row("user add eve --display-name _", ExitUsage, "--display-name");
-    row("user add _", ExitUsage, "name");
+    row("user add eve --display-name ~", ExitUsage, "--display-name");
+    row("user add ~", ExitUsage, "name");
     row("user add eve adam", ExitUsage, "user add NAME");
     row("user add eve", ExitFailed, "password");
 }

@@ -69,6 +69,7 @@ private slots:
     void endsWithACodeThatSaysWhy();
     void refusesAnAddressInUse();
     void refusesAPostgresDatabaseThatIsNotMigrated();
+    void keepsFilesWhereTheFirstOneDecided();
     void finishesCallsInFlightOnSigterm();
     void endsWhenStandardInputEnds();
     void endsWhenTheWatchedProcessEnds();
@@ -369,6 +370,29 @@ void ProgramTest::refusesAPostgresDatabaseThatIsNotMigrated()
         QVERIFY2(output.contains("zel-service migrate"), output.constData());
         QVERIFY(!output.contains(address.password.toUtf8()));
     }
+}
+
+void ProgramTest::keepsFilesWhereTheFirstOneDecided()
+{
+    ServiceProcess service;
+    service.blobs = QStringLiteral("database");
+    QVERIFY2(service.start(), qPrintable(service.error()));
+    QVERIFY2(!QFileInfo::exists(service.files), "there is no use for a folder");
+    QCOMPARE(service.stop(), 0);
+
+    service.blobs.clear();
+    QByteArray output;
+    QCOMPARE(service.runCommand({QStringLiteral("trash"), QStringLiteral("list")}, &output), 0);
+    QVERIFY2(service.startAgain(), qPrintable(service.error()));
+    QCOMPARE(service.stop(), 0);
+
+    const QStringList serve{QStringLiteral("serve"), QStringLiteral("--blobs")};
+    QCOMPARE(service.runCommand(serve + QStringList{QStringLiteral("files")}, &output), ExitUsage);
+    QVERIFY2(output.contains("keeps its files in \"database\", not in \"files\""),
+             output.constData());
+    QCOMPARE(service.runCommand(serve + QStringList{QStringLiteral("cupboard")}, &output),
+             ExitUsage);
+    QVERIFY2(output.contains("--blobs is"), output.constData());
 }
 
 void ProgramTest::finishesCallsInFlightOnSigterm()

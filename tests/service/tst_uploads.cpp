@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/databaseblobs.h"
 #include "tests/service/apifixture.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
@@ -10,6 +11,7 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRandomGenerator>
 #include <QSet>
 #include <QTest>
 #include <QUrl>
@@ -121,6 +123,7 @@ private slots:
     void keepsEqualBytesOnce();
     void answersTagsAndRanges_data();
     void answersTagsAndRanges();
+    void answersAnyRangeOfALongFile();
     void sendsFilesAsNothingThatActs();
     void endsAddressesOfThumbnailsOnly();
 
@@ -629,6 +632,30 @@ void UploadsTest::answersTagsAndRanges()
     const HttpReply head = m_api->request("HEAD", address, QByteArray(), headers);
     QCOMPARE(head.status, status);
     QCOMPARE(head.headers.value("content-length"), reply.headers.value("content-length"));
+}
+
+void UploadsTest::answersAnyRangeOfALongFile()
+{
+    QByteArray bytes(5'000'001, Qt::Uninitialized);
+    QRandomGenerator random(20261121);
+    for (char &byte : bytes)
+        byte = static_cast<char>(random.generate());
+    const QByteArray address = addressOf(newAsset(bytes));
+    const auto range = [&](qint64 first, qint64 last) {
+        return HttpProbe::request(
+            m_api->port(), "GET", address, QByteArray(),
+            {"Range: bytes=" + QByteArray::number(first) + '-' + QByteArray::number(last)});
+    };
+    constexpr qint64 border = Zel::DatabaseBlobs::chunkBytes;
+    QCOMPARE(range(border - 2, border + 1).body, bytes.mid(border - 2, 4));
+    for (int i = 0; i < 100; ++i) {
+        const qint64 first = random.bounded(bytes.size());
+        const qint64 last = random.bounded(first, bytes.size());
+        const HttpReply reply = range(first, last);
+        QCOMPARE(reply.status, 206);
+        QVERIFY(reply.body == bytes.mid(first, last - first + 1));
+    }
+    QVERIFY(m_api->call("GET", address, QString()).body == bytes);
 }
 
 void UploadsTest::sendsFilesAsNothingThatActs()

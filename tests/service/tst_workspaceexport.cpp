@@ -648,7 +648,7 @@ void WorkspaceExportTest::namesTheFaultsOfTamperedFiles_data()
     row("a hash that costs too much", "people.json", "$m=8,", "$m=99999999,", "no hash");
     row("disabled no truth", "people.json", "\"disabled\": false", "\"disabled\": 1", "disabled");
     row("a type twice", "project-types.json", "\"position\": 1,", "\"position\": 0,", "position");
-    row("a further file of nothing", "asset-files.csv", "000000000031", "000000000032",
+    row("a further file of nothing", "asset-files.csv", "000000000031,", "000000000032,",
         "no such asset");
     row("a further file that is gone", "asset-files.csv", "-2.txt", "-3.txt", "cannot be read");
     row("a saved record of no theme", "saved-data-records.csv", "000000000011", "000000000012",

@@ -15,6 +15,8 @@
 
 namespace Zel::Service {
 
+class Monitor;
+
 /// Who may call a route.
 enum class Access
 {
@@ -30,6 +32,7 @@ struct ZEL_EXPORT Call
     Store &store;
     QStringList parameters; ///< what stood in the pattern's {places}, in their order
     Session session;        ///< empty on public routes
+    Monitor *monitor = nullptr;
 
     /// The value of a query parameter that must be there once. Throws `Problem`.
     QString queryText(const QByteArray &name, qsizetype longest) const;
@@ -77,6 +80,8 @@ struct ZEL_EXPORT Route
     Route &place(const RouteParameter &place);
     Route &query(const char *name, const char *schema, const char *says);
     Route &optionalQuery(const char *name, const char *schema, const char *says);
+    /// A list that comes page by page: see `ListCall`.
+    Route &paged();
     Route &takes(const char *schema);
     Route &takesBytes(const char *contentType = "application/octet-stream");
     /// A JSON answer; without a schema one without a body.

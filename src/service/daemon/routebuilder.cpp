@@ -61,6 +61,12 @@ Route &Route::optionalQuery(const char *name, const char *schema, const char *sa
     return *this;
 }
 
+Route &Route::paged()
+{
+    optionalQuery("limit", "PageLimit", "The most rows of the answer, which may have fewer.");
+    return optionalQuery("after", "PagePlace", "The `next` of the answer before, to go on there.");
+}
+
 Route &Route::takes(const char *schema)
 {
     text.body = schema;

@@ -10,6 +10,7 @@
 
 #include <QList>
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -113,6 +114,9 @@ public:
     /// value of its last row.
     QVariant runNative(const QString &sql);
 
+    /// How many times a transaction was run again since this object was made.
+    qint64 repeatedTransactions() const { return m_repeated; }
+
 private:
     template <class Result, class Function>
     Result transaction(Function &function, bool readOnly)
@@ -133,6 +137,7 @@ private:
     DatabaseAddress m_address;
     Missing m_missing;
     quint64 m_id;
+    std::atomic<qint64> m_repeated{0};
     std::chrono::milliseconds m_retryLimit = std::chrono::seconds(10);
 };
 

@@ -47,6 +47,7 @@ PasswordHasher::PasswordHasher(Cost cost)
 QString PasswordHasher::hash(const QString &password) const
 {
     initializeSodium();
+    m_hashes.fetch_add(1, std::memory_order_relaxed);
     QByteArray bytes = passwordBytes(password);
     char text[crypto_pwhash_STRBYTES];
     const int result =
@@ -61,6 +62,7 @@ QString PasswordHasher::hash(const QString &password) const
 bool PasswordHasher::verify(const QString &hash, const QString &password) const
 {
     initializeSodium();
+    m_hashes.fetch_add(1, std::memory_order_relaxed);
     QByteArray bytes = passwordBytes(password);
     const int result = crypto_pwhash_str_verify(hash.toLatin1().constData(), bytes.constData(),
                                                 static_cast<unsigned long long>(bytes.size()));
