@@ -653,7 +653,7 @@ void ProgramTest::aRunningServiceMeetsANewerDatabase()
     Zel::Database database(address);
     database.tx([&] {
         for (const char *step :
-             {"ALTER TABLE project ADD COLUMN later BIGINT", "CREATE TABLE later (n BIGINT)",
+             {"ALTER TABLE project ADD COLUMN later INTEGER", "CREATE TABLE later (n INTEGER)",
               "CREATE INDEX project_later ON project (account_id, later)",
               "INSERT INTO schema_version VALUES (9999, 0)"})
             database.runNative(QString::fromLatin1(step));
