@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/fileblobs.h"
 #include "service/store/store.h"
 #include "tests/contract/contracttest.h"
 #include "tests/contract/serviceproxy.h"
@@ -556,7 +557,7 @@ void ContractAssetsTest::deletesAssets()
     const QString other = upload(*client, file(QStringLiteral("b.bin"), bytes), folder);
     const QString sha =
         QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
-    const QString blob = Zel::BlobStore(service().files).blobPath(sha);
+    const QString blob = Zel::FileBlobs(service().files).blobPath(sha);
     QVERIFY(QFile::exists(blob));
     client->DeleteAsset(other);
     QCOMPARE(

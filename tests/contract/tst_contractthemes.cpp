@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/fileblobs.h"
 #include "service/store/store.h"
 #include "tests/contract/contracttest.h"
 #include "tests/contract/recordtext.h"
@@ -660,7 +661,7 @@ void ContractThemesTest::tellsThatThePictureIsAway()
 {
     const auto client = signIn(maja(), brightwaterMedia);
     const QString address = named(themesOf(*client, full), QStringLiteral("Town hall"))->previewUrl;
-    QFile blob(Zel::BlobStore(service().files)
+    QFile blob(Zel::FileBlobs(service().files)
                    .blobPath(QString::fromLatin1(
                        QCryptographicHash::hash(sampleFile(QStringLiteral("town-hall.jpg")),
                                                 QCryptographicHash::Sha256)

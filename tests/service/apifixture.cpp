@@ -24,12 +24,12 @@ Zel::Database &migrated(Zel::Database &database)
 } // namespace
 
 ApiFixture::ApiFixture(const Zel::DatabaseAddress &address,
-                       const Zel::ThumbnailMaker &thumbnailMaker)
+                       const Zel::ThumbnailMaker &thumbnailMaker, Zel::BlobKind blobs)
     : m_now(start)
     , m_database(address, Zel::Database::Missing::Create)
     , m_store(
           migrated(m_database), Zel::PasswordHasher::Cost::Minimal, [this] { return m_now.load(); },
-          m_files.path(), thumbnailMaker)
+          {blobs, m_files.path()}, thumbnailMaker)
     , m_api(m_store)
     , m_server(options())
 {

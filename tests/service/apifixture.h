@@ -21,7 +21,8 @@ class ApiFixture
 {
 public:
     explicit ApiFixture(const Zel::DatabaseAddress &address,
-                        const Zel::ThumbnailMaker &thumbnailMaker = Zel::Thumbnails::decodeFile);
+                        const Zel::ThumbnailMaker &thumbnailMaker = Zel::Thumbnails::decodeFile,
+                        Zel::BlobKind blobs = Zel::BlobKind::Files);
 
     quint16 port() const { return m_server.port(); }
 

@@ -186,9 +186,9 @@ void ThemeImportTest::takesThemesTheirFilesAndTemplatesIn()
     QCOMPARE(stored.modifiedAt, stored.createdAt + 24 * 60 * 60 * 1000);
     QCOMPARE(stored.definition, QStringLiteral("<WIZARD>\r\n</WIZARD>"));
     QCOMPARE(stored.preview.mime, QStringLiteral("image/png"));
-    QFile blob(m_store->blobs.blobPath(stored.preview.sha));
-    QVERIFY(blob.open(QIODevice::ReadOnly));
-    QCOMPARE(blob.readAll(), picture("PNG"));
+    const auto blob = m_store->blobs.open({stored.accountId, stored.preview.sha});
+    QVERIFY(blob);
+    QCOMPARE(blob->readAll(), picture("PNG"));
     QCOMPARE(m_store->themes.templatesOf(1, themeGuid),
              (QList<TemplateUse>{{QStringLiteral("form"), QStringLiteral("2"), true},
                                  {QStringLiteral("player"), QStringLiteral("1"), false}}));

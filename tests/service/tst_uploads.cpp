@@ -67,13 +67,29 @@ class UploadsTest : public TestCase
 
 private slots:
 
+    void initTestCase_data()
+    {
+        QTest::addColumn<bool>("postgres");
+        QTest::addColumn<bool>("chunks");
+        QTest::newRow("sqlite, files") << false << false;
+        QTest::newRow("sqlite, chunks") << false << true;
+        QTest::newRow("postgres, chunks") << true << true;
+    }
+
     void init()
     {
         TestCase::init();
+        QFETCH_GLOBAL(bool, postgres);
+        QFETCH_GLOBAL(bool, chunks);
+        m_chunks = chunks;
         // One service for all rows of a function.
-        if (m_function != QTest::currentTestFunction()) {
-            m_api = std::make_unique<ApiFixture>(m_databases.fresh(false));
-            m_function = QTest::currentTestFunction();
+        const QByteArray function = QTest::currentTestFunction() + QByteArray::number(postgres) +
+                                    QByteArray::number(chunks);
+        if (m_function != function) {
+            m_api.reset();
+            m_api = std::make_unique<ApiFixture>(m_databases.fresh(postgres),
+                                                 Zel::Thumbnails::decodeFile, kind());
+            m_function = function;
         }
         m_token = m_api->token(maja, harbour);
     }
@@ -169,14 +185,45 @@ private:
             .toArray();
     }
 
-    QStringList parts() const
+    Zel::BlobKind kind() const { return m_chunks ? Zel::BlobKind::Database : Zel::BlobKind::Files; }
+
+    /// How many files are on their way.
+    qint64 parts() const
     {
-        return QDir(m_api->files() + QStringLiteral("/uploads")).entryList(QDir::Files);
+        if (!m_chunks)
+            return QDir(m_api->files() + QStringLiteral("/uploads")).entryList(QDir::Files).size();
+        return m_api->database()
+            .runNative(QStringLiteral("SELECT COUNT(*) FROM blob_content WHERE sha IS NULL"))
+            .toLongLong();
+    }
+
+    /// Begins to send a file and returns when the service waits for its bytes.
+    void begin(HttpProbe &probe, const QByteArray &upload, qint64 size) const
+    {
+        probe.send(
+            "PUT " + upload + "/files/0?offset=0 HTTP/1.1\r\nHost: 127.0.0.1:" +
+            QByteArray::number(m_api->port()) + "\r\nAuthorization: Bearer " + m_token.toLatin1() +
+            "\r\nExpect: 100-continue\r\nContent-Length: " + QByteArray::number(size) + "\r\n\r\n");
+        QCOMPARE(probe.read().status, 100);
+    }
+
+    /// The bytes as another daemon of the same database sees them.
+    std::unique_ptr<Zel::Store> otherDaemon()
+    {
+        return std::make_unique<Zel::Store>(
+            m_api->database(), Zel::PasswordHasher::Cost::Minimal, [this] { return m_api->now(); },
+            Zel::BlobPlace(kind(), m_api->files()));
+    }
+
+    static Zel::PartId partOf(const QByteArray &upload)
+    {
+        return {harbour, QString::fromLatin1(upload.mid(upload.lastIndexOf('/') + 1)), 0};
     }
 
     TestDatabases m_databases;
     std::unique_ptr<ApiFixture> m_api;
     QByteArray m_function;
+    bool m_chunks = false;
     QString m_token;
 };
 
@@ -224,7 +271,7 @@ void UploadsTest::refusesWhatIsNoUpload()
     const HttpReply reply = call("POST", "/v1/uploads", body);
     QCOMPARE(reply.status, status);
     QVERIFY2(detailOf(reply).contains(word), reply.body.constData());
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
 }
 
 void UploadsTest::refusesWhatHasNoRoom()
@@ -320,10 +367,8 @@ void UploadsTest::letsOneCallWriteAFile()
 {
     const QByteArray upload = reserve({4});
     HttpProbe slow(m_api->port());
-    slow.send("PUT " + upload + "/files/0?offset=0 HTTP/1.1\r\nHost: 127.0.0.1:" +
-              QByteArray::number(m_api->port()) + "\r\nAuthorization: Bearer " +
-              m_token.toLatin1() + "\r\nContent-Length: 4\r\n\r\nab");
-    QTRY_COMPARE(parts().size(), 1);
+    begin(slow, upload, 4);
+    slow.send("ab");
     HttpReply reply = put(upload, 0, "");
     QCOMPARE(reply.code(), QStringLiteral("busy"));
     QVERIFY2(detailOf(reply).contains(QLatin1String("\"file 0.bin\"")), reply.body.constData());
@@ -339,10 +384,8 @@ void UploadsTest::keepsWhatCameBeforeTheConnectionBroke()
     const QByteArray upload = reserve({10});
     {
         HttpProbe broken(m_api->port());
-        broken.send("PUT " + upload + "/files/0?offset=0 HTTP/1.1\r\nHost: 127.0.0.1:" +
-                    QByteArray::number(m_api->port()) + "\r\nAuthorization: Bearer " +
-                    m_token.toLatin1() + "\r\nContent-Length: 10\r\n\r\n" + bytes.left(6));
-        QTRY_COMPARE(parts().size(), 1);
+        begin(broken, upload, 10);
+        broken.send(bytes.left(6));
     }
     QTRY_COMPARE(receivedOf(put(upload, 0, "")), 6);
     QCOMPARE(receivedOf(put(upload, 6, bytes.mid(6))), 10);
@@ -375,7 +418,7 @@ void UploadsTest::becomesAnAssetOnce()
     QCOMPARE(commit(upload, {sha("abcd"), sha("ef")}).body, first.body);
     QCOMPARE(listed().size(), 1);
     QCOMPARE(put(upload, 0, "").status, 404);
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
     // Given up afterwards it stays an asset.
     QCOMPARE(call("DELETE", upload).status, 204);
     QCOMPARE(listed().size(), 1);
@@ -428,23 +471,26 @@ void UploadsTest::refusesWhatAreNoChecksums()
 /// in between are seen all the same.
 void UploadsTest::checksWhatAnotherDaemonTookIn()
 {
-    const auto append = [this](const char *bytes) {
-        QFile part(m_api->files() + QStringLiteral("/uploads/") + parts().value(0));
-        return part.open(QIODevice::Append) && part.write(bytes) > 0;
+    const auto other = otherDaemon();
+    const auto append = [&other](const QByteArray &upload, const QByteArray &bytes) {
+        const auto part = other->blobs.openPart(partOf(upload));
+        part->append(bytes.constData(), bytes.size());
+        part->flush();
     };
     const QByteArray upload = reserve({6});
     put(upload, 0, "ab");
-    QVERIFY(append("cd"));
+    append(upload, "cd");
     QCOMPARE(receivedOf(put(upload, 4, "ef")), 6);
     QCOMPARE(commit(upload, {sha("abcdef")}).status, 201);
 
     const QByteArray begunAnew = reserve({4});
     put(begunAnew, 0, "xx");
-    const QString path = m_api->files() + QStringLiteral("/uploads/") + parts().value(0);
-    QFile fresh(path + QStringLiteral(".new"));
-    QVERIFY(fresh.open(QIODevice::WriteOnly) && fresh.write("ab") == 2);
-    fresh.close();
-    QVERIFY(QFile::remove(path) && fresh.rename(path));
+    // Held, so that a file begun anew is another one to the system.
+    QFile former(m_api->files() + QStringLiteral("/uploads/") + partOf(begunAnew).uploadId +
+                 QStringLiteral("-0"));
+    QCOMPARE(former.open(QIODevice::ReadOnly), !m_chunks);
+    other->blobs.dropPart(partOf(begunAnew));
+    append(begunAnew, "ab");
     put(begunAnew, 2, "cd");
     QCOMPARE(commit(begunAnew, {sha("abcd")}).status, 201);
 }
@@ -475,23 +521,23 @@ void UploadsTest::forgetsUploadsAfterADay()
     m_api->advance(1);
     QCOMPARE(put(upload, 3, "d").status, 404);
     QCOMPARE(commit(upload, {sha("abcd")}).status, 404);
-    QCOMPARE(parts().size(), 1);
+    QCOMPARE(parts(), 1);
     reserve({1}); // the next one of the account clears up
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
 
     put(reserve({4}), 0, "ab");
     m_api->advance(Uploads::lifeMs);
     m_api->store().uploads.forgetExpired();
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
 }
 
 void UploadsTest::dropsUploads()
 {
     const QByteArray upload = reserve({4});
     put(upload, 0, "ab");
-    QCOMPARE(parts().size(), 1);
+    QCOMPARE(parts(), 1);
     QCOMPARE(call("DELETE", upload).status, 204);
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
     QCOMPARE(call("DELETE", upload).status, 404);
     QCOMPARE(put(upload, 2, "cd").status, 404);
     QCOMPARE(call("DELETE", "/v1/uploads/..%2F..%2Flock").status, 404);
@@ -503,17 +549,17 @@ void UploadsTest::keepsEqualBytesOnce()
     const QByteArray second = newAsset("same");
     QVERIFY(first != second);
     Zel::Store &store = m_api->store();
-    const QString blob = store.blobs.blobPath(QString::fromLatin1(sha("same")));
-    QVERIFY(QFile::exists(blob));
+    const Zel::BlobId blob{harbour, QString::fromLatin1(sha("same"))};
+    QVERIFY(store.blobs.has(blob));
     const auto purgeOne = [&](const QByteArray &guid) {
         QCOMPARE(call("DELETE", "/v1/assets/" + guid).status, 204);
         QCOMPARE(store.assets.purge(m_api->now() + 1), 1);
     };
     purgeOne(first);
-    QVERIFY(QFile::exists(blob));
+    QVERIFY(store.blobs.has(blob));
     QCOMPARE(m_api->call("GET", addressOf(second), QString()).body, QByteArray("same"));
     purgeOne(second);
-    QVERIFY(!QFile::exists(blob));
+    QVERIFY(!store.blobs.has(blob));
 }
 
 void UploadsTest::answersTagsAndRanges_data()

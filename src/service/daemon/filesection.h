@@ -7,9 +7,11 @@
 
 namespace Zel::Service {
 
-/// The answer that gives a file, or the one section of it that is asked for (RFC 9110, 14).
+/// The answer that gives a file, or the one section of it that is asked for (RFC 9110, 14); without
+/// `file` there is none.
 /// @param tag tells versions of the file apart
-ZEL_EXPORT HttpResponse fileResponse(const HttpRequest &request, const QString &path,
-                                     const QByteArray &tag, const QByteArray &contentType);
+ZEL_EXPORT HttpResponse fileResponse(const HttpRequest &request,
+                                     const std::shared_ptr<ByteSource> &file, const QByteArray &tag,
+                                     const QByteArray &contentType);
 
 } // namespace Zel::Service

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/core/export.h"
+#include "service/store/bytesource.h"
 
 #include <QByteArray>
 #include <QList>
@@ -44,10 +45,10 @@ struct HttpResponse
     QByteArray body;
     QList<HttpHeader> headers;
 
-    /// Instead of `body`: a section of a file, sent piece by piece.
+    /// Instead of `body`: a section of a file, read on worker threads and sent piece by piece.
     struct FileSection
     {
-        QString path;
+        std::shared_ptr<ByteSource> bytes;
         qint64 offset = 0;
         qint64 length = 0;
     };

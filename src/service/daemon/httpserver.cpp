@@ -3,6 +3,7 @@
 #include "service/daemon/httpserver.h"
 
 #include "service/daemon/bodyreader.h"
+#include "service/daemon/logline.h"
 #include "service/daemon/problem.h"
 #include "service/daemon/workerpool.h"
 
@@ -19,7 +20,6 @@
 
 #include <QDateTime>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QLocale>
 #include <QRandomGenerator>
 
@@ -108,6 +108,18 @@ Problem tooBusy()
     return Problem(503, QByteArrayLiteral("unavailable"),
                    QStringLiteral("The service has too much to do. Try again shortly."),
                    {{QByteArrayLiteral("Retry-After"), QByteArrayLiteral("1")}});
+}
+
+/// Nothing when it cannot be read.
+QByteArray readPiece(ByteSource &file, qint64 offset, qint64 most)
+{
+    try {
+        return file.read(offset, most);
+    } catch (const std::exception &error) {
+        logLine("error", {{"event", QStringLiteral("a file broke off")},
+                          {"cause", QString::fromUtf8(error.what())}});
+        return QByteArray();
+    }
 }
 
 template <class Message>
@@ -554,15 +566,13 @@ asio::awaitable<error_code> Connection::writeFile(const HttpRequest &request,
     m_stream.expires_after(m_server.options.limits.write);
     co_await http::async_write_header(m_stream, serializer,
                                       asio::redirect_error(asio::use_awaitable, error));
-    const auto file = std::make_shared<QFile>(response.file->path);
+    const auto file = response.file->bytes;
     const auto piece = std::make_shared<QByteArray>();
     qint64 left = response.file->length;
     while (!error && left > 0) {
         const qint64 offset = response.file->offset + response.file->length - left;
         std::function<void()> read = [file, piece, offset, left] {
-            piece->clear();
-            if ((file->isOpen() || file->open(QIODevice::ReadOnly)) && file->seek(offset))
-                *piece = file->read(std::min<qint64>(pieceBytes, left));
+            *piece = readPiece(*file, offset, std::min<qint64>(pieceBytes, left));
         };
         // The head is out, so all that can be said of a failure is the end of the connection.
         if (!co_await onWorker(Lane::Worker, std::move(read)) || piece->isEmpty())

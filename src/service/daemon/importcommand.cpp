@@ -31,7 +31,8 @@ void importDeployment(const QCommandLineParser &parser, const DatabaseAddress &a
     const AudienceFiles files = AudienceFiles::read(paths);
     Database database(address);
     makeReady(database);
-    Store store(database, PasswordHasher::Cost::Interactive, systemClock(), filesFolder(parser));
+    Store store(database, PasswordHasher::Cost::Interactive, systemClock(),
+                blobPlace(parser, database));
     const QString guid = parser.value(QStringLiteral("deployment")).toLower();
     const QList<DeploymentRef> found = store.deployments.withGuid(guid);
     if (found.size() != 1)
@@ -80,7 +81,7 @@ int importCommand(const QStringList &arguments)
     Database database(address, Database::Missing::Create);
     makeReady(database);
     ThumbnailProcess thumbnails;
-    Store store(database, cost, systemClock(), filesFolder(parser),
+    Store store(database, cost, systemClock(), blobPlace(parser, database),
                 [&thumbnails](const QString &path) { return thumbnails.make(path); });
     printCounts(importWorkspace(store, files));
     return ExitFine;

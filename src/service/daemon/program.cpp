@@ -142,12 +142,33 @@ void addFilesOption(QCommandLineParser &parser)
          QStringLiteral("The folder of the files that are uploaded; beside a SQLite file unless "
                         "named. The environment variable ZEL_FILES stands in for it."),
          QStringLiteral("folder")});
+    parser.addOption(
+        {QStringLiteral("blobs"),
+         QStringLiteral("Where the bytes of files are kept: in \"files\" or in the \"database\". "
+                        "Whoever is the first to use the database decides, for good; \"files\" "
+                        "unless named. The environment variable ZEL_BLOBS stands in for it."),
+         QStringLiteral("place")});
 }
 
 QString filesFolder(const QCommandLineParser &parser)
 {
     const QString folder = parser.value(QStringLiteral("files"));
     return folder.isEmpty() ? qEnvironmentVariable("ZEL_FILES") : folder;
+}
+
+BlobPlace blobPlace(const QCommandLineParser &parser, Database &database)
+{
+    QString word = parser.value(QStringLiteral("blobs"));
+    if (word.isEmpty())
+        word = qEnvironmentVariable("ZEL_BLOBS");
+    const auto wanted = blobKindOf(word);
+    if (!wanted && !word.isEmpty())
+        throw UsageError(QStringLiteral("--blobs is \"files\" or \"database\"."));
+    try {
+        return {decideBlobKind(database, wanted), filesFolder(parser)};
+    } catch (const BlobKindError &error) {
+        throw UsageError(QString::fromUtf8(error.what()));
+    }
 }
 
 void addCostOption(QCommandLineParser &parser)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/core/export.h"
+#include "service/store/blobkind.h"
 #include "service/store/database.h"
 #include "service/store/passwordhasher.h"
 
@@ -46,10 +47,13 @@ void parseCommand(QCommandLineParser &parser, const QString &command, const QStr
 /// The database of --database or, so that a password need not stand in the process list, of the
 /// environment variable ZEL_DATABASE.
 DatabaseAddress databaseAddress(const QCommandLineParser &parser);
-/// Adds --files.
+/// Adds --files and --blobs.
 void addFilesOption(QCommandLineParser &parser);
 /// The folder of --files or of the environment variable ZEL_FILES; empty for the usual one.
 QString filesFolder(const QCommandLineParser &parser);
+/// Where the bytes of the files of a database that is ready lie: by --files and by --blobs or the
+/// environment variable ZEL_BLOBS. Throws `UsageError` when the database has them elsewhere.
+BlobPlace blobPlace(const QCommandLineParser &parser, Database &database);
 /// Adds --sign-in-cost.
 void addCostOption(QCommandLineParser &parser);
 PasswordHasher::Cost costOf(const QCommandLineParser &parser);

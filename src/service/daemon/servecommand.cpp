@@ -144,7 +144,7 @@ int serveCommand(const QStringList &arguments)
     // A limit on the size of files is to be an error that can be answered, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
     ThumbnailProcess thumbnails;
-    Store store(database, cost, systemClock(), filesFolder(parser),
+    Store store(database, cost, systemClock(), blobPlace(parser, database),
                 [&thumbnails](const QString &path) { return thumbnails.make(path); });
     const Api api(store);
     HttpServerOptions options;

@@ -68,7 +68,8 @@ int trashCommand(const QStringList &arguments)
     Database database(databaseAddress(parser));
     database.open();
     makeReady(database);
-    Store store(database, PasswordHasher::Cost::Interactive, systemClock(), filesFolder(parser));
+    Store store(database, PasswordHasher::Cost::Interactive, systemClock(),
+                blobPlace(parser, database));
     if (words == QStringList{QStringLiteral("list")})
         return list(store);
     if (words.value(0) == QLatin1String("restore"))

@@ -61,8 +61,10 @@ private:
     void openPostgres(const DatabaseAddress &address);
     QSqlQuery &prepared(const SqlText &text);
     void bind(QSqlQuery &query, const SqlText &text, const SqlValues &values) const;
+    qint64 executeBinary(const SqlText &text, const SqlValues &values, const RowVisitor &visit);
     qint64 readRows(QSqlQuery &query, const RowVisitor &visit, qint64 &rows);
     [[noreturn]] void fail(const QSqlError &error);
+    [[noreturn]] void fail(const QString &nativeCode, const QString &text);
 
     DatabaseAddress::Engine m_engine;
     QString m_name;

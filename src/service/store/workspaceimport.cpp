@@ -5,6 +5,7 @@
 #include "service/store/datarecordimport.h"
 #include "service/store/deploymentimport.h"
 #include "service/store/importcount.h"
+#include "service/store/stagedblobs.h"
 #include "service/store/store.h"
 #include "service/store/themeimport.h"
 
@@ -16,24 +17,24 @@ namespace Zel {
 
 namespace {
 
-/// A file whose bytes are stored already.
-struct NewFile
-{
-    AssetFile file;
-    QString assetType;
-};
+/// How often an import is begun when bytes it counts on are cleared away meanwhile.
+constexpr int attempts = 3;
+
+/// Files whose bytes have been taken in already, by account and path.
+using NewFiles = QHash<std::pair<qint64, QString>, Uploads::Adopted>;
 
 /// The work of one import inside its transaction; made anew when the transaction is repeated.
 class Importer
 {
 public:
     Importer(Store &store, const WorkspaceFiles &files, const QHash<QString, QString> &newHashes,
-             const QHash<QString, NewFile> &newFiles,
+             const NewFiles &newFiles, StagedBlobs &blobs,
              const QHash<QString, AudienceFiles> &audiences)
         : m_store(store)
         , m_files(files)
         , m_newHashes(newHashes)
         , m_newFiles(newFiles)
+        , m_blobs(blobs)
         , m_audiences(audiences)
     {
     }
@@ -43,7 +44,8 @@ public:
         m_counts << count(QStringLiteral("accounts"), m_files.accounts, &Importer::takeAccount)
                  << count(QStringLiteral("people"), m_files.people, &Importer::takePerson)
                  << count(QStringLiteral("project types"), m_files.types, &Importer::takeType)
-                 << ThemeImport(m_store, m_files).run() << importDataRecords(m_store, m_files)
+                 << ThemeImport(m_store, m_files, m_blobs).run()
+                 << importDataRecords(m_store, m_files)
                  << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject)
                  << importDeployments(m_store, m_files, m_audiences)
                  << count(QStringLiteral("folders"), m_files.folders, &Importer::takeFolder)
@@ -226,11 +228,12 @@ private:
         const User user = expectUser(entry.createdByLogin, entry.place);
         if (m_store.assets.isKnown(entry.accountId, entry.asset.guid))
             return Outcome::Unchanged;
-        const NewFile file = m_newFiles.value(entry.file);
+        const Uploads::Adopted file = m_newFiles.value({entry.accountId, entry.file});
         Asset asset = entry.asset;
         asset.folderId = folder;
         asset.createdById = user.userId;
         asset.assetType = file.assetType;
+        m_blobs.name({entry.accountId, file.file.sha});
         m_store.assets.addBlob(entry.accountId, file.file);
         m_store.assets.add(entry.accountId, asset, {file.file});
         return Outcome::Added;
@@ -239,7 +242,8 @@ private:
     Store &m_store;
     const WorkspaceFiles &m_files;
     const QHash<QString, QString> &m_newHashes;
-    const QHash<QString, NewFile> &m_newFiles;
+    const NewFiles &m_newFiles;
+    StagedBlobs &m_blobs;
     const QHash<QString, AudienceFiles> &m_audiences;
     QList<ImportCount> m_counts;
 };
@@ -257,16 +261,17 @@ QHash<QString, QString> newHashes(Store &store, const WorkspaceFiles &files)
     return result;
 }
 
-/// Stores the bytes of the assets that are not there yet: rows must not come before them.
-QHash<QString, NewFile> newFiles(Store &store, const WorkspaceFiles &files)
+/// Takes in the bytes of the assets that are not there yet: rows must not come before them.
+NewFiles newFiles(Store &store, const WorkspaceFiles &files, StagedBlobs &blobs)
 {
-    QHash<QString, NewFile> result;
+    NewFiles result;
     for (const WorkspaceFiles::AssetEntry &entry : files.assets) {
-        if (store.assets.isKnown(entry.accountId, entry.asset.guid) || result.contains(entry.file))
+        const auto key = std::make_pair(entry.accountId, entry.file);
+        if (store.assets.isKnown(entry.accountId, entry.asset.guid) || result.contains(key))
             continue;
-        NewFile taken;
-        taken.file = store.uploads.adopt(entry.file, taken.assetType);
-        result.insert(entry.file, taken);
+        const Uploads::Adopted taken = store.uploads.adopt(entry.accountId, entry.file);
+        blobs.add({entry.accountId, taken.file.sha}, taken.part);
+        result.insert(key, taken);
     }
     return result;
 }
@@ -277,13 +282,22 @@ QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files)
 {
     const QHash<QString, QString> hashes = newHashes(store, files);
     const QHash<QString, AudienceFiles> audiences = newAudiences(store, files);
-    std::optional<BlobLock> lock;
+    std::unique_ptr<BlobHold> hold;
     if (!files.assets.isEmpty() || !files.themes.isEmpty())
-        lock.emplace(store.blobs.folder(), BlobLock::Mode::Store);
-    const QHash<QString, NewFile> stored = newFiles(store, files);
-    storeNewPreviews(store, files);
-    return store.database.tx(
-        [&] { return Importer(store, files, hashes, stored, audiences).run(); });
+        hold = store.blobs.hold(BlobHold::Mode::Store);
+    for (int attempt = 1;; ++attempt) {
+        StagedBlobs blobs(store.blobs);
+        const NewFiles taken = newFiles(store, files, blobs);
+        stageNewPreviews(store, files, blobs);
+        try {
+            return store.database.tx(
+                [&] { return Importer(store, files, hashes, taken, blobs, audiences).run(); });
+        } catch (const BlobGone &) {
+            // What was there is taken in the next time.
+            if (attempt == attempts)
+                throw;
+        }
+    }
 }
 
 } // namespace Zel
