@@ -3,6 +3,7 @@
 #include "service/daemon/httpserver.h"
 
 #include "service/daemon/workerpool.h"
+#include "tests/contract/testauthority.h"
 #include "tests/service/httpprobe.h"
 #include "testsupport/testcase.h"
 
@@ -34,6 +35,8 @@ HttpResponse plain(const QByteArray &body)
 
 /// The server with handlers of the test's own: /echo gives the body back, /wait waits until it is
 /// released, /big answers 10 MB, /sleep takes a while.
+///
+/// With ZEL_TEST_TLS in the environment all of it is done by TLS.
 class HttpServerTest : public ZelTest::TestCase
 {
     Q_OBJECT
@@ -87,6 +90,7 @@ private:
         return statuses;
     }
 
+    ZelTest::TestAuthority m_authority;
     HttpServerOptions m_options;
     std::unique_ptr<HttpServer> m_server;
     std::atomic<int> m_calls{0};
@@ -101,6 +105,11 @@ void HttpServerTest::init()
     TestCase::init();
     m_options = HttpServerOptions();
     m_options.workers = 4;
+    if (qEnvironmentVariableIsSet("ZEL_TEST_TLS")) {
+        const auto files = m_authority.make();
+        m_options.tls = TlsContext::load(files.certificate, files.key);
+        HttpProbe::encrypt(m_authority.caFile());
+    }
     m_options.plan = [this](const HttpRequest &head) { return plan(head); };
     m_options.log = [this](const HttpLogEntry &entry) {
         const std::lock_guard lock(m_logMutex);

@@ -72,7 +72,7 @@ AssetFolderCollectionPtr readAssetFolders(const QByteArray &body)
     return folders;
 }
 
-AssetCollectionPtr readAssets(const QByteArray &body)
+AssetCollectionPtr readAssets(const QJsonObject &answer)
 {
     auto assets = std::make_shared<AssetCollection>();
     const auto take = [&](const auto &valueAt) {
@@ -85,7 +85,7 @@ AssetCollectionPtr readAssets(const QByteArray &body)
         record->assetType = readText(valueAt(5), assetFields[5]);
         assets->add(record);
     };
-    if (!readTable(body, QLatin1String("assets"), assetFields, take))
+    if (!readTable(answer, QLatin1String("assets"), assetFields, take))
         return nullptr;
     return assets;
 }

@@ -59,6 +59,11 @@ bool names(const QByteArray &list, const QByteArray &quoted)
 
 } // namespace
 
+bool isUnchanged(const HttpRequest &request, const QByteArray &quotedTag)
+{
+    return names(request.header("If-None-Match"), quotedTag);
+}
+
 HttpResponse fileResponse(const HttpRequest &request, const std::shared_ptr<ByteSource> &file,
                           const QByteArray &tag, const QByteArray &contentType)
 {
@@ -72,7 +77,7 @@ HttpResponse fileResponse(const HttpRequest &request, const std::shared_ptr<Byte
                         {"Accept-Ranges", "bytes"},
                         // What people upload must not act as a page of this service.
                         {"Content-Security-Policy", "default-src 'none'; sandbox"}};
-    if (names(request.header("If-None-Match"), quoted)) {
+    if (isUnchanged(request, quoted)) {
         response.status = 304;
         return response;
     }

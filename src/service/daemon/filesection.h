@@ -7,6 +7,10 @@
 
 namespace Zel::Service {
 
+/// Whether the client has what goes with that tag already (`If-None-Match`), so that 304 answers
+/// it.
+bool isUnchanged(const HttpRequest &request, const QByteArray &quotedTag);
+
 /// The answer that gives a file, or the one section of it that is asked for (RFC 9110, 14); without
 /// `file` there is none.
 /// @param tag tells versions of the file apart

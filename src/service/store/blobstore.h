@@ -106,7 +106,7 @@ enum class BlobState
 {
     Whole,
     Missing,
-    Damaged ///< there are other bytes than the checksum says
+    Damaged ///< there are other bytes than the checksum says, or not all of them
 };
 
 /// The bytes of the files of assets and of the previews of themes, and the parts of uploads. Used

@@ -168,6 +168,7 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
             current.rollBack();
             throw;
         }
+        m_repeated.fetch_add(1, std::memory_order_relaxed);
         if (!turn.owns_lock())
             turn.lock();
         pauseBeforeRetry(attempt);

@@ -10,6 +10,7 @@
 
 #include <QList>
 
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <type_traits>
@@ -108,6 +109,9 @@ public:
     /// value of its last row.
     QVariant runNative(const QString &sql);
 
+    /// How many times a transaction was run again since this object was made.
+    qint64 repeatedTransactions() const { return m_repeated; }
+
 private:
     template <class Result, class Function>
     Result transaction(Function &function, bool readOnly)
@@ -128,6 +132,7 @@ private:
     DatabaseAddress m_address;
     Missing m_missing;
     quint64 m_id;
+    std::atomic<qint64> m_repeated{0};
 };
 
 } // namespace Zel
