@@ -38,7 +38,8 @@ int PictureService::serve(const QString &folder)
         plan.lane = Lane::Worker;
         plan.handler = [folder](const HttpRequest &request) {
             const QByteArray name = request.target.mid(request.target.lastIndexOf('/') + 1);
-            return fileResponse(request, QDir(folder).filePath(QString::fromLatin1(name)),
+            return fileResponse(request,
+                                FileSource::open(QDir(folder).filePath(QString::fromLatin1(name))),
                                 request.target, "image/png");
         };
         return plan;

@@ -67,13 +67,18 @@ def type_of(word):
     return {"INTEGER": "BIGINT", "BLOB": "BYTEA"}.get(base, base).lower()
 
 
+def for_sqlite(sql):
+    """SQLite takes the place of NULL in a query only, not in an index; the service drops it, too."""
+    return re.sub(r"\s+NULLS (FIRST|LAST)\b", "", sql)
+
+
 def read_tables():
     """[(title, [table])], a table being (name, [(column, type, nullable, key)], [link])."""
     database = sqlite3.connect(":memory:")
     known = set()
     groups = []
     for path in steps():
-        database.executescript(path.read_text(encoding="utf-8"))
+        database.executescript(for_sqlite(path.read_text(encoding="utf-8")))
         rows = database.execute(
             "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY rowid").fetchall()
         made = [name for (name,) in rows if name not in known and not name.startswith("sqlite_")]

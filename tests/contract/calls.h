@@ -11,8 +11,9 @@
 
 namespace ZelTest {
 
-/// The real client, which trusts the service of the tests. Every request it sends and every answer it gets is held against the interface
-/// that the service publishes; `takeInterfaceFaults` tells what did not fit.
+/// The real client, which trusts the service of the tests. Every request it sends and every answer
+/// it gets is held against the interface that the service publishes; `takeInterfaceFaults` tells
+/// what did not fit.
 class Client : public QXSC::HttpServiceClient
 {
 public:

@@ -157,7 +157,8 @@ QStringList InterfaceCheck::answerFaults(const QJsonObject &operation, const Che
 QStringList InterfaceCheck::bodyFaults(const QJsonObject &response, const CheckedCall &call)
 {
     const QJsonObject content = response.value(QLatin1String("content")).toObject();
-    const QString type = QString::fromLatin1(headerOf(call, QStringLiteral("Content-Type")));
+    const QByteArray whole = headerOf(call, QStringLiteral("Content-Type"));
+    const QString type = QString::fromLatin1(whole.split(';').constFirst().trimmed());
     if (content.isEmpty())
         return call.body.isEmpty() && type.isEmpty()
                    ? QStringList()

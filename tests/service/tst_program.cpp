@@ -80,6 +80,8 @@ private slots:
     void importsNothingFromABadFile();
     void simulatesAnAudienceAndTakesMoreIn();
     void findsADamagedFile();
+    void aRunningServiceMeetsANewerDatabase_data();
+    void aRunningServiceMeetsANewerDatabase();
 
 private:
     HttpReply signIn(const ServiceProcess &service, const QByteArray &body = signInBody)
@@ -619,6 +621,55 @@ void ProgramTest::findsADamagedFile()
     QByteArray output;
     QCOMPARE(service.runCommand({QStringLiteral("doctor")}, &output), int(ExitCorruptDatabase));
     QVERIFY2(output.contains("refers to rows that are not there"), output.constData());
+}
+
+void ProgramTest::aRunningServiceMeetsANewerDatabase_data()
+{
+    QTest::addColumn<bool>("postgres");
+    QTest::newRow("sqlite") << false;
+    QTest::newRow("postgres") << true;
+}
+
+/// As in an upgrade of several replicas: those of before go on while the first of the new ones has
+/// already migrated, and do not start again afterwards.
+void ProgramTest::aRunningServiceMeetsANewerDatabase()
+{
+    QFETCH(bool, postgres);
+    const Zel::DatabaseAddress address = m_databases.fresh(postgres);
+    ServiceProcess service;
+    service.database = address.file;
+    if (postgres)
+        service.database = QStringLiteral("postgresql://%1:%2@%3:%4/%5")
+                               .arg(address.user, address.password, address.host)
+                               .arg(address.port)
+                               .arg(address.database);
+    QVERIFY2(service.start(), qPrintable(service.error()));
+    const QByteArrayList session{"Authorization: Bearer " + tokenOf(signIn(service))};
+    const auto call = [&](const char *method, const char *path, const QByteArray &body) {
+        return HttpProbe::request(service.port(), method, path, body, session).status;
+    };
+    QCOMPARE(call("PUT", "/v1/sessions/current/account", R"({"accountId":"1001"})"), 204);
+
+    Zel::Database database(address);
+    database.tx([&] {
+        for (const char *step :
+             {"ALTER TABLE project ADD COLUMN later BIGINT", "CREATE TABLE later (n BIGINT)",
+              "CREATE INDEX project_later ON project (account_id, later)",
+              "INSERT INTO schema_version VALUES (9999, 0)"})
+            database.runNative(QString::fromLatin1(step));
+    });
+    QCOMPARE(call("POST", "/v1/projects", createBody), 201);
+    QCOMPARE(call("GET", "/v1/projects?type=webcast", QByteArray()), 200);
+    QCOMPARE(signIn(service).status, 201);
+    QCOMPARE(HttpProbe::request(service.port(), "GET", "/healthz").status, 200);
+    QCOMPARE(service.stop(), int(ExitFine));
+
+    for (const char *command : {"serve", "migrate", "doctor"}) {
+        QByteArray output;
+        QCOMPARE(service.runCommand({QLatin1String(command)}, &output), int(ExitNewerDatabase));
+        QVERIFY2(output.contains("newer program"), output.constData());
+        QVERIFY2(!postgres || !output.contains(address.password.toUtf8()), output.constData());
+    }
 }
 
 ZEL_TEST_MAIN(ProgramTest)

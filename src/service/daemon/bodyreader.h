@@ -13,6 +13,7 @@
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/http/buffer_body.hpp>
 #include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/error.hpp>
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
 
@@ -24,6 +25,14 @@ namespace Zel::Service {
 /// One read of a body that the parser takes apart; smaller buffers made uploads several times
 /// slower.
 constexpr std::size_t readBufferBytes = 64 * 1024;
+
+/// Whether what came is not HTTP, other than by ending too early.
+inline bool isMalformed(const boost::system::error_code &error)
+{
+    namespace http = boost::beast::http;
+    return error.category() == http::make_error_code(http::error::bad_method).category() &&
+           error != http::error::partial_message && error != http::error::end_of_stream;
+}
 
 /// Reads the body of a request piece by piece. For the server's one source file only: whoever
 /// includes it includes the HTTP library.

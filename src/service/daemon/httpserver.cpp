@@ -328,8 +328,7 @@ asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &pla
     if (error == http::error::body_limit) {
         m_unread = lingerBytes;
         co_await refuse(request, tooLarge(plan.bodyLimit));
-    } else if (error.category() == http::make_error_code(http::error::bad_method).category() &&
-               error != http::error::partial_message && error != http::error::end_of_stream) {
+    } else if (isMalformed(error)) {
         co_await refuse(request, noHttp());
     }
     co_return false;
@@ -402,6 +401,8 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
         };
         if (count > 0 && !*answer && !co_await onWorker(plan.lane, std::move(take)))
             *answer = tooBusy().response(request.requestId);
+        if (isMalformed(error))
+            co_await refuse(request, noHttp());
         if (error)
             co_return std::nullopt;
     }

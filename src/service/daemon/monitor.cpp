@@ -11,7 +11,6 @@
 
 #include <QCoreApplication>
 #include <QHostAddress>
-#include <QTemporaryFile>
 
 namespace Zel::Service {
 
@@ -111,8 +110,7 @@ QString Monitor::lookAtFiles() const
     try {
         if (m_store.blobs.room() <= 0)
             return QStringLiteral("There is no room for files.");
-        QTemporaryFile file(m_store.blobs.folder() + QLatin1String("/ready-XXXXXX"));
-        return file.open() && file.write("ready") > 0 && file.flush() ? QString() : missing;
+        return m_store.blobs.isWritable() ? QString() : missing;
     } catch (const std::exception &) {
         return missing;
     }

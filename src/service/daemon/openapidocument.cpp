@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/openapidocument.h"
 
+#include "service/daemon/idempotency.h"
 #include "service/daemon/openapischemas.h"
 #include "service/daemon/problemcodes.h"
 
@@ -39,13 +40,20 @@ QJsonObject parameter(const RouteParameter &one, const char *place)
                    {"schema", reference("schemas", one.schema)}});
 }
 
-QJsonArray parameters(const RouteText &route)
+QJsonArray parameters(const Route &route)
 {
+    static const RouteParameter key{"Idempotency-Key", "IdempotencyKey",
+                                    "A key of the caller's for this call. The same call under the "
+                                    "same key, within a day, is not "
+                                    "done again: it is answered as the first time.",
+                                    false};
     QJsonArray all;
-    for (const RouteParameter &one : route.places)
+    for (const RouteParameter &one : route.text.places)
         all << parameter(one, "path");
-    for (const RouteParameter &one : route.query)
+    for (const RouteParameter &one : route.text.query)
         all << parameter(one, "query");
+    if (takesIdempotencyKey(route))
+        all << parameter(key, "header");
     return all;
 }
 
@@ -172,7 +180,7 @@ QJsonObject operation(const Route &route)
                                  {"responses", responses(route)}});
     if (const QString says = description(route); !says.isEmpty())
         result.insert(QStringLiteral("description"), says);
-    if (const QJsonArray all = parameters(route.text); !all.isEmpty())
+    if (const QJsonArray all = parameters(route); !all.isEmpty())
         result.insert(QStringLiteral("parameters"), all);
     if (!route.text.bodyType.isEmpty())
         result.insert(QStringLiteral("requestBody"), requestBody(route));

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/problemcodes.h"
 
+#include "service/daemon/idempotency.h"
+
 namespace Zel::Service {
 
 const QList<ProblemCode> &problemCodes()
@@ -36,6 +38,7 @@ const QList<ProblemCode> &problemCodes()
         {"too-large", 413, Everywhere, "It is larger than the service takes."},
         {"bad-range", 416, WhereListed, "The file has no such section."},
         {"wrong-host", 421, Everywhere, "The service does not answer for that host name."},
+        {"key-reused", 422, WithKey, "The Idempotency-Key was used for another call."},
         {"too-many-attempts", 429, WhereListed, "Too many attempts to sign in. Wait."},
         {"header-too-large", 431, Everywhere, "The head of the request is over 16 KiB."},
         {"internal", 500, Everywhere, "The service failed; its log names the cause."},
@@ -51,7 +54,8 @@ namespace {
 bool canOccur(Occurs occurs, const Route &route)
 {
     const bool takesJson = !route.text.body.isEmpty();
-    const bool takesValues = takesJson || !route.text.query.isEmpty();
+    const bool takesKey = takesIdempotencyKey(route);
+    const bool takesValues = takesJson || takesKey || !route.text.query.isEmpty();
     switch (occurs) {
     case Occurs::Everywhere:
         return true;
@@ -63,6 +67,8 @@ bool canOccur(Occurs occurs, const Route &route)
         return takesValues || !route.text.places.isEmpty();
     case Occurs::WithValues:
         return takesValues;
+    case Occurs::WithKey:
+        return takesKey;
     case Occurs::WithJson:
         return takesJson;
     case Occurs::WhereListed:

@@ -70,6 +70,8 @@ struct ZEL_EXPORT Route
 
     Route &by(Access who);
     Route &on(Lane where);
+    /// Bodies of that many bytes, where `jsonBodyLimit` is too few.
+    Route &upTo(qint64 bytes);
     Route &named(const char *id, const char *summary);
     /// More than the summary: what holds and what does not go without saying.
     Route &says(const char *description);
@@ -78,6 +80,8 @@ struct ZEL_EXPORT Route
     Route &place(const RouteParameter &place);
     Route &query(const char *name, const char *schema, const char *says);
     Route &optionalQuery(const char *name, const char *schema, const char *says);
+    /// A list that comes page by page: see `ListCall`.
+    Route &paged();
     Route &takes(const char *schema);
     Route &takesBytes(const char *contentType = "application/octet-stream");
     /// A JSON answer; without a schema one without a body.

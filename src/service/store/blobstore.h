@@ -177,6 +177,9 @@ public:
     /// `unnamed` are the checksums that no row of any account names. Under a hold for clearing.
     virtual void clear(const QStringList &unnamed) = 0;
 
+    /// Whether bytes could be stored now, as far as the place they lie in is concerned.
+    virtual bool isWritable() = 0;
+
     /// Bytes that can still be stored, as far as that can be known.
     qint64 room();
 
