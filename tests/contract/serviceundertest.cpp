@@ -23,11 +23,12 @@ void ServiceUnderTest::join(ServiceProcess &process) const
     process.blobs = blobs;
     if (blobs != QLatin1String("database"))
         process.files = files;
+    process.arguments = arguments;
     if (const ContractTls *tls = ContractTls::get()) {
         process.tls = tls->files();
         // Clients see the port of what stands between.
-        process.arguments = QStringList{QStringLiteral("--host"), QStringLiteral("127.0.0.1"),
-                                        QStringLiteral("--host"), QStringLiteral("localhost")};
+        process.arguments += QStringList{QStringLiteral("--host"), QStringLiteral("127.0.0.1"),
+                                         QStringLiteral("--host"), QStringLiteral("localhost")};
     }
 }
 
@@ -42,8 +43,6 @@ bool ServiceUnderTest::start()
     }
     database = first.database;
     files = first.files;
-    for (const auto &process : m_processes)
-        join(*process);
     return startAgain();
 }
 
@@ -51,6 +50,7 @@ bool ServiceUnderTest::startAgain()
 {
     QList<quint16> ports;
     for (const auto &process : m_processes) {
+        join(*process);
         if (!process->isRunning() && !process->startAgain()) {
             m_error = process->error();
             return false;
@@ -109,11 +109,11 @@ void ServiceUnderTest::terminate()
         process->terminate();
 }
 
-int ServiceUnderTest::waitForEnd()
+int ServiceUnderTest::waitForEnd(int milliseconds)
 {
     int worst = 0;
     for (const auto &process : m_processes) {
-        const int code = process->waitForEnd();
+        const int code = process->waitForEnd(milliseconds);
         worst = code == 0 ? worst : code;
     }
     if (m_balancer)

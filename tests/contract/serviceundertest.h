@@ -25,6 +25,8 @@ public:
     QString files;
     /// Where they lie; see `ServiceProcess`.
     QString blobs;
+    /// Further arguments of `serve`.
+    QStringList arguments;
 
     /// Migrates, imports and serves; false when that fails: see `error`.
     bool start();
@@ -41,11 +43,14 @@ public:
     bool isRunning() const;
     QList<qint64> processIds() const;
 
+    /// Of the first one, which is the only one where the tests do not encrypt.
+    qint64 processId() const { return processIds().constFirst(); }
+
     /// See `ServiceProcess`; of several exit codes the worst.
     int stop();
     void kill();
     void terminate();
-    int waitForEnd();
+    int waitForEnd(int milliseconds = 30'000);
     /// One after the other.
     QByteArray log() const;
     int runCommand(const QStringList &commandLine, QByteArray *output = nullptr);

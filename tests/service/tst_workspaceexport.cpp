@@ -127,6 +127,17 @@ private:
     ExportReport m_report;
 };
 
+/// Stores the bytes of a file on this machine for account 1.
+AssetFile stored(Store &store, const QString &path, const QString &name, QString &type)
+{
+    const auto hold = store.blobs.hold(BlobHold::Mode::Store);
+    const Uploads::Adopted taken = store.uploads.adopt(1, path, name);
+    store.database.tx([&] { store.blobs.name(taken.part, {1, taken.file.sha}); });
+    store.blobs.dropPart(taken.part);
+    type = taken.assetType;
+    return taken.file;
+}
+
 } // namespace
 
 /// Each function exports from SQLite and from PostgreSQL, and imports into the other one.
@@ -372,10 +383,10 @@ void WorkspaceExportTest::keepsWhatPeopleLeftBehind()
     write(QStringLiteral("one.txt"), "first bytes");
     write(QStringLiteral("two.txt"), "\x89PNG no picture");
     QString type;
-    const AssetFile one = store.uploads.adopt(path(QStringLiteral("one.txt")),
-                                              QStringLiteral("../odd \"name\"\n.TXT"), type);
+    const AssetFile one = stored(store, path(QStringLiteral("one.txt")),
+                                 QStringLiteral("../odd \"name\"\n.TXT"), type);
     const AssetFile two =
-        store.uploads.adopt(path(QStringLiteral("two.txt")), QString(300, QLatin1Char('n')), type);
+        stored(store, path(QStringLiteral("two.txt")), QString(300, QLatin1Char('n')), type);
     store.database.tx([&] {
         // A person who has left, with a theme, a project, a saved record; another one is disabled.
         store.accounts.removeMember(1, ann);
@@ -464,10 +475,10 @@ void WorkspaceExportTest::goesOnOverManyPages()
     QCOMPARE(from().counted(QStringLiteral("votes")), viewCount);
     QCOMPARE(from().counted(QStringLiteral("projects")), projectCount + 1);
     // Votes stand in the order in which they came.
-    const QList<StoredVote> votes = store.polls.votes(deployment);
+    const QList<StoredVote> votes = store.polls.votes(deployment).rows;
     Store &back = other().store();
     const QList<StoredVote> there =
-        back.polls.votes(back.deployments.find(1, deploymentGuid).value());
+        back.polls.votes(back.deployments.find(1, deploymentGuid).value()).rows;
     QCOMPARE(there.size(), votes.size());
     for (qsizetype i = 0; i < votes.size(); ++i)
         QCOMPARE(there.at(i).userGuid, votes.at(i).userGuid);
@@ -535,7 +546,7 @@ void WorkspaceExportTest::saysWhatIsLeftOut()
     write(QStringLiteral("one.txt"), "bytes");
     QString type;
     const AssetFile file =
-        store.uploads.adopt(path(QStringLiteral("one.txt")), QStringLiteral("one.txt"), type);
+        stored(store, path(QStringLiteral("one.txt")), QStringLiteral("one.txt"), type);
     store.database.tx([&] {
         store.deployments.setKey(1, deploymentGuid, QStringLiteral("a-key-of-players"));
         store.assets.addBlob(1, file);
@@ -671,7 +682,7 @@ void WorkspaceExportTest::namesTheFaultsOfTamperedFiles()
     write(QStringLiteral("one.txt"), "first bytes");
     QString type;
     const AssetFile one =
-        store.uploads.adopt(path(QStringLiteral("one.txt")), QStringLiteral("one.txt"), type);
+        stored(store, path(QStringLiteral("one.txt")), QStringLiteral("one.txt"), type);
     store.database.tx([&] {
         store.assets.addBlob(1, one);
         store.assets.add(
