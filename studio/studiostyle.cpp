@@ -178,6 +178,13 @@ void drawRadioMark(const QStyleOption &option, QPainter *painter)
     painter->restore();
 }
 
+/// What date pickers are drawn as.
+const QStyleOptionComboBox *editableBox(const QStyleOption *option)
+{
+    const auto *box = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    return box && box->editable && box->frame ? box : nullptr;
+}
+
 bool hasFrame(const QStyleOption *option)
 {
     const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
@@ -257,6 +264,20 @@ void StudioStyle::drawControl(ControlElement element, const QStyleOption *option
         return;
     }
     QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+void StudioStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                     QPainter *painter, const QWidget *widget) const
+{
+    const QStyleOptionComboBox *box = editableBox(option);
+    if (control != CC_ComboBox || !box) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    drawLineEdit(*box, painter);
+    QStyleOption arrow(*box);
+    arrow.rect = subControlRect(control, box, SC_ComboBoxArrow, widget).adjusted(4, 4, -4, -4);
+    proxy()->drawPrimitive(PE_IndicatorArrowDown, &arrow, painter, widget);
 }
 
 QSize StudioStyle::sizeFromContents(ContentsType type, const QStyleOption *option,

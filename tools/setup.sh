@@ -25,18 +25,20 @@ ensure_packages() {
     exit 1
   fi
   echo "Installing: $missing"
+  local log
+  log=$(mktemp)
   export DEBIAN_FRONTEND=noninteractive
   # shellcheck disable=SC2086 # a list of words is wanted
-  if ! apt-get install -y -q --no-install-recommends $missing >/tmp/zel-apt.$$ 2>&1; then
-    apt-get update -q >>/tmp/zel-apt.$$ 2>&1 || true
+  if ! apt-get install -y -q --no-install-recommends $missing >"$log" 2>&1; then
+    apt-get update -q >>"$log" 2>&1 || true
     # shellcheck disable=SC2086
-    if ! apt-get install -y -q --no-install-recommends $missing >>/tmp/zel-apt.$$ 2>&1; then
-      tail -20 /tmp/zel-apt.$$ >&2
+    if ! apt-get install -y -q --no-install-recommends $missing >>"$log" 2>&1; then
+      tail -20 "$log" >&2
       echo "The packages could not be installed." >&2
       exit 1
     fi
   fi
-  rm -f /tmp/zel-apt.$$
+  rm -f "$log"
 }
 
 # build PRESET [cmake options]: configures and builds.
@@ -44,6 +46,8 @@ build() {
   local preset=$1
   shift
   export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR=1
+  # Without these ccache does not keep what was compiled with a precompiled header.
+  export CCACHE_SLOPPINESS="${CCACHE_SLOPPINESS:-pch_defines,time_macros}"
   cmake --preset "$preset" "$@" >/dev/null
   cmake --build --preset "$preset" ${BUILD_TARGETS:+--target $BUILD_TARGETS}
 }

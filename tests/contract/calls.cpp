@@ -2,7 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/calls.h"
 
+#include "tests/contract/contracttls.h"
+#include "tests/interface/interfacecheck.h"
+
 #include <QUuid>
+
+#include <atomic>
+#include <mutex>
 
 namespace ZelTest {
 
@@ -39,7 +45,58 @@ const char *nameOf(Kind kind)
     return "of no kind";
 }
 
+/// What all clients of a test program share.
+struct Watch
+{
+    InterfaceCheck check;
+    std::atomic_int calls = 0;
+    std::mutex mutex;
+    QStringList faults;
+};
+
+Watch &watch()
+{
+    static Watch only;
+    return only;
+}
+
+void examine(const QXSC::CallReport &report)
+{
+    const QStringList faults =
+        watch().check.faultsOf({report.method, report.path, report.query, report.requestBody,
+                                report.status, report.headers, report.body});
+    ++watch().calls;
+    const std::lock_guard lock(watch().mutex);
+    watch().faults << faults;
+}
+
 } // namespace
+
+Client::Client(QObject *parent)
+    : QXSC::HttpServiceClient(parent)
+{
+    setNetworkPolicy(policy());
+    setCallObserver(examine);
+}
+
+QStringList takeInterfaceFaults()
+{
+    const std::lock_guard lock(watch().mutex);
+    return std::exchange(watch().faults, {});
+}
+
+int checkedCalls()
+{
+    return watch().calls;
+}
+
+QXSC::NetworkPolicy Client::policy()
+{
+    QXSC::NetworkPolicy result;
+    if (const ContractTls *tls = ContractTls::get())
+        result.caFile = tls->caFile();
+    return result;
+}
 
 bool authenticate(Client &client, const QString &address, const QString &user,
                   const QString &password, const QString &appName)

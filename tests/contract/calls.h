@@ -5,12 +5,28 @@
 #include "service/client/httpserviceclient.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
 namespace ZelTest {
 
-using Client = QXSC::HttpServiceClient;
+/// The real client, which trusts the service of the tests. Every request it sends and every answer
+/// it gets is held against the interface that the service publishes; `takeInterfaceFaults` tells
+/// what did not fit.
+class Client : public QXSC::HttpServiceClient
+{
+public:
+    explicit Client(QObject *parent = nullptr);
+
+    /// What it is told of networks from the start.
+    static QXSC::NetworkPolicy policy();
+};
+
+/// What did not fit the published interface since the last time, of all clients and threads.
+QStringList takeInterfaceFaults();
+/// How many calls have been looked at in this program.
+int checkedCalls();
 
 // The operations of the contract with their answers as return values. Errors pass through.
 

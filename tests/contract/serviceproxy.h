@@ -10,7 +10,8 @@ namespace ZelTest {
 class ServiceProxyServer;
 
 /// One loopback address in front of services, where a test decides what becomes of a call on its
-/// way and which service gets it. Works in a thread of its own, so it goes on while a call waits.
+/// way and which service gets it. By TLS it ends the encryption of both sides. Works in a thread of
+/// its own, so it goes on while a call waits.
 class ServiceProxy
 {
 public:
@@ -28,7 +29,7 @@ public:
     ServiceProxy(const ServiceProxy &) = delete;
     ServiceProxy &operator=(const ServiceProxy &) = delete;
 
-    QString address() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
+    QString address() const;
 
     /// Calls go to another service from now on; open connections end.
     void forwardTo(quint16 servicePort);

@@ -4,9 +4,9 @@
 
 namespace ZelTest {
 
-WriteHold::WriteHold(Zel::Database &database)
+WriteHold::WriteHold(Zel::Database &database, const QString &tables)
 {
-    m_thread = std::thread([this, &database] { hold(database); });
+    m_thread = std::thread([this, &database, tables] { hold(database, tables); });
     m_taken.acquire();
     if (!m_error)
         return;
@@ -20,13 +20,13 @@ WriteHold::~WriteHold()
     m_thread.join();
 }
 
-void WriteHold::hold(Zel::Database &database)
+void WriteHold::hold(Zel::Database &database, const QString &tables)
 {
     try {
         database.tx([&] {
             // A writing transaction of SQLite holds the whole file.
             if (database.address().engine == Zel::DatabaseAddress::Engine::Postgres)
-                database.runNative(QStringLiteral("LOCK TABLE project IN EXCLUSIVE MODE"));
+                database.runNative(QStringLiteral("LOCK TABLE %1 IN EXCLUSIVE MODE").arg(tables));
             m_taken.release();
             m_released.acquire();
         });

@@ -11,13 +11,14 @@
 
 namespace ZelTest {
 
-/// Somebody who writes for very long: while it lives, nobody else gets to change a project.
-/// PostgreSQL's writers wait for it, SQLite's give up after a while.
+/// Somebody who writes for very long: while it lives, nobody else gets to change a project, or
+/// another table. PostgreSQL's writers wait for it, SQLite's give up after a while.
 class WriteHold
 {
 public:
     /// Returns once the hold is taken; throws `Zel::DatabaseError` when that fails.
-    explicit WriteHold(Zel::Database &database);
+    /// @param tables what is held of PostgreSQL; of SQLite it is always everything
+    explicit WriteHold(Zel::Database &database, const QString &tables = QStringLiteral("project"));
     ~WriteHold();
     WriteHold(const WriteHold &) = delete;
     WriteHold &operator=(const WriteHold &) = delete;
@@ -26,7 +27,7 @@ public:
     void release() { m_released.release(); }
 
 private:
-    void hold(Zel::Database &database);
+    void hold(Zel::Database &database, const QString &tables);
 
     QSemaphore m_taken;
     QSemaphore m_released;

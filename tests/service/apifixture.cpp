@@ -5,8 +5,10 @@
 #include "service/store/migrations.h"
 #include "service/store/workspaceimport.h"
 #include "tests/contract/serviceprocess.h"
+#include "tests/interface/interfacecheck.h"
 
 #include <QJsonDocument>
+#include <QTest>
 
 namespace ZelTest {
 
@@ -21,19 +23,36 @@ Zel::Database &migrated(Zel::Database &database)
     return database;
 }
 
+/// What does not fit the published interface; nothing where there was no answer.
+QString interfaceFaults(const QByteArray &method, const QByteArray &target, const QByteArray &body,
+                        const HttpReply &reply)
+{
+    static InterfaceCheck check;
+    if (reply.status == 0)
+        return {};
+    const qsizetype mark = target.indexOf('?');
+    const QByteArray path = mark < 0 ? target : target.left(mark);
+    const QByteArray query = mark < 0 ? QByteArray() : target.mid(mark + 1);
+    CheckedCall call{method, path, query, body, reply.status, {}, reply.body};
+    for (auto it = reply.headers.begin(); it != reply.headers.end(); ++it)
+        call.headers << std::pair{it.key(), it.value()};
+    return check.faultsOf(call).join(QLatin1Char('\n'));
+}
+
 } // namespace
 
 ApiFixture::ApiFixture(const Zel::DatabaseAddress &address,
-                       const Zel::ThumbnailMaker &thumbnailMaker)
+                       const Zel::ThumbnailMaker &thumbnailMaker, Zel::BlobKind blobs)
     : m_now(start)
     , m_database(address, Zel::Database::Missing::Create)
     , m_store(
           migrated(m_database), Zel::PasswordHasher::Cost::Minimal, [this] { return m_now.load(); },
-          m_files.path(), thumbnailMaker)
+          {blobs, m_files.path()}, thumbnailMaker)
     , m_api(m_store)
     , m_server(options())
 {
     importWorkspace(m_store, Zel::WorkspaceFiles::read(ServiceProcess::sampleWorkspace()));
+    m_api.monitor().setServer([this] { return m_server.figures(); });
     m_server.start();
 }
 
@@ -41,7 +60,18 @@ Zel::Service::HttpServerOptions ApiFixture::options() const
 {
     Zel::Service::HttpServerOptions result;
     result.plan = [this](const Zel::Service::HttpRequest &head) { return m_api.plan(head); };
+    result.log = [this](const Zel::Service::HttpLogEntry &entry) { m_api.monitor().count(entry); };
     return result;
+}
+
+HttpReply ApiFixture::request(const QByteArray &method, const QByteArray &target,
+                              const QByteArray &body, const QByteArrayList &headers) const
+{
+    const HttpReply reply = HttpProbe::request(port(), method, target, body, headers);
+    const QString faults = interfaceFaults(method, target, body, reply);
+    if (!faults.isEmpty())
+        QTest::qFail(qPrintable(faults), __FILE__, __LINE__);
+    return reply;
 }
 
 HttpReply ApiFixture::call(const QByteArray &method, const QByteArray &target, const QString &token,
@@ -50,7 +80,7 @@ HttpReply ApiFixture::call(const QByteArray &method, const QByteArray &target, c
     QByteArrayList headers;
     if (!token.isEmpty())
         headers << "Authorization: Bearer " + token.toUtf8();
-    return HttpProbe::request(port(), method, target, body, headers);
+    return request(method, target, body, headers);
 }
 
 HttpReply ApiFixture::call(const QByteArray &method, const QByteArray &target, const QString &token,

@@ -21,7 +21,8 @@ class ApiFixture
 {
 public:
     explicit ApiFixture(const Zel::DatabaseAddress &address,
-                        const Zel::ThumbnailMaker &thumbnailMaker = Zel::Thumbnails::decodeFile);
+                        const Zel::ThumbnailMaker &thumbnailMaker = Zel::Thumbnails::decodeFile,
+                        Zel::BlobKind blobs = Zel::BlobKind::Files);
 
     quint16 port() const { return m_server.port(); }
 
@@ -29,9 +30,17 @@ public:
 
     Zel::Database &database() { return m_database; }
 
+    Zel::Service::Monitor &monitor() const { return m_api.monitor(); }
+
     void advance(qint64 milliseconds) { m_now += milliseconds; }
 
     qint64 now() const { return m_now; }
+
+    /// One request. Here, and so in all that follow, the test fails when the answer, or a request
+    /// that was taken, does not fit the interface that the service publishes.
+    HttpReply request(const QByteArray &method, const QByteArray &target,
+                      const QByteArray &body = QByteArray(),
+                      const QByteArrayList &headers = {}) const;
 
     /// One call; `token` empty for none.
     HttpReply call(const QByteArray &method, const QByteArray &target, const QString &token,

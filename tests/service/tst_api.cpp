@@ -306,8 +306,8 @@ void ApiTest::refusesEveryCallWithoutASession()
         QCOMPARE(reply.code(), QStringLiteral("signed-out"));
         QCOMPARE(reply.headers.value("www-authenticate"), QByteArray("Bearer"));
     }
-    const HttpReply basic = HttpProbe::request(m_api->port(), method, target, "{}",
-                                               {"Authorization: Basic " + good.toLatin1()});
+    const HttpReply basic =
+        m_api->request(method, target, "{}", {"Authorization: Basic " + good.toLatin1()});
     QCOMPARE(basic.status, 401);
     m_api->advance(12LL * 60 * 60 * 1000);
     QCOMPARE(m_api->call(method, target, good, QByteArray("{}")).status, 401);
@@ -446,8 +446,11 @@ void ApiTest::answersAnEmptyListForATypeWithoutProjects()
         m_api->store().projects.storeType(nordlicht,
                                           {QStringLiteral("a b/ü"), QStringLiteral("x"), 3});
     });
-    const HttpReply reply = m_api->call("GET", "/v1/projects?other=1&type=a%20b%2F%c3%bc",
-                                        m_api->token(tomas, nordlicht));
+    const QByteArray token = m_api->token(tomas, nordlicht).toLatin1();
+    // Not by the fixture: a parameter that nobody knows is passed over, but fits no interface.
+    const HttpReply reply =
+        HttpProbe::request(m_api->port(), "GET", "/v1/projects?other=1&type=a%20b%2F%c3%bc", {},
+                           {"Authorization: Bearer " + token});
     QCOMPARE(reply.json().value(QLatin1String("projects")).toObject().value(QLatin1String("rows")),
              QJsonValue(QJsonArray()));
 }
@@ -708,7 +711,7 @@ void ApiTest::refusesForeignPages()
     QFETCH(QByteArray, headers);
     QFETCH(int, status);
     HttpProbe probe(m_api->port());
-    probe.send("GET /healthz HTTP/1.1\r\n" +
+    probe.send("GET /nexo/tools_v2/Components/studio.css HTTP/1.1\r\n" +
                headers.replace("PORT", QByteArray::number(m_api->port())) + "\r\n\r\n");
     const HttpReply reply = probe.read();
     QCOMPARE(reply.status, status);

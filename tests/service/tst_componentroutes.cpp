@@ -10,7 +10,6 @@
 #include <memory>
 
 using ZelTest::ApiFixture;
-using ZelTest::HttpProbe;
 using ZelTest::HttpReply;
 
 namespace {
@@ -91,14 +90,12 @@ void ComponentRoutesTest::sendsAFileOnce()
     QVERIFY(tag.size() > 10);
     // Asked for each time, so that the next version of the service is not shown with old scripts.
     QCOMPARE(first.headers.value("cache-control"), QByteArray("no-cache"));
-    const HttpReply again = HttpProbe::request(m_api->port(), "GET", folder + "colour/page.js", "",
-                                               {"If-None-Match: " + tag});
+    const HttpReply again =
+        m_api->request("GET", folder + "colour/page.js", "", {"If-None-Match: " + tag});
     QCOMPARE(again.status, 304);
     QCOMPARE(again.body, QByteArray());
     QVERIFY(get("slides/page.js").headers.value("etag") != tag);
-    QCOMPARE(HttpProbe::request(m_api->port(), "GET", folder + "slides/page.js", "",
-                                {"If-None-Match: " + tag})
-                 .status,
+    QCOMPARE(m_api->request("GET", folder + "slides/page.js", "", {"If-None-Match: " + tag}).status,
              200);
 }
 

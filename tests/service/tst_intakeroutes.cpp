@@ -16,7 +16,6 @@
 
 using namespace Zel;
 using ZelTest::ApiFixture;
-using ZelTest::HttpProbe;
 using ZelTest::HttpReply;
 
 namespace {
@@ -106,9 +105,8 @@ private:
 
     HttpReply send(const QByteArray &what, const QByteArray &json, const QByteArray &header) const
     {
-        return HttpProbe::request(m_api->port(), "POST",
-                                  "/v1/deployments/" + m_deployment.toUtf8() + '/' + what, json,
-                                  {header});
+        return m_api->request("POST", "/v1/deployments/" + m_deployment.toUtf8() + '/' + what, json,
+                              {header});
     }
 
     DeploymentRef ref()
@@ -293,8 +291,8 @@ void IntakeRoutesTest::refusesBodiesOfAnotherForm()
         QCOMPARE(outcome(send(what, R"({"rows":[{}]})", key)),
                  QStringLiteral("0 0 0 | 0: \"id\" is missing."));
     }
-    const HttpReply reply = HttpProbe::request(
-        m_api->port(), "DELETE", "/v1/deployments/" + m_deployment.toUtf8() + "/page-views");
+    const HttpReply reply =
+        m_api->request("DELETE", "/v1/deployments/" + m_deployment.toUtf8() + "/page-views");
     QCOMPARE(reply.status, 405);
     QCOMPARE(reply.headers.value("allow"), QByteArray("GET, POST"));
 }

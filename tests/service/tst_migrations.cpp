@@ -5,11 +5,15 @@
 #include "service/store/database.h"
 #include "service/store/databaseerror.h"
 #include "service/store/store.h"
+#include "service/store/unfinishedcopy.h"
+#include "tests/service/steprows.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTest>
@@ -54,9 +58,27 @@ class MigrationsTest : public ZelTest::TestCase
 
 private slots:
 
+    void everyStepHasRowsInEveryTableOfItsOwn_data() { bothEngines(); }
+
+    void everyStepHasRowsInEveryTableOfItsOwn();
+
     void reachesTheLastStepFromEveryEarlierOne_data() { bothEngines(); }
 
     void reachesTheLastStepFromEveryEarlierOne();
+
+    void leavesTheFormerStepWholeWhenOneFails_data() { bothEngines(); }
+
+    void leavesTheFormerStepWholeWhenOneFails();
+
+    void leavesAWholeStepWhenKilled();
+
+    void refusesWhatACopyDidNotEndIn_data() { bothEngines(); }
+
+    void refusesWhatACopyDidNotEndIn();
+
+    void givesTheMarkToOneCopyAtATime_data() { bothEngines(); }
+
+    void givesTheMarkToOneCopyAtATime();
 
     void doesNothingTheSecondTime_data() { bothEngines(); }
 
@@ -100,19 +122,138 @@ private:
     ZelTest::TestDatabases m_databases;
 };
 
+void MigrationsTest::everyStepHasRowsInEveryTableOfItsOwn()
+{
+    Database database(fresh(), Database::Missing::Create);
+    for (int step = 1; step <= Migrations::latestVersion(); ++step) {
+        ZelTest::fillUpTo(database, step);
+        for (const TableSum &table : ZelTest::sumsOf(database))
+            QVERIFY2(
+                table.rows > 0,
+                qPrintable(QStringLiteral("step %1 needs rows in %2").arg(step).arg(table.table)));
+    }
+}
+
 void MigrationsTest::reachesTheLastStepFromEveryEarlierOne()
 {
     for (int from = 0; from <= Migrations::latestVersion(); ++from) {
         Database database(fresh(), Database::Missing::Create);
         Migrations migrations(database);
         QCOMPARE(migrations.currentVersion(), 0);
-        QCOMPARE(migrations.migrate(from), from);
+        ZelTest::fillUpTo(database, from);
         QCOMPARE(migrations.currentVersion(), from);
+        const QList<TableInfo> tables = readContentTables(database);
+        const QList<TableSum> before = ZelTest::sumsOf(database, tables);
         QCOMPARE(migrations.migrate(), Migrations::latestVersion() - from);
         migrations.requireCurrent();
+        const QList<TableSum> after = ZelTest::sumsOf(database, tables);
+        for (qsizetype i = 0; i < before.size(); ++i)
+            QVERIFY2(before.at(i) == after.at(i), qPrintable(before.at(i).table));
         Store store(database, PasswordHasher::Cost::Minimal);
-        QVERIFY(!store.users.find(QStringLiteral("nobody")));
+        QCOMPARE(store.users.find(QStringLiteral("BOB")).has_value(), from > 0);
     }
+}
+
+void MigrationsTest::leavesTheFormerStepWholeWhenOneFails()
+{
+    for (int from = 1; from < Migrations::latestVersion(); ++from) {
+        Database database(fresh(), Database::Missing::Create);
+        ZelTest::fillUpTo(database, from);
+        const QList<TableInfo> tables = readContentTables(database);
+        const QList<TableSum> before = ZelTest::sumsOf(database, tables);
+        // What the last step makes last, of what no earlier one makes, is there already.
+        static const QRegularExpression made(QStringLiteral("^CREATE (TABLE|INDEX) (\\w+)"));
+        QString last;
+        QStringList known;
+        for (int step = 1; step <= Migrations::latestVersion(); ++step) {
+            for (const QString &sql : Migrations::statements(step, database.address().engine)) {
+                const QString name = made.match(sql).captured(2);
+                if (step < Migrations::latestVersion())
+                    known << name;
+                else if (!name.isEmpty() && !known.contains(name))
+                    last = name;
+            }
+        }
+        QVERIFY(!last.isEmpty());
+        database.tx([&] {
+            database.runNative(QStringLiteral("CREATE TABLE %1 (in_the_way TEXT)").arg(last));
+        });
+        QVERIFY_THROWS_EXCEPTION(DatabaseError, Migrations(database).migrate());
+        QCOMPARE(Migrations(database).currentVersion(), from);
+        database.tx([&] { database.runNative(QStringLiteral("DROP TABLE %1").arg(last)); });
+        QCOMPARE(readContentTables(database).size(), tables.size());
+        QCOMPARE(ZelTest::sumsOf(database, tables), before);
+        QCOMPARE(Migrations(database).migrate(), Migrations::latestVersion() - from);
+    }
+}
+
+void MigrationsTest::leavesAWholeStepWhenKilled()
+{
+    constexpr int kills = 20;
+    int finished = 0;
+    for (int round = 0; round < kills; ++round) {
+        const DatabaseAddress address = m_databases.fresh(false);
+        QList<TableInfo> tables;
+        QList<TableSum> before;
+        {
+            Database database(address, Database::Missing::Create);
+            ZelTest::fillUpTo(database, 1);
+            tables = readContentTables(database);
+            before = ZelTest::sumsOf(database, tables);
+        }
+        QProcess process;
+        process.start(QStringLiteral(ZEL_BIN_DIR "/zel-service"),
+                      {QStringLiteral("migrate"), QStringLiteral("--database"), address.file});
+        QVERIFY(process.waitForStarted());
+        QTest::qSleep(4 * round);
+        process.kill();
+        process.waitForFinished();
+        Database database(address);
+        const int step = Migrations(database).currentVersion();
+        QVERIFY2(step == 1 || step == Migrations::latestVersion(),
+                 qPrintable(QString::number(step)));
+        finished += step > 1 ? 1 : 0;
+        QCOMPARE(ZelTest::sumsOf(database, tables), before);
+        QCOMPARE(Migrations(database).migrate(), Migrations::latestVersion() - step);
+    }
+    QVERIFY2(finished < kills, "no kill came before the end");
+}
+
+void MigrationsTest::refusesWhatACopyDidNotEndIn()
+{
+    Database database(fresh(), Database::Missing::Create);
+    const QString token = UnfinishedCopy(database).begin();
+    QCOMPARE(errorOf([&] { Migrations(database).migrate(); }).kind(),
+             DatabaseError::Kind::Unfinished);
+    QCOMPARE(errorOf([&] { Migrations(database).requireCurrent(); }).kind(),
+             DatabaseError::Kind::Unfinished);
+    QCOMPARE(Migrations(database).currentVersion(), 0);
+    database.tx([&] {
+        UnfinishedCopy(database).hold(token);
+        UnfinishedCopy(database).end();
+    });
+    QCOMPARE(Migrations(database).migrate(), Migrations::latestVersion());
+}
+
+void MigrationsTest::givesTheMarkToOneCopyAtATime()
+{
+    Database database(fresh(), Database::Missing::Create);
+    const QString first = UnfinishedCopy(database).begin();
+    const QString second =
+        UnfinishedCopy(database).begin([] { throw std::logic_error("there is a mark"); });
+    QVERIFY(first != second);
+    QCOMPARE(errorOf([&] { database.tx([&] { UnfinishedCopy(database).hold(first); }); }).kind(),
+             DatabaseError::Kind::Busy);
+    database.tx([&] {
+        UnfinishedCopy(database).hold(second);
+        DatabaseError::Kind kind{};
+        std::thread other([&] {
+            Database again(database.address());
+            kind = errorOf([&] { UnfinishedCopy(again).begin(); }).kind();
+        });
+        other.join();
+        QCOMPARE(kind, DatabaseError::Kind::Busy);
+    });
 }
 
 void MigrationsTest::doesNothingTheSecondTime()

@@ -44,7 +44,8 @@ Theme themeNamed(const QString &name, qint64 account = 0, const QString &themeGu
 
 } // namespace
 
-/// Each function runs on SQLite and on PostgreSQL.
+/// Each function runs on SQLite and on PostgreSQL, with the bytes of previews in files and in the
+/// database.
 class ThemesTest : public ZelTest::TestCase
 {
     Q_OBJECT
@@ -54,8 +55,11 @@ private slots:
     void initTestCase_data()
     {
         QTest::addColumn<bool>("postgres");
-        QTest::newRow("sqlite") << false;
-        QTest::newRow("postgres") << true;
+        QTest::addColumn<bool>("chunks");
+        QTest::newRow("sqlite, files") << false << false;
+        QTest::newRow("sqlite, chunks") << false << true;
+        QTest::newRow("postgres, files") << true << false;
+        QTest::newRow("postgres, chunks") << true << true;
     }
 
     void init();
@@ -100,16 +104,17 @@ private:
         m_database->tx([&] { m_store->accounts.add({id, QStringLiteral("Account")}); });
     }
 
-    ThemePreview storePreview(const QByteArray &bytes)
+    void storePreview(Theme &theme, const QByteArray &bytes)
     {
-        m_store->themes.storePreview(shaOf(bytes), bytes);
-        return {shaOf(bytes), QStringLiteral("image/png"), bytes.size()};
+        MemorySource source(bytes);
+        m_store->blobs.add({theme.accountId, shaOf(bytes)}, source, {});
+        theme.preview = {shaOf(bytes), QStringLiteral("image/png"), bytes.size()};
     }
 
-    QByteArray stored(const QString &sha)
+    QByteArray stored(const Theme &theme, const QString &sha)
     {
-        QFile file(m_store->blobs.blobPath(sha));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
+        const auto source = m_store->blobs.open({theme.accountId, sha});
+        return source ? source->readAll() : QByteArray("none");
     }
 
     ZelTest::TestDatabases m_databases;
@@ -122,11 +127,13 @@ void ThemesTest::init()
 {
     TestCase::init();
     QFETCH_GLOBAL(bool, postgres);
+    QFETCH_GLOBAL(bool, chunks);
     m_files = std::make_unique<QTemporaryDir>();
     m_database = std::make_unique<Database>(m_databases.fresh(postgres), Database::Missing::Create);
     Migrations(*m_database).migrate();
-    m_store = std::make_unique<Store>(*m_database, PasswordHasher::Cost::Minimal, systemClock(),
-                                      m_files->path());
+    m_store = std::make_unique<Store>(
+        *m_database, PasswordHasher::Cost::Minimal, systemClock(),
+        BlobPlace(chunks ? BlobKind::Database : BlobKind::Files, m_files->path()));
 }
 
 void ThemesTest::cleanup()
@@ -139,7 +146,7 @@ void ThemesTest::cleanup()
 void ThemesTest::givesBackWhatWasStored()
 {
     Theme theme = themeNamed(QStringLiteral("Name"), 7);
-    theme.preview = storePreview("bytes");
+    storePreview(theme, "bytes");
     m_database->tx([&] { m_store->themes.add(theme); });
     QCOMPARE(m_store->themes.withGuid(guid), QList<Theme>{theme});
     QCOMPARE(listed(7, QString(), Themes::Scope::Account), QList<Theme>{theme});
@@ -147,7 +154,7 @@ void ThemesTest::givesBackWhatWasStored()
     QCOMPARE(listed(8, QString(), Themes::Scope::Full), QList<Theme>());
     QCOMPARE(listed(7, QString(), Themes::Scope::Global), QList<Theme>());
     QCOMPARE(listed(7, QString(), Themes::Scope::User), QList<Theme>());
-    QCOMPARE(stored(theme.preview.sha), QByteArray("bytes"));
+    QCOMPARE(stored(theme, theme.preview.sha), QByteArray("bytes"));
     QVERIFY(m_store->themes.withGuid(otherGuid).isEmpty());
 }
 
@@ -168,7 +175,7 @@ void ThemesTest::changesEveryField()
     theme.createdAt = 1;
     theme.modifiedAt = 2;
     theme.definition.clear();
-    theme.preview = storePreview("bytes");
+    storePreview(theme, "bytes");
     m_database->tx([&] { m_store->themes.change(theme); });
     QCOMPARE(listed(7, ann.userId, Themes::Scope::User), QList<Theme>{theme});
     QVERIFY(listed(7, ann.userId, Themes::Scope::Account).isEmpty());
@@ -249,16 +256,17 @@ void ThemesTest::refusesTemplatesOfAThemeThatIsNotThere()
 void ThemesTest::answersThePreviewToItsAccountOnly()
 {
     Theme theme = themeNamed(QStringLiteral("Name"), 7);
-    theme.preview = storePreview("one");
+    storePreview(theme, "one");
     Theme everybodys = themeNamed(QStringLiteral("Name"), 0, otherGuid);
-    everybodys.preview = storePreview("two");
+    storePreview(everybodys, "two");
     m_database->tx([&] {
         m_store->themes.add(theme);
         m_store->themes.add(everybodys);
     });
-    QCOMPARE(m_store->themes.preview(7, guid).value(), theme.preview);
+    QCOMPARE(m_store->themes.preview(7, guid)->preview, theme.preview);
     QVERIFY(!m_store->themes.preview(8, guid));
-    QCOMPARE(m_store->themes.preview(8, otherGuid).value(), everybodys.preview);
+    QCOMPARE(m_store->themes.preview(8, otherGuid)->preview, everybodys.preview);
+    QCOMPARE(m_store->themes.preview(8, otherGuid)->accountId, 0);
     QVERIFY(!m_store->themes.preview(7, QStringLiteral("none")));
 }
 
@@ -266,7 +274,7 @@ void ThemesTest::keepsBytesThatAPreviewAndAnAssetShare()
 {
     addAccount(7);
     Theme theme = themeNamed(QStringLiteral("Name"));
-    theme.preview = storePreview("shared");
+    storePreview(theme, "shared");
     m_database->tx([&] {
         m_store->themes.add(theme);
         // A blob that no asset names any more, as a purge finds it.
@@ -274,22 +282,22 @@ void ThemesTest::keepsBytesThatAPreviewAndAnAssetShare()
             7, {QStringLiteral("a.png"), theme.preview.sha, QStringLiteral("image/png"), 6, false});
     });
     m_store->assets.purge(0);
-    QCOMPARE(stored(theme.preview.sha), QByteArray("shared"));
-    QCOMPARE(m_store->themes.preview(7, guid).value(), theme.preview);
+    QCOMPARE(stored(theme, theme.preview.sha), QByteArray("shared"));
+    QCOMPARE(m_store->themes.preview(7, guid)->preview, theme.preview);
 }
 
 void ThemesTest::removesFormerPreviewsWithTheTrash()
 {
     Theme theme = themeNamed(QStringLiteral("Name"));
-    theme.preview = storePreview("former");
+    storePreview(theme, "former");
     const QString former = theme.preview.sha;
     m_database->tx([&] { m_store->themes.add(theme); });
-    theme.preview = storePreview("present");
+    storePreview(theme, "present");
     m_database->tx([&] { m_store->themes.change(theme); });
-    QCOMPARE(stored(former), QByteArray("former"));
+    QCOMPARE(stored(theme, former), QByteArray("former"));
     m_store->assets.purge(0);
-    QCOMPARE(stored(former), QByteArray("none"));
-    QCOMPARE(stored(theme.preview.sha), QByteArray("present"));
+    QCOMPARE(stored(theme, former), QByteArray("none"));
+    QCOMPARE(stored(theme, theme.preview.sha), QByteArray("present"));
 }
 
 void ThemesTest::comesToDatabasesThatHoldProjects()

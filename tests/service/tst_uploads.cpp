@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/databaseblobs.h"
 #include "tests/service/apifixture.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
@@ -10,10 +11,15 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRandomGenerator>
+#include <QSet>
 #include <QTest>
 #include <QUrl>
 
 #include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 using namespace ZelTest;
 using Zel::Uploads;
@@ -67,13 +73,29 @@ class UploadsTest : public TestCase
 
 private slots:
 
+    void initTestCase_data()
+    {
+        QTest::addColumn<bool>("postgres");
+        QTest::addColumn<bool>("chunks");
+        QTest::newRow("sqlite, files") << false << false;
+        QTest::newRow("sqlite, chunks") << false << true;
+        QTest::newRow("postgres, chunks") << true << true;
+    }
+
     void init()
     {
         TestCase::init();
+        QFETCH_GLOBAL(bool, postgres);
+        QFETCH_GLOBAL(bool, chunks);
+        m_chunks = chunks;
         // One service for all rows of a function.
-        if (m_function != QTest::currentTestFunction()) {
-            m_api = std::make_unique<ApiFixture>(m_databases.fresh(false));
-            m_function = QTest::currentTestFunction();
+        const QByteArray function = QTest::currentTestFunction() + QByteArray::number(postgres) +
+                                    QByteArray::number(chunks);
+        if (m_function != function) {
+            m_api.reset();
+            m_api = std::make_unique<ApiFixture>(m_databases.fresh(postgres),
+                                                 Zel::Thumbnails::decodeFile, kind());
+            m_function = function;
         }
         m_token = m_api->token(maja, harbour);
     }
@@ -101,8 +123,13 @@ private slots:
     void keepsEqualBytesOnce();
     void answersTagsAndRanges_data();
     void answersTagsAndRanges();
+    void answersAnyRangeOfALongFile();
     void sendsFilesAsNothingThatActs();
     void endsAddressesOfThumbnailsOnly();
+
+    void manyCommitsAtOnceMakeOneAsset();
+    void addressesLeadNowhereElse_data();
+    void addressesLeadNowhereElse();
 
 private:
     HttpReply call(const QByteArray &method, const QByteArray &target,
@@ -169,14 +196,45 @@ private:
             .toArray();
     }
 
-    QStringList parts() const
+    Zel::BlobKind kind() const { return m_chunks ? Zel::BlobKind::Database : Zel::BlobKind::Files; }
+
+    /// How many files are on their way.
+    qint64 parts() const
     {
-        return QDir(m_api->files() + QStringLiteral("/uploads")).entryList(QDir::Files);
+        if (!m_chunks)
+            return QDir(m_api->files() + QStringLiteral("/uploads")).entryList(QDir::Files).size();
+        return m_api->database()
+            .runNative(QStringLiteral("SELECT COUNT(*) FROM blob_content WHERE sha IS NULL"))
+            .toLongLong();
+    }
+
+    /// Begins to send a file and returns when the service waits for its bytes.
+    void begin(HttpProbe &probe, const QByteArray &upload, qint64 size) const
+    {
+        probe.send(
+            "PUT " + upload + "/files/0?offset=0 HTTP/1.1\r\nHost: 127.0.0.1:" +
+            QByteArray::number(m_api->port()) + "\r\nAuthorization: Bearer " + m_token.toLatin1() +
+            "\r\nExpect: 100-continue\r\nContent-Length: " + QByteArray::number(size) + "\r\n\r\n");
+        QCOMPARE(probe.read().status, 100);
+    }
+
+    /// The bytes as another daemon of the same database sees them.
+    std::unique_ptr<Zel::Store> otherDaemon()
+    {
+        return std::make_unique<Zel::Store>(
+            m_api->database(), Zel::PasswordHasher::Cost::Minimal, [this] { return m_api->now(); },
+            Zel::BlobPlace(kind(), m_api->files()));
+    }
+
+    static Zel::PartId partOf(const QByteArray &upload)
+    {
+        return {harbour, QString::fromLatin1(upload.mid(upload.lastIndexOf('/') + 1)), 0};
     }
 
     TestDatabases m_databases;
     std::unique_ptr<ApiFixture> m_api;
     QByteArray m_function;
+    bool m_chunks = false;
     QString m_token;
 };
 
@@ -224,7 +282,7 @@ void UploadsTest::refusesWhatIsNoUpload()
     const HttpReply reply = call("POST", "/v1/uploads", body);
     QCOMPARE(reply.status, status);
     QVERIFY2(detailOf(reply).contains(word), reply.body.constData());
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
 }
 
 void UploadsTest::refusesWhatHasNoRoom()
@@ -320,10 +378,8 @@ void UploadsTest::letsOneCallWriteAFile()
 {
     const QByteArray upload = reserve({4});
     HttpProbe slow(m_api->port());
-    slow.send("PUT " + upload + "/files/0?offset=0 HTTP/1.1\r\nHost: 127.0.0.1:" +
-              QByteArray::number(m_api->port()) + "\r\nAuthorization: Bearer " +
-              m_token.toLatin1() + "\r\nContent-Length: 4\r\n\r\nab");
-    QTRY_COMPARE(parts().size(), 1);
+    begin(slow, upload, 4);
+    slow.send("ab");
     HttpReply reply = put(upload, 0, "");
     QCOMPARE(reply.code(), QStringLiteral("busy"));
     QVERIFY2(detailOf(reply).contains(QLatin1String("\"file 0.bin\"")), reply.body.constData());
@@ -339,10 +395,8 @@ void UploadsTest::keepsWhatCameBeforeTheConnectionBroke()
     const QByteArray upload = reserve({10});
     {
         HttpProbe broken(m_api->port());
-        broken.send("PUT " + upload + "/files/0?offset=0 HTTP/1.1\r\nHost: 127.0.0.1:" +
-                    QByteArray::number(m_api->port()) + "\r\nAuthorization: Bearer " +
-                    m_token.toLatin1() + "\r\nContent-Length: 10\r\n\r\n" + bytes.left(6));
-        QTRY_COMPARE(parts().size(), 1);
+        begin(broken, upload, 10);
+        broken.send(bytes.left(6));
     }
     QTRY_COMPARE(receivedOf(put(upload, 0, "")), 6);
     QCOMPARE(receivedOf(put(upload, 6, bytes.mid(6))), 10);
@@ -375,7 +429,7 @@ void UploadsTest::becomesAnAssetOnce()
     QCOMPARE(commit(upload, {sha("abcd"), sha("ef")}).body, first.body);
     QCOMPARE(listed().size(), 1);
     QCOMPARE(put(upload, 0, "").status, 404);
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
     // Given up afterwards it stays an asset.
     QCOMPARE(call("DELETE", upload).status, 204);
     QCOMPARE(listed().size(), 1);
@@ -428,23 +482,26 @@ void UploadsTest::refusesWhatAreNoChecksums()
 /// in between are seen all the same.
 void UploadsTest::checksWhatAnotherDaemonTookIn()
 {
-    const auto append = [this](const char *bytes) {
-        QFile part(m_api->files() + QStringLiteral("/uploads/") + parts().value(0));
-        return part.open(QIODevice::Append) && part.write(bytes) > 0;
+    const auto other = otherDaemon();
+    const auto append = [&other](const QByteArray &upload, const QByteArray &bytes) {
+        const auto part = other->blobs.openPart(partOf(upload));
+        part->append(bytes.constData(), bytes.size());
+        part->flush();
     };
     const QByteArray upload = reserve({6});
     put(upload, 0, "ab");
-    QVERIFY(append("cd"));
+    append(upload, "cd");
     QCOMPARE(receivedOf(put(upload, 4, "ef")), 6);
     QCOMPARE(commit(upload, {sha("abcdef")}).status, 201);
 
     const QByteArray begunAnew = reserve({4});
     put(begunAnew, 0, "xx");
-    const QString path = m_api->files() + QStringLiteral("/uploads/") + parts().value(0);
-    QFile fresh(path + QStringLiteral(".new"));
-    QVERIFY(fresh.open(QIODevice::WriteOnly) && fresh.write("ab") == 2);
-    fresh.close();
-    QVERIFY(QFile::remove(path) && fresh.rename(path));
+    // Held, so that a file begun anew is another one to the system.
+    QFile former(m_api->files() + QStringLiteral("/uploads/") + partOf(begunAnew).uploadId +
+                 QStringLiteral("-0"));
+    QCOMPARE(former.open(QIODevice::ReadOnly), !m_chunks);
+    other->blobs.dropPart(partOf(begunAnew));
+    append(begunAnew, "ab");
     put(begunAnew, 2, "cd");
     QCOMPARE(commit(begunAnew, {sha("abcd")}).status, 201);
 }
@@ -475,23 +532,23 @@ void UploadsTest::forgetsUploadsAfterADay()
     m_api->advance(1);
     QCOMPARE(put(upload, 3, "d").status, 404);
     QCOMPARE(commit(upload, {sha("abcd")}).status, 404);
-    QCOMPARE(parts().size(), 1);
+    QCOMPARE(parts(), 1);
     reserve({1}); // the next one of the account clears up
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
 
     put(reserve({4}), 0, "ab");
     m_api->advance(Uploads::lifeMs);
     m_api->store().uploads.forgetExpired();
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
 }
 
 void UploadsTest::dropsUploads()
 {
     const QByteArray upload = reserve({4});
     put(upload, 0, "ab");
-    QCOMPARE(parts().size(), 1);
+    QCOMPARE(parts(), 1);
     QCOMPARE(call("DELETE", upload).status, 204);
-    QCOMPARE(parts(), QStringList());
+    QCOMPARE(parts(), 0);
     QCOMPARE(call("DELETE", upload).status, 404);
     QCOMPARE(put(upload, 2, "cd").status, 404);
     QCOMPARE(call("DELETE", "/v1/uploads/..%2F..%2Flock").status, 404);
@@ -503,17 +560,17 @@ void UploadsTest::keepsEqualBytesOnce()
     const QByteArray second = newAsset("same");
     QVERIFY(first != second);
     Zel::Store &store = m_api->store();
-    const QString blob = store.blobs.blobPath(QString::fromLatin1(sha("same")));
-    QVERIFY(QFile::exists(blob));
+    const Zel::BlobId blob{harbour, QString::fromLatin1(sha("same"))};
+    QVERIFY(store.blobs.has(blob));
     const auto purgeOne = [&](const QByteArray &guid) {
         QCOMPARE(call("DELETE", "/v1/assets/" + guid).status, 204);
         QCOMPARE(store.assets.purge(m_api->now() + 1), 1);
     };
     purgeOne(first);
-    QVERIFY(QFile::exists(blob));
+    QVERIFY(store.blobs.has(blob));
     QCOMPARE(m_api->call("GET", addressOf(second), QString()).body, QByteArray("same"));
     purgeOne(second);
-    QVERIFY(!QFile::exists(blob));
+    QVERIFY(!store.blobs.has(blob));
 }
 
 void UploadsTest::answersTagsAndRanges_data()
@@ -564,8 +621,7 @@ void UploadsTest::answersTagsAndRanges()
     const QByteArray tag = '"' + sha(whole) + '"';
     for (QByteArray &header : headers)
         header.replace("TAG", tag);
-    const HttpReply reply =
-        HttpProbe::request(m_api->port(), "GET", address, QByteArray(), headers);
+    const HttpReply reply = m_api->request("GET", address, QByteArray(), headers);
     QCOMPARE(reply.status, status);
     if (status == 416) {
         QCOMPARE(reply.headers.value("content-range"), QByteArray("bytes */10"));
@@ -573,10 +629,33 @@ void UploadsTest::answersTagsAndRanges()
     }
     QCOMPARE(reply.body, body);
     QCOMPARE(reply.headers.value("etag"), tag);
-    const HttpReply head =
-        HttpProbe::request(m_api->port(), "HEAD", address, QByteArray(), headers);
+    const HttpReply head = m_api->request("HEAD", address, QByteArray(), headers);
     QCOMPARE(head.status, status);
     QCOMPARE(head.headers.value("content-length"), reply.headers.value("content-length"));
+}
+
+void UploadsTest::answersAnyRangeOfALongFile()
+{
+    QByteArray bytes(5'000'001, Qt::Uninitialized);
+    QRandomGenerator random(20261121);
+    for (char &byte : bytes)
+        byte = static_cast<char>(random.generate());
+    const QByteArray address = addressOf(newAsset(bytes));
+    const auto range = [&](qint64 first, qint64 last) {
+        return HttpProbe::request(
+            m_api->port(), "GET", address, QByteArray(),
+            {"Range: bytes=" + QByteArray::number(first) + '-' + QByteArray::number(last)});
+    };
+    constexpr qint64 border = Zel::DatabaseBlobs::chunkBytes;
+    QCOMPARE(range(border - 2, border + 1).body, bytes.mid(border - 2, 4));
+    for (int i = 0; i < 100; ++i) {
+        const qint64 first = random.bounded(bytes.size());
+        const qint64 last = random.bounded(first, bytes.size());
+        const HttpReply reply = range(first, last);
+        QCOMPARE(reply.status, 206);
+        QVERIFY(reply.body == bytes.mid(first, last - first + 1));
+    }
+    QVERIFY(m_api->call("GET", address, QString()).body == bytes);
 }
 
 void UploadsTest::sendsFilesAsNothingThatActs()
@@ -615,6 +694,86 @@ void UploadsTest::endsAddressesOfThumbnailsOnly()
     QCOMPARE(ended.code(), QStringLiteral("expired-address"));
     m_api->advance(20LL * 365 * 24 * hour);
     QCOMPARE(status(address), 200);
+}
+
+/// By two daemons of the same database.
+void UploadsTest::manyCommitsAtOnceMakeOneAsset()
+{
+    const auto other = otherDaemon();
+    const auto session = m_api->store().sessions.find(m_token);
+    const Zel::AssetUser user{harbour, session->userId, session->role};
+    for (int round = 0; round < 5; ++round) {
+        const qsizetype before = listed().size();
+        const QByteArray bytes = "round " + QByteArray::number(round);
+        const QByteArray upload = reserve({bytes.size()});
+        QCOMPARE(put(upload, 0, bytes).status, 200);
+        const QString id = partOf(upload).uploadId;
+        const QStringList checksums{QString::fromLatin1(sha(bytes))};
+        std::mutex mutex;
+        QSet<QString> guids;
+        QList<int> outcomes;
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 8; ++i) {
+            threads.emplace_back([&, i] {
+                Zel::Store &store = i % 2 == 0 ? m_api->store() : *other;
+                Uploads::Commit commit;
+                do { // as a client does that is told to try again
+                    commit = store.uploads.commit(user, id, checksums);
+                } while (commit.outcome == Uploads::Outcome::Busy);
+                const std::lock_guard lock(mutex);
+                guids.insert(commit.guid);
+                outcomes << int(commit.outcome);
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        QCOMPARE(outcomes, QList<int>(8, int(Uploads::Outcome::Done)));
+        QCOMPARE(guids.size(), 1);
+        QVERIFY(!guids.contains(QString()));
+        QCOMPARE(listed().size(), before + 1);
+        QCOMPARE(parts(), 0);
+        QCOMPARE(HttpProbe::request(m_api->port(), "GET", addressOf(guids.constBegin()->toLatin1()))
+                     .body,
+                 bytes);
+    }
+}
+
+void UploadsTest::addressesLeadNowhereElse_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    const auto row = [](const char *path) { QTest::newRow(path) << QByteArray(path); };
+    for (const char *path :
+         {"/a/../../../etc/passwd", "/a/%2e%2e/%2e%2e/%2e%2e/etc/passwd",
+          "/a/%2e%2e%2f%2e%2e%2f%2e%2e%2fetc%2fpasswd/x", "/a/..%2f..%2fworkspace.db/x?s=1002.x",
+          "/a/..\\..\\workspace.db/x", "/a//etc/passwd", "/a/{guid}/../../../etc/passwd",
+          "/a/{guid}/%2e%2e%2f0/x", "/a/{guid}/..%2f..%2fuploads/x", "/a/%00/x", "/a/{guid}%00/x",
+          "/a/.../x", "/a/./x"})
+        row(path);
+    for (const char *path : {"/t/../../../etc/passwd", "/t/{guid}/../256", "/t/{guid}/%2e%2e%2f256",
+                             "/t/{guid}/256%2f..%2f..", "/t/..%2f..%2fworkspace.db/256",
+                             "/t/{guid}/../../../etc/passwd"})
+        row(path);
+    for (const char *path :
+         {"/p/../../../etc/passwd", "/p/{guid}/../../workspace.db", "/p/..%2f..%2fworkspace.db/1",
+          "/p/{guid}/%2e%2e%2f%2e%2e%2fetc%2fpasswd"})
+        row(path);
+}
+
+void UploadsTest::addressesLeadNowhereElse()
+{
+    QFETCH(QByteArray, path);
+    const QByteArray guid = newAsset("what is asked for");
+    const QByteArray address = addressOf(guid);
+    QCOMPARE(HttpProbe::request(m_api->port(), "GET", address).body,
+             QByteArray("what is asked for"));
+    path.replace("{guid}", guid);
+    // With the signature of an asset, too.
+    for (const QByteArray &signature : {QByteArray(), address.mid(address.indexOf('?'))}) {
+        const HttpReply reply =
+            HttpProbe::request(m_api->port(), "GET", path.contains('?') ? path : path + signature);
+        QVERIFY2(reply.status >= 400 && reply.status < 500, reply.body.constData());
+        QVERIFY2(!reply.code().isEmpty(), reply.body.constData());
+    }
 }
 
 ZEL_TEST_MAIN(UploadsTest)

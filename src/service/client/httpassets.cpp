@@ -128,6 +128,11 @@ void HttpServiceClient::GetFolderAssets(qint16 folderId, const QString &nameFilt
                                         const QString &formats, qint32 first, qint32 count,
                                         AssetCollectionPtr &assets)
 {
+    // An address cannot say it; what would be sent instead is another text.
+    if (!nameFilter.isValidUtf16())
+        throw ServiceError(ServiceError::Kind::Invalid,
+                           tr("What is looked for holds half of a character. Type it again."),
+                           QStringLiteral("invalid-text"));
     const Request request = sessionRequest("GET", folderPath(folderId, "/assets"),
                                            "formats=" + QUrl::toPercentEncoding(formats) +
                                                "&name=" + QUrl::toPercentEncoding(nameFilter) +

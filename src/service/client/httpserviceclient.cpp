@@ -50,6 +50,11 @@ void HttpServiceClient::setWaitObserver(WaitObserver *observer)
     m_transport->setWaitObserver(observer);
 }
 
+void HttpServiceClient::setCallObserver(const CallObserver &observer)
+{
+    m_transport->setCallObserver(observer);
+}
+
 void HttpServiceClient::authenticate(const QString &serverAddress, const QString &userName,
                                      const QString &password, const QString &appName,
                                      const QString &, bool useProxy, bool, bool &success)

@@ -5,6 +5,7 @@
 #include "common/contract/serviceclient.h"
 #include "common/contract/studioservice.h"
 #include "common/network/networkpolicy.h"
+#include "service/client/callreport.h"
 #include "service/client/serveraddress.h"
 #include "service/client/waitobserver.h"
 
@@ -64,6 +65,11 @@ public:
 
     /// Not owned; null takes the observer away. It must stay alive while it is set.
     void setWaitObserver(WaitObserver *observer);
+
+    /// For finding faults: told of every answer of the service on the calling thread, before the
+    /// operation that asked returns. It must not throw; calls made from inside it are told of, too.
+    /// An empty function (the default) takes it away.
+    void setCallObserver(const CallObserver &observer);
 
     bool isSignedIn() const { return m_session.has_value(); }
 

@@ -9,6 +9,7 @@
 #include <QNetworkReply>
 
 #include <memory>
+#include <utility>
 
 namespace QXSC {
 
@@ -60,6 +61,7 @@ struct Reply
     QByteArray requestId;
     QByteArray retryAfter;
     QByteArray location;
+    QList<std::pair<QByteArray, QByteArray>> headers; ///< all of the answer, as they came
     QByteArray body;
 
     /// Whether the connection ended before a whole answer was there; what was asked for may have

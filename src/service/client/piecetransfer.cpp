@@ -263,6 +263,9 @@ void PieceTransfer::finish(CURLcode result)
     reply.requestId = header("X-Request-Id");
     reply.retryAfter = header("Retry-After");
     reply.location = header("Location");
+    curl_header *next = nullptr;
+    while ((next = curl_easy_nextheader(m_easy.get(), CURLH_HEADER, -1, next)))
+        reply.headers.append(std::pair<QByteArray, QByteArray>{next->name, next->value});
     if (m_isTooLong) {
         reply.ending = Reply::Ending::TooLong;
     } else if (result == CURLE_OK) {

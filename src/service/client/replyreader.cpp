@@ -122,6 +122,7 @@ void ReplyReader::finish()
     result.requestId = m_reply->rawHeader("X-Request-Id");
     result.retryAfter = m_reply->rawHeader("Retry-After");
     result.location = m_reply->rawHeader("Location");
+    result.headers = m_reply->rawHeaderPairs();
     readBody();
     if (isWholeAnswer(result.status, result.networkError) && !isCutShort(*m_reply, m_body.size())) {
         result.ending = Reply::Ending::Answered;

@@ -43,6 +43,13 @@ Reply Transport::call(const Request &request, const NetworkPolicy &policy)
     Reply reply = exchange->takeReply();
     if (reply.ending == Reply::Ending::Silent || reply.ending == Reply::Ending::Overdue)
         abort(exchange);
+    if (reply.ending == Reply::Ending::Answered && m_callObserver) {
+        // A copy: it may set another one, or end this client.
+        const CallObserver observer = m_callObserver;
+        observer(reportOf(request, reply));
+        if (m_closed)
+            return Reply();
+    }
     return reply;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "common/network/networkpolicy.h"
+#include "service/client/callreport.h"
 #include "service/client/message.h"
 #include "service/client/pieceroad.h"
 #include "service/client/waitnotice.h"
@@ -38,6 +39,9 @@ public:
 
     void setWaitObserver(WaitObserver *observer) { m_notice.setObserver(observer); }
 
+    /// Told of every answer, on the thread of the call, before the call returns.
+    void setCallObserver(const CallObserver &observer) { m_callObserver = observer; }
+
 private:
     Transport();
     Q_DISABLE_COPY_MOVE(Transport)
@@ -50,6 +54,7 @@ private:
     TransportWorker *m_worker;           ///< lives in m_thread and is deleted there
     std::unique_ptr<PieceRoad> m_pieces; ///< until closed
     WaitNotice m_notice;
+    CallObserver m_callObserver;
     bool m_closed = false;
 };
 

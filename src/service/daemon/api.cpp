@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/api.h"
 
-#include "service/daemon/handlers.h"
 #include "service/daemon/hostguard.h"
 #include "service/daemon/idempotency.h"
 #include "service/daemon/logline.h"
 #include "service/daemon/problem.h"
+#include "service/daemon/routes.h"
 #include "service/store/blobstore.h"
 #include "service/store/databaseerror.h"
 
@@ -141,88 +141,73 @@ Problem methodNotAllowed(const QByteArrayList &allowed)
                    {{QByteArrayLiteral("Allow"), allowed.join(", ")}});
 }
 
+QByteArrayList patterns()
+{
+    QByteArrayList result;
+    for (const Route &route : Api::routes())
+        result << route.pattern;
+    return result;
+}
+
+/// Balancers ask whether the service is well by its bare address, and get to know nothing else.
+bool answersForAnyHost(const QByteArray &path)
+{
+    return path == "/healthz" || path == "/readyz";
+}
+
 } // namespace
 
 const QList<Route> &Api::routes()
 {
-    using enum Access;
-    static const QList<Route> table{
-        {"GET", "/healthz", Public, Lane::Immediate, health},
-        {"POST", "/v1/sessions", Public, Lane::SignIn, createSession},
-        {"DELETE", "/v1/sessions/current", Session, Lane::Worker, endSession},
-        {"PUT", "/v1/sessions/current/account", Session, Lane::Worker, chooseAccount},
-        {"GET", "/v1/accounts", Session, Lane::Worker, listAccounts},
-        {"GET", "/v1/project-types", Account, Lane::Worker, listProjectTypes},
-        {"GET", "/v1/projects", Account, Lane::Worker, listProjects},
-        {"POST", "/v1/projects", Account, Lane::Worker, createProject},
-        {"GET", "/v1/projects/{guid}/published", Account, Lane::Worker, projectPublished},
-        {"GET", "/v1/projects/{guid}/deployments", Account, Lane::Worker, listDeployments},
-        {"GET", "/v1/deployments/{guid}/statistics/{name}", Account, Lane::Worker,
-         deploymentStatistic},
-        {"GET", "/v1/deployments/{guid}/participants/count", Account, Lane::Worker,
-         countParticipants},
-        {"GET", "/v1/deployments/{guid}/participants", Account, Lane::Worker, listParticipants},
-        {"GET", "/v1/deployments/{guid}/registrants/count", Account, Lane::Worker,
-         countRegistrants},
-        {"GET", "/v1/deployments/{guid}/registrants", Account, Lane::Worker, listRegistrants},
-        {"GET", "/v1/deployments/{guid}/page-views/count", Account, Lane::Worker, countPageViews},
-        {"GET", "/v1/deployments/{guid}/page-views", Account, Lane::Worker, listPageViews},
-        {"GET", "/v1/deployments/{guid}/questions", Account, Lane::Worker, listQuestions},
-        {"PUT", "/v1/questions/{guid}", Account, Lane::Worker, updateQuestion},
-        {"PUT", "/v1/questions/{guid}/status", Account, Lane::Worker, setQuestionStatus},
-        {"GET", "/v1/deployments/{guid}/polls", Account, Lane::Worker, listPolls},
-        {"GET", "/v1/deployments/{guid}/poll-responses", Account, Lane::Worker, listPollResponses},
-        {"GET", "/v1/deployments/{guid}/surveys", Account, Lane::Worker, listSurveys},
-        {"GET", "/v1/deployments/{guid}/surveys/{survey}/responses", Account, Lane::Worker,
-         listSurveyResponses},
-        {"POST", "/v1/deployments/{guid}/page-views", Public, Lane::Worker, nullptr,
-         intakeBodyLimit, postPageViews},
-        {"POST", "/v1/deployments/{guid}/registrations", Public, Lane::Worker, nullptr,
-         intakeBodyLimit, postRegistrations},
-        {"POST", "/v1/deployments/{guid}/questions", Public, Lane::Worker, nullptr, intakeBodyLimit,
-         postQuestions},
-        {"POST", "/v1/deployments/{guid}/question-states", Public, Lane::Worker, nullptr,
-         intakeBodyLimit, postQuestionStates},
-        {"POST", "/v1/deployments/{guid}/votes", Public, Lane::Worker, nullptr, intakeBodyLimit,
-         postVotes},
-        {"POST", "/v1/deployments/{guid}/responses", Public, Lane::Worker, nullptr, intakeBodyLimit,
-         postResponses},
-        {"GET", "/v1/themes", Account, Lane::Worker, listThemes},
-        {"GET", "/v1/templates", Account, Lane::Worker, findTemplate},
-        {"GET", "/v1/themes/{guid}/data-record", Account, Lane::Worker, dataRecord},
-        {"PUT", "/v1/themes/{guid}/data-record", Account, Lane::Worker, nullptr, recordBodyLimit,
-         saveDataRecord},
-        {"GET", "/v1/asset-folders", Account, Lane::Worker, listAssetFolders},
-        {"POST", "/v1/asset-folders", Account, Lane::Worker, createAssetFolder},
-        {"DELETE", "/v1/asset-folders/{id}", Account, Lane::Worker, deleteAssetFolder},
-        {"GET", "/v1/asset-folders/{id}/permissions", Account, Lane::Worker, folderPermissions},
-        {"GET", "/v1/asset-folders/{id}/assets", Account, Lane::Worker, listAssets},
-        {"DELETE", "/v1/assets/{guid}", Account, Lane::Worker, deleteAsset},
-        {"GET", "/v1/assets/{guid}/value", Account, Lane::Worker, assetValue},
-        {"POST", "/v1/uploads", Account, Lane::Worker, reserveUpload},
-        {"PUT", "/v1/uploads/{id}/files/{n}", Account, Lane::Worker, nullptr, Uploads::chunkBytes,
-         takeUploadChunk},
-        {"POST", "/v1/uploads/{id}/commit", Account, Lane::Worker, commitUpload},
-        {"DELETE", "/v1/uploads/{id}", Account, Lane::Worker, dropUpload},
-        {"GET", "/a/{guid}/{name}", Public, Lane::Worker, assetBytes},
-        {"GET", "/a/{guid}/{n}/{name}", Public, Lane::Worker, assetFileBytes},
-        {"GET", "/t/{guid}/{size}", Public, Lane::Worker, assetThumbnail},
-        {"GET", "/p/{guid}/{version}", Public, Lane::Worker, themePreview},
-        {"GET", "/nexo/tools_v2/Components/{path*}", Public, Lane::Immediate, componentFile},
+    struct Topic
+    {
+        const char *name;
+        QList<Route> (*routes)();
     };
+
+    static const QList<Route> table = [] {
+        QList<Route> all;
+        for (const Topic &topic : {Topic{"Service", serviceRoutes},
+                                   {"Sessions", sessionRoutes},
+                                   {"Projects", projectRoutes},
+                                   {"Themes", themeRoutes},
+                                   {"Assets", assetRoutes},
+                                   {"Uploads", uploadRoutes},
+                                   {"Files", fileRoutes},
+                                   {"Statistics", statisticsRoutes},
+                                   {"Questions", questionRoutes},
+                                   {"Results", resultsRoutes},
+                                   {"Players", intakeRoutes}}) {
+            for (Route &route : topic.routes()) {
+                route.text.topic = topic.name;
+                all << route;
+            }
+        }
+        return all;
+    }();
     return table;
 }
 
 Api::Api(Store &store)
     : m_store(store)
+    , m_monitor(std::make_unique<Monitor>(store, patterns()))
+    , m_guard(std::make_shared<HostGuard>())
 {
+}
+
+Api::~Api() = default;
+
+void Api::setHostGuard(const HostGuard &guard)
+{
+    m_guard = std::make_shared<HostGuard>(guard);
 }
 
 HttpPlan Api::plan(const HttpRequest &head) const
 {
     try {
-        refuseForeignPages(head);
         const QByteArray path = pathOf(head.target);
+        if (!answersForAnyHost(path))
+            m_guard.load()->check(head);
         const QByteArray method = head.method == "HEAD" ? QByteArrayLiteral("GET") : head.method;
         QByteArrayList allowed;
         for (const Route &route : routes()) {
@@ -284,7 +269,7 @@ BodyStart Api::begin(const Route &route, const QStringList &parameters,
 Call Api::callOf(const Route &route, const QStringList &parameters,
                  const HttpRequest &request) const
 {
-    Call call{request, m_store, parameters, {}};
+    Call call{request, m_store, parameters, {}, m_monitor.get()};
     if (route.access != Access::Public)
         call.session = sessionOf(request);
     if (route.access == Access::Account && call.session.accountId == 0)

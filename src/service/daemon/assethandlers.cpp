@@ -55,8 +55,9 @@ AssetFile fileOf(const Call &call, qint64 accountId, qint64 position)
 /// The bytes of a file, for the holder of the asset's address.
 HttpResponse bytesOf(const Call &call, qint64 position)
 {
-    const AssetFile file = fileOf(call, accountOfAssetCall(call, guidOf(call)), position);
-    HttpResponse response = fileResponse(call.request, call.store.blobs.blobPath(file.sha),
+    const qint64 account = accountOfAssetCall(call, guidOf(call));
+    const AssetFile file = fileOf(call, account, position);
+    HttpResponse response = fileResponse(call.request, call.store.blobs.open({account, file.sha}),
                                          file.sha.toLatin1(), file.mime.toLatin1());
     response.headers.append(
         {"Content-Disposition", "inline; filename*=UTF-8''" + QUrl::toPercentEncoding(file.name)});
@@ -164,12 +165,13 @@ HttpResponse assetFileBytes(const Call &call)
 
 HttpResponse assetThumbnail(const Call &call)
 {
-    const AssetFile file = fileOf(call, accountOfSignedCall(call), 0);
+    const qint64 account = accountOfSignedCall(call);
+    const AssetFile file = fileOf(call, account, 0);
     bool ok = false;
     const int size = call.parameters.at(1).toInt(&ok);
     if (!ok || !Thumbnails::isSize(size) || !file.thumbnail)
         throw notFound(QStringLiteral("There is no such thumbnail."));
-    return fileResponse(call.request, call.store.blobs.thumbnailPath(file.sha, size),
+    return fileResponse(call.request, call.store.blobs.openThumbnail({account, file.sha}, size),
                         file.sha.toLatin1() + '-' + QByteArray::number(size), "image/png");
 }
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The pages by which fields of data records are edited, as files of this program.
+#include "service/daemon/filesection.h"
 #include "service/daemon/handlers.h"
 #include "service/daemon/problem.h"
 
@@ -90,7 +91,7 @@ HttpResponse componentFile(const Call &call)
         {"Content-Security-Policy",
          "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; "
          "base-uri 'none'; form-action 'none'; frame-ancestors 'none'"}};
-    if (call.request.header("If-None-Match") == found->tag) {
+    if (isUnchanged(call.request, found->tag)) {
         response.status = 304;
         return response;
     }

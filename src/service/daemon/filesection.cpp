@@ -4,8 +4,6 @@
 
 #include "service/daemon/problem.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 #include <optional>
 
@@ -61,11 +59,15 @@ bool names(const QByteArray &list, const QByteArray &quoted)
 
 } // namespace
 
-HttpResponse fileResponse(const HttpRequest &request, const QString &path, const QByteArray &tag,
-                          const QByteArray &contentType)
+bool isUnchanged(const HttpRequest &request, const QByteArray &quotedTag)
 {
-    const QFileInfo info(path);
-    if (!info.isFile())
+    return names(request.header("If-None-Match"), quotedTag);
+}
+
+HttpResponse fileResponse(const HttpRequest &request, const std::shared_ptr<ByteSource> &file,
+                          const QByteArray &tag, const QByteArray &contentType)
+{
+    if (!file)
         throw Problem(404, QByteArrayLiteral("not-found"),
                       QStringLiteral("There is no such file."));
     const QByteArray quoted = '"' + tag + '"';
@@ -75,17 +77,17 @@ HttpResponse fileResponse(const HttpRequest &request, const QString &path, const
                         {"Accept-Ranges", "bytes"},
                         // What people upload must not act as a page of this service.
                         {"Content-Security-Policy", "default-src 'none'; sandbox"}};
-    if (names(request.header("If-None-Match"), quoted)) {
+    if (isUnchanged(request, quoted)) {
         response.status = 304;
         return response;
     }
     response.contentType = contentType;
-    HttpResponse::FileSection whole{path, 0, info.size()};
+    HttpResponse::FileSection whole{file, 0, file->size()};
     const QByteArray range = request.header("Range");
     const QByteArray condition = request.header("If-Range");
     if (isOneRange(range) && (condition.isEmpty() || condition == quoted)) {
-        const auto section = sectionOf(range, info.size());
-        const QByteArray size = QByteArray::number(info.size());
+        const auto section = sectionOf(range, whole.length);
+        const QByteArray size = QByteArray::number(whole.length);
         if (!section)
             throw Problem(416, QByteArrayLiteral("bad-range"),
                           QStringLiteral("The file has no such section."),

@@ -7,9 +7,15 @@
 
 namespace Zel::Service {
 
-/// The answer that gives a file, or the one section of it that is asked for (RFC 9110, 14).
+/// Whether the client has what goes with that tag already (`If-None-Match`), so that 304 answers
+/// it.
+bool isUnchanged(const HttpRequest &request, const QByteArray &quotedTag);
+
+/// The answer that gives a file, or the one section of it that is asked for (RFC 9110, 14); without
+/// `file` there is none.
 /// @param tag tells versions of the file apart
-ZEL_EXPORT HttpResponse fileResponse(const HttpRequest &request, const QString &path,
-                                     const QByteArray &tag, const QByteArray &contentType);
+ZEL_EXPORT HttpResponse fileResponse(const HttpRequest &request,
+                                     const std::shared_ptr<ByteSource> &file, const QByteArray &tag,
+                                     const QByteArray &contentType);
 
 } // namespace Zel::Service

@@ -10,6 +10,9 @@ namespace Zel::Service {
 // thrown `Problem`.
 
 HttpResponse health(const Call &call);
+HttpResponse interfaceDocument(const Call &call);
+HttpResponse readiness(const Call &call);
+HttpResponse metrics(const Call &call);
 
 HttpResponse createSession(const Call &call);
 HttpResponse endSession(const Call &call);

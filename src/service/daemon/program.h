@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/core/export.h"
+#include "service/store/blobkind.h"
 #include "service/store/database.h"
 #include "service/store/passwordhasher.h"
 
@@ -40,16 +41,22 @@ ZEL_EXPORT int runProgram(const QStringList &arguments);
 
 // What the commands share.
 
-/// Parses one command's arguments; throws `UsageError` or `HelpShown`. Adds --database and --help.
+/// Parses one command's arguments; throws `UsageError` or `HelpShown`. Adds --database and --help,
+/// and to the help the command's example and the exit codes.
 void parseCommand(QCommandLineParser &parser, const QString &command, const QString &description,
                   const QStringList &arguments);
+/// Prints the help of a command without options.
+void showHelp(const QString &command, const QString &description);
 /// The database of --database or, so that a password need not stand in the process list, of the
 /// environment variable ZEL_DATABASE.
 DatabaseAddress databaseAddress(const QCommandLineParser &parser);
-/// Adds --files.
+/// Adds --files and --blobs.
 void addFilesOption(QCommandLineParser &parser);
 /// The folder of --files or of the environment variable ZEL_FILES; empty for the usual one.
 QString filesFolder(const QCommandLineParser &parser);
+/// Where the bytes of the files of a database that is ready lie: by --files and by --blobs or the
+/// environment variable ZEL_BLOBS. Throws `UsageError` when the database has them elsewhere.
+BlobPlace blobPlace(const QCommandLineParser &parser, Database &database);
 /// Adds --sign-in-cost.
 void addCostOption(QCommandLineParser &parser);
 PasswordHasher::Cost costOf(const QCommandLineParser &parser);
@@ -63,7 +70,9 @@ void print(const QString &line);
 int serveCommand(const QStringList &arguments);
 int migrateCommand(const QStringList &arguments);
 int importCommand(const QStringList &arguments);
+int exportCommand(const QStringList &arguments);
 int simulateCommand(const QStringList &arguments);
+int accountCommand(const QStringList &arguments);
 int userCommand(const QStringList &arguments);
 int trashCommand(const QStringList &arguments);
 int doctorCommand(const QStringList &arguments);

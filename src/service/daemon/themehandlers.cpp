@@ -121,11 +121,12 @@ HttpResponse findTemplate(const Call &call)
 HttpResponse themePreview(const Call &call)
 {
     const qint64 account = accountOfSignedCall(call);
-    const auto preview = call.store.themes.preview(account, call.parameters.first());
-    if (!preview)
+    const auto found = call.store.themes.preview(account, call.parameters.first());
+    if (!found)
         throw notFound(QStringLiteral("There is no such preview."));
-    return fileResponse(call.request, call.store.blobs.blobPath(preview->sha),
-                        preview->sha.toLatin1(), preview->mime.toLatin1());
+    const ThemePreview &preview = found->preview;
+    return fileResponse(call.request, call.store.blobs.open({found->accountId, preview.sha}),
+                        preview.sha.toLatin1(), preview.mime.toLatin1());
 }
 
 } // namespace Zel::Service

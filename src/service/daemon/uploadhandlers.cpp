@@ -4,6 +4,7 @@
 #include "service/daemon/handlers.h"
 #include "service/daemon/jsonfields.h"
 #include "service/daemon/jsonwriter.h"
+#include "service/daemon/logline.h"
 
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -94,25 +95,23 @@ QString shownFiles(const NewUpload &upload)
 class ChunkSink : public BodySink
 {
 public:
-    ChunkSink(Uploads &uploads, const QString &uploadId, qint64 position, Uploads::Part part)
+    ChunkSink(Uploads &uploads, Uploads::Part part)
         : m_uploads(uploads)
-        , m_uploadId(uploadId)
-        , m_position(position)
         , m_part(std::move(part))
     {
     }
 
     /// Also when the client went away in the middle: it goes on behind what has come.
-    ~ChunkSink() override { close(); }
+    ~ChunkSink() override { closeQuietly(); }
 
     std::optional<HttpResponse> take(QByteArrayView piece) override
     {
         // Before a refusal is answered, as below.
-        auto closing = qScopeGuard([this] { close(); });
+        auto closing = qScopeGuard([this] { closeQuietly(); });
         if (piece.size() > m_part.size - m_part.received)
             throw Problem(413, QByteArrayLiteral("too-large"),
                           QStringLiteral("\"%1\" is longer than was said.").arg(m_part.name));
-        m_part.part->append(piece.data(), piece.size());
+        busyIsAnAnswer([&] { m_part.part->append(piece.data(), piece.size()); });
         m_part.received += piece.size();
         closing.dismiss();
         return std::nullopt;
@@ -121,22 +120,37 @@ public:
     HttpResponse finish() override
     {
         // Before the answer, which the next piece may follow at once.
-        close();
+        busyIsAnAnswer([this] { m_uploads.close(m_part); });
         JsonWriter json;
         json.beginObject().key("received").integer(m_part.received).endObject();
         return jsonResponse(json.json());
     }
 
 private:
-    void close()
+    template <class Function>
+    void busyIsAnAnswer(Function function)
     {
-        if (m_part.part)
-            m_uploads.close(m_uploadId, m_position, m_part);
+        try {
+            function();
+        } catch (const BlobBusy &) {
+            refuse(Uploads::Outcome::Busy, m_part.name);
+        }
+    }
+
+    /// Where nobody is told that the last bytes have arrived; those that have not are sent again.
+    void closeQuietly()
+    {
+        if (!m_part.part)
+            return;
+        try {
+            m_uploads.close(m_part);
+        } catch (const std::exception &error) {
+            logLine("error", {{"event", QStringLiteral("a piece was lost")},
+                              {"cause", QString::fromUtf8(error.what())}});
+        }
     }
 
     Uploads &m_uploads;
-    QString m_uploadId;
-    qint64 m_position;
     Uploads::Part m_part;
 };
 
@@ -172,8 +186,7 @@ std::shared_ptr<BodySink> takeUploadChunk(const Call &call)
         throw Problem(409, QByteArrayLiteral("offset"),
                       QStringLiteral("\"%1\" has arrived up to another place.").arg(part.name))
             .with(QStringLiteral("received"), part.received);
-    return std::make_shared<ChunkSink>(call.store.uploads, call.parameters.first(), position,
-                                       std::move(part));
+    return std::make_shared<ChunkSink>(call.store.uploads, std::move(part));
 }
 
 HttpResponse commitUpload(const Call &call)

@@ -101,6 +101,11 @@ const SqlText dropPreviewRow(R"sql(
     DELETE FROM theme_preview WHERE account_id = $1 AND sha = $2
 )sql");
 
+const SqlText countRowsOfAccount(R"sql(
+    SELECT (SELECT COUNT(*) FROM blob WHERE account_id = $1 AND sha = $2) +
+           (SELECT COUNT(*) FROM theme_preview WHERE account_id = $1 AND sha = $2)
+)sql");
+
 const SqlText countBlobRows(R"sql(
     SELECT (SELECT COUNT(*) FROM blob WHERE sha = $1) +
            (SELECT COUNT(*) FROM theme_preview WHERE sha = $1)
@@ -251,39 +256,62 @@ Assets::Outcome Assets::restore(const QString &guid)
 qint64 Assets::purge(qint64 deletedBefore)
 {
     // Nobody may store bytes again while those that no row names are removed.
-    const BlobLock lock(m_blobs.folder(), BlobLock::Mode::Clear);
-    QSet<QString> unused;
+    const auto hold = m_blobs.hold(BlobHold::Mode::Clear);
+    return purgeHeld(deletedBefore);
+}
+
+std::optional<qint64> Assets::purgeUnlessBusy(qint64 deletedBefore)
+{
+    const auto hold = m_blobs.hold(BlobHold::Mode::ClearNow);
+    return hold ? std::optional(purgeHeld(deletedBefore)) : std::nullopt;
+}
+
+qint64 Assets::purgeHeld(qint64 deletedBefore)
+{
+    QStringList unnamed;
     const qint64 count = m_database.tx([&] {
-        unused.clear();
-        qint64 gone = 0;
-        const QList<TrashedAsset> all = trash();
-        for (const TrashedAsset &asset : all) {
-            if (asset.deletedAt >= deletedBefore)
-                continue;
-            m_database.exec(dropFiles, {asset.accountId, asset.guid});
-            m_database.exec(dropAsset, {asset.accountId, asset.guid});
-            ++gone;
-        }
-        const auto drop = [&](const SqlText &list, const SqlText &dropRow) {
-            const auto rows = m_database.rows(list, {}, [](const SqlRow &row) {
-                return std::make_pair(row.integer(0), row.text(1));
-            });
-            for (const auto &[accountId, sha] : rows) {
-                m_database.exec(dropRow, {accountId, sha});
-                unused.insert(sha);
-            }
-        };
-        drop(listUnusedBlobs, dropBlobRow);
-        drop(listUnusedPreviews, dropPreviewRow);
-        return gone;
+        unnamed.clear();
+        return forgetOld(deletedBefore, unnamed);
     });
-    for (const QString &sha : std::as_const(unused)) {
-        const auto rows =
-            m_database.row(countBlobRows, {sha}, [](const SqlRow &row) { return row.integer(0); });
-        if (rows.value_or(0) == 0)
-            m_blobs.dropBlob(sha);
-    }
+    m_blobs.clear(unnamed);
     return count;
+}
+
+/// Removes the rows of what is to go, inside a transaction. `unnamed` gets the checksums that no
+/// row of any account names any more.
+qint64 Assets::forgetOld(qint64 deletedBefore, QStringList &unnamed)
+{
+    qint64 gone = 0;
+    const QList<TrashedAsset> all = trash();
+    for (const TrashedAsset &asset : all) {
+        if (asset.deletedAt >= deletedBefore)
+            continue;
+        m_database.exec(dropFiles, {asset.accountId, asset.guid});
+        m_database.exec(dropAsset, {asset.accountId, asset.guid});
+        ++gone;
+    }
+    QList<std::pair<qint64, QString>> unused;
+    const auto drop = [&](const SqlText &list, const SqlText &dropRow) {
+        const auto rows = m_database.rows(list, {}, [](const SqlRow &row) {
+            return std::make_pair(row.integer(0), row.text(1));
+        });
+        for (const auto &[accountId, sha] : rows)
+            m_database.exec(dropRow, {accountId, sha});
+        unused += rows;
+    };
+    drop(listUnusedBlobs, dropBlobRow);
+    drop(listUnusedPreviews, dropPreviewRow);
+    const auto isUsed = [this](const SqlText &count, const SqlValues &values) {
+        return m_database.row(count, values, [](const SqlRow &row) { return row.integer(0); })
+                   .value_or(0) > 0;
+    };
+    for (const auto &[accountId, sha] : std::as_const(unused)) {
+        if (!isUsed(countRowsOfAccount, {accountId, sha}))
+            m_blobs.forget({accountId, sha});
+        if (!isUsed(countBlobRows, {sha}))
+            unnamed << sha;
+    }
+    return gone;
 }
 
 void Assets::addBlob(qint64 accountId, const AssetFile &file)

@@ -100,6 +100,8 @@ public:
     /// Forgets assets deleted before a time, and their bytes where nothing else has them; also
     /// former previews of themes. Returns how many assets that were.
     qint64 purge(qint64 deletedBefore);
+    /// The same unless somebody else is storing or clearing bytes right now; nothing then.
+    std::optional<qint64> purgeUnlessBusy(qint64 deletedBefore);
 
     /// Notes that a blob is there. Only inside a transaction.
     void addBlob(qint64 accountId, const AssetFile &file);
@@ -109,6 +111,9 @@ public:
     bool isKnown(qint64 accountId, const QString &guid);
 
 private:
+    qint64 purgeHeld(qint64 deletedBefore);
+    qint64 forgetOld(qint64 deletedBefore, QStringList &unnamed);
+
     Database &m_database;
     AssetFolders &m_folders;
     BlobStore &m_blobs;

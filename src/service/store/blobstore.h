@@ -4,27 +4,42 @@
 
 #include "common/contract/checksum.h"
 #include "platform/core/export.h"
+#include "service/store/bloberror.h"
+#include "service/store/bytesource.h"
 
-#include <QByteArray>
+#include <QByteArrayList>
+#include <QList>
 #include <QString>
 
 #include <array>
 #include <functional>
-#include <stdexcept>
+#include <memory>
 
 namespace Zel {
 
-/// The file system refused. `isFull` tells that there is no room for more.
-class ZEL_EXPORT BlobError : public std::runtime_error
+/// Where the bytes of a database's files lie.
+enum class BlobKind
 {
-public:
-    BlobError(const QString &doing, int systemError);
-    ~BlobError() override;
+    Files,   ///< in a folder, under their checksum
+    Database ///< in the database, cut into chunks
+};
 
-    bool isFull() const { return m_full; }
+/// A blob: the bytes with this SHA-256 (64 hexadecimal digits) of an account; 0 is every account.
+/// Where the bytes lie in files, equal ones of all accounts are the same file.
+struct BlobId
+{
+    qint64 accountId = 0;
+    QString sha;
 
-private:
-    bool m_full;
+    bool operator==(const BlobId &) const = default;
+};
+
+/// A file of an upload on its way.
+struct PartId
+{
+    qint64 accountId = 0;
+    QString uploadId;
+    qint64 position = 0;
 };
 
 /// The checksum of the beginning of a part, kept between the calls that add to it.
@@ -32,100 +47,159 @@ struct PartProgress
 {
     QXSC::Checksum checksum;
     qint64 hashed = 0; ///< how many bytes it is the checksum of
-    quint64 file = 0;  ///< the inode, which tells a part from one that was begun anew
+    QString identity;  ///< tells a part from one of the same id that was begun anew
 };
 
-/// A file that is being written: the part of an upload that has arrived. One writer at a time, also
-/// among the daemons that share the folder; the lock ends with the object or with the process.
-class ZEL_EXPORT BlobPart
+/// A file on this machine with the bytes of something, as long as this object lives.
+class ZEL_EXPORT LocalFile
 {
 public:
-    /// Opens, and makes where it is missing, the file. `isOpen` is false when another one writes.
-    /// With what an earlier one left of its progress, the bytes that one has seen need not be read
-    /// again for the checksum.
-    explicit BlobPart(const QString &path, PartProgress progress = {});
-    ~BlobPart();
-    BlobPart(const BlobPart &) = delete;
-    BlobPart &operator=(const BlobPart &) = delete;
+    virtual ~LocalFile();
+    virtual QString path() const = 0;
+};
 
-    bool isOpen() const { return m_handle >= 0; }
-
-    qint64 size() const { return m_size; }
-
-    void append(const char *data, qint64 count);
-    /// Has the system begin to write out what was appended, so that `sync` need not wait as long.
-    void beginSync();
+/// The part of an upload that has arrived, open to be written by one thread at a time. Functions
+/// throw `BlobError`, `BlobBusy` when another one has written meanwhile, and `DatabaseError`.
+class ZEL_EXPORT BlobPart : public ByteSource
+{
+public:
+    virtual void append(const char *data, qint64 count) = 0;
+    /// Puts what was appended where it outlives this process. Nothing may be told to have arrived
+    /// before. Ending without it may lose what was appended last.
+    virtual void flush() = 0;
     /// SHA-256 of the whole, as 64 hexadecimal digits. Reads what it has not seen.
     QString checksum();
-    /// Writes out what the system still keeps in memory.
-    void sync();
 
-    /// For the next one that opens this part.
+    /// The same bytes as a file.
+    virtual std::unique_ptr<LocalFile> localFile() = 0;
+
+    /// For the next one that opens this part; to be called last.
     PartProgress takeProgress() { return std::move(m_progress); }
 
-private:
-    int m_handle = -1;
-    qint64 m_size = 0;
+protected:
+    explicit BlobPart(PartProgress progress);
+
+    /// To be told of everything that is appended, where it is appended.
+    void addToChecksum(qint64 offset, const char *data, qint64 count);
+    /// Forgets what was added unless it was to the part of that identity and no more than that has.
+    void keepProgressOf(const QString &identity, qint64 size);
+
     PartProgress m_progress;
 };
 
-/// Keeps others from storing blobs, or from clearing them away, as long as it lives.
-class ZEL_EXPORT BlobLock
+/// Keeps others from clearing blobs away, or from storing any, as long as it lives.
+class ZEL_EXPORT BlobHold
 {
 public:
     enum class Mode
     {
-        Store, ///< shared: blobs are stored and rows that name them are written
-        Clear  ///< alone: blobs that no row names are removed
+        Store,   ///< shared: blobs are stored and rows that name them are written
+        Clear,   ///< alone: blobs that no row names are removed
+        ClearNow ///< the same, but not waited for
     };
 
-    BlobLock(const QString &folder, Mode mode);
-    ~BlobLock();
-    BlobLock(const BlobLock &) = delete;
-    BlobLock &operator=(const BlobLock &) = delete;
-
-private:
-    int m_handle;
+    virtual ~BlobHold();
 };
 
-/// The bytes of assets as files under the SHA-256 of their content, beside the parts of uploads.
-/// A blob is whole from the moment it is there: it is written, and written out to the disk, as a
-/// part and gets its name afterwards. Folders are made when first needed. Functions throw
-/// `BlobError`.
+/// What a check of a blob against its own name has found.
+enum class BlobState
+{
+    Whole,
+    Missing,
+    Damaged ///< there are other bytes than the checksum says, or not all of them
+};
+
+/// The bytes of the files of assets and of the previews of themes, and the parts of uploads. Used
+/// by many threads at once.
+///
+/// A blob comes into being in steps: a part is opened, written, flushed, closed, opened again, ...;
+/// its checksum is compared; `prepare` makes it outlive everything; and `name` makes it the blob,
+/// inside the transaction that stores the row which names it, under a hold for storing. So a row
+/// never names bytes that are not there. Functions throw `BlobError` and `DatabaseError`.
 class ZEL_EXPORT BlobStore
 {
 public:
     /// Pixels along the longer edge of the thumbnails of a blob, the largest first.
     static constexpr std::array thumbnailSizes{256, 128, 64};
 
-    explicit BlobStore(const QString &folder);
+    using Visitor = std::function<void(const BlobId &blob, qint64 size)>;
 
-    const QString &folder() const { return m_folder; }
+    virtual ~BlobStore();
 
-    QString partPath(const QString &uploadId, qint64 position);
-    /// How much of a part has arrived; 0 when nothing has.
-    qint64 received(const QString &uploadId, qint64 position);
-    void dropPart(const QString &uploadId, qint64 position);
+    virtual BlobKind kind() const = 0;
 
-    /// Gives a part that is whole and checked its name as a blob; it stays a part, too, until it
-    /// is dropped. The part must be held open meanwhile.
-    void store(BlobPart &part, const QString &partPath, const QString &sha);
-    QString blobPath(const QString &sha) const;
-    QString thumbnailPath(const QString &sha, int size) const;
-    /// Removes a blob with its thumbnails.
-    void dropBlob(const QString &sha);
+    // Parts.
 
-    /// Writes a file as a whole: under another name first.
-    void writeWhole(const QString &path, const QByteArray &bytes);
+    /// Opens, and makes where it is missing, a part. Null when it is known that another one is
+    /// writing it. With what an earlier one left of its progress, the bytes that one has seen need
+    /// not be read again for the checksum.
+    virtual std::unique_ptr<BlobPart> openPart(const PartId &id, PartProgress progress = {}) = 0;
+    virtual void dropPart(const PartId &id) = 0;
 
-    /// Bytes that can still be stored: what the disk has, unless something else tells.
+    // From parts to blobs.
+
+    /// Makes a part ready to be named: whole, checked and held open by the caller. `thumbnails` are
+    /// one for each size, or none.
+    virtual void prepare(BlobPart &part, const QString &sha, const QByteArrayList &thumbnails) = 0;
+    /// Gives a part that was prepared its name as a blob. Where a blob of that name is there, this
+    /// one stays a part. Only inside a transaction.
+    virtual void name(const PartId &part, const BlobId &blob) = 0;
+    /// Makes sure that a blob which was there still is, and will be when the transaction ends;
+    /// throws `BlobGone`. Only inside a transaction.
+    virtual void expect(const BlobId &blob) = 0;
+
+    // Blobs.
+
+    bool has(const BlobId &blob);
+    /// Null for a blob that is not there.
+    virtual std::shared_ptr<ByteSource> open(const BlobId &blob) = 0;
+    /// Null for a size that is not made, and for a blob without thumbnails.
+    virtual std::shared_ptr<ByteSource> openThumbnail(const BlobId &blob, int size) = 0;
+    /// Its thumbnails, one for each size, or none.
+    QByteArrayList thumbnailsOf(const BlobId &blob);
+    /// Shows every blob that is there, in no order, whether a row names it or not. The account is
+    /// `noAccount` where blobs are of none. `visit` must not run statements.
+    virtual void visit(const Visitor &visit) = 0;
+    /// Reads a blob through.
+    BlobState verify(const BlobId &blob);
+    /// Stores a blob as a whole, for rows that are there already or that nobody can clear away
+    /// before they are; one that is there is kept. Throws `BlobError` for bytes with another
+    /// checksum. Runs transactions of its own, so not inside one.
+    void add(const BlobId &blob, ByteSource &bytes, const QByteArrayList &thumbnails);
+
+    // Clearing away.
+
+    /// Null, in the mode ClearNow only, when somebody else has it.
+    virtual std::unique_ptr<BlobHold> hold(BlobHold::Mode mode) = 0;
+    /// Notes that no row names a blob any more. Inside the transaction that removes the last one.
+    virtual void forget(const BlobId &blob) = 0;
+    /// Removes the bytes of what was forgotten, and of parts that nobody can know any more.
+    /// `unnamed` are the checksums that no row of any account names. Under a hold for clearing.
+    virtual void clear(const QStringList &unnamed) = 0;
+
+    /// Whether bytes could be stored now, as far as the place they lie in is concerned.
+    virtual bool isWritable() = 0;
+
+    /// Bytes that can still be stored, as far as that can be known.
     qint64 room();
 
     void setRoomMeter(const std::function<qint64()> &meter) { m_roomMeter = meter; }
 
+    /// The account of blobs that are of none.
+    static constexpr qint64 noAccount = -1;
+
+protected:
+    BlobStore();
+
+    virtual qint64 measuredRoom() = 0;
+    /// `name`, in a transaction of its own where one is needed.
+    virtual void nameAlone(const PartId &part, const BlobId &blob) = 0;
+
 private:
-    QString m_folder;
     std::function<qint64()> m_roomMeter;
 };
+
+/// SHA-256 of all that is in a source, as 64 hexadecimal digits.
+ZEL_EXPORT QString checksumOf(ByteSource &source);
 
 } // namespace Zel

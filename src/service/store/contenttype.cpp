@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/contenttype.h"
 
-#include <QFile>
+#include "service/store/bytesource.h"
+
 #include <QMimeDatabase>
 
 #include <array>
@@ -64,14 +65,13 @@ QString extensionOf(const QString &fileName)
     return dot <= 0 ? QString() : fileName.mid(dot + 1).toLower();
 }
 
-ContentType contentTypeOf(const QString &path, const QString &fileName)
+ContentType contentTypeOf(ByteSource &bytes, const QString &fileName)
 {
+    // As many as the rules of the MIME database look at.
+    constexpr qint64 beginning = 16 * 1024;
     const QMimeDatabase database;
-    QFile file(path);
-    QMimeType type;
-    if (file.open(QIODevice::ReadOnly))
-        type = database.mimeTypeForData(&file);
-    if (!type.isValid() || file.size() == 0)
+    QMimeType type = database.mimeTypeForData(bytes.read(0, beginning));
+    if (!type.isValid() || bytes.size() == 0)
         type = database.mimeTypeForName(QStringLiteral("application/octet-stream"));
     // Every type is some kind of "any bytes", so a name says nothing where the bytes say nothing.
     const QMimeType named = database.mimeTypeForFile(fileName, QMimeDatabase::MatchExtension);

@@ -17,9 +17,12 @@ struct ContentType
     QString assetType;
 };
 
-/// Tells what a file is by its first bytes. The name counts only where the bytes leave it open: it
-/// may make a text an XML document and an archive a presentation, but nothing a picture.
-ZEL_EXPORT ContentType contentTypeOf(const QString &path, const QString &fileName);
+class ByteSource;
+
+/// Tells what the bytes of a file are by the first of them. The name counts only where the bytes
+/// leave it open: it may make a text an XML document and an archive a presentation, but nothing a
+/// picture.
+ZEL_EXPORT ContentType contentTypeOf(ByteSource &bytes, const QString &fileName);
 
 /// The extension of a file name in lower case, without dot; empty when there is none.
 ZEL_EXPORT QString extensionOf(const QString &fileName);

@@ -20,7 +20,6 @@ namespace Zel {
 
 namespace {
 
-constexpr int retrySeconds = 10;
 constexpr int longestPauseMs = 250;
 
 using Connections = std::map<quint64, std::unique_ptr<SqlConnection>>;
@@ -116,6 +115,13 @@ qint64 Database::change(const SqlText &text, const SqlValues &values,
     return current.execute(text, values, visit);
 }
 
+void Database::stream(const QString &sql, const std::function<void(const SqlRow &)> &visit)
+{
+    if (!connection().inTransaction())
+        throw std::logic_error("a table was read outside of a transaction");
+    connection().stream(sql, visit);
+}
+
 QVariant Database::runNative(const QString &sql)
 {
     return connection().run(sql);
@@ -129,13 +135,13 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
         function();
         return;
     }
-    const QDeadlineTimer deadline(retrySeconds * 1000);
+    const QDeadlineTimer deadline(m_retryLimit);
     int lostRetries = 1;
     // Of two transactions that look for a key, do not find it and add it, PostgreSQL may tell the
     // later one of the key instead of the conflict. Run again, it finds the key.
     int uniqueRetries = 2;
-    // Many writers of the same rows would keep each other from ever committing: those of this process
-    // that lost go on one at a time.
+    // Many writers of the same rows would keep each other from ever committing: those of this
+    // process that lost go on one at a time.
     static std::mutex losers;
     std::unique_lock<std::mutex> turn(losers, std::defer_lock);
     for (int attempt = 0;; ++attempt) {
@@ -161,6 +167,7 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
             current.rollBack();
             throw;
         }
+        m_repeated.fetch_add(1, std::memory_order_relaxed);
         if (!turn.owns_lock())
             turn.lock();
         pauseBeforeRetry(attempt);

@@ -28,6 +28,7 @@ public:
         Corrupt,    ///< the file is damaged or is no workspace
         Newer,      ///< written by a newer program
         Outdated,   ///< written by an older program and not yet migrated
+        Unfinished, ///< a copy or restore into the database did not end
         Missing,    ///< the file, its folder or the right to use it is not there
         Other       ///< everything else: a fault in our own SQL
     };

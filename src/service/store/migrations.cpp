@@ -5,6 +5,7 @@
 #include "service/store/clock.h"
 #include "service/store/database.h"
 #include "service/store/databaseerror.h"
+#include "service/store/unfinishedcopy.h"
 
 #include <QDir>
 #include <QFile>
@@ -85,9 +86,16 @@ QStringList split(const QString &sql)
 
 } // namespace
 
-Migrations::Migrations(Database &database)
+Migrations::Migrations(Database &database, Marked marked)
     : m_database(database)
+    , m_marked(marked)
 {
+}
+
+void Migrations::refuseUnfinished()
+{
+    if (m_marked == Marked::Refuse)
+        UnfinishedCopy(m_database).refuse();
 }
 
 int Migrations::latestVersion()
@@ -96,6 +104,11 @@ int Migrations::latestVersion()
     if (all.isEmpty() || all.lastKey() != all.size())
         throw std::logic_error("the migration steps are not numbered 1, 2, 3, ...");
     return all.lastKey();
+}
+
+QString Migrations::title(int version)
+{
+    return steps().value(version);
 }
 
 QStringList Migrations::statements(int version, DatabaseAddress::Engine engine)
@@ -130,7 +143,7 @@ int Migrations::currentVersion()
         .toInt();
 }
 
-void Migrations::refuseNewer(int current)
+void Migrations::refuseFurther(int current)
 {
     if (current <= latestVersion())
         return;
@@ -168,8 +181,9 @@ int Migrations::migrate(int version)
 int Migrations::takeSteps(int version)
 {
     return m_database.tx([&] {
+        refuseUnfinished();
         const int current = currentVersion();
-        refuseNewer(current);
+        refuseFurther(current);
         for (int step = current + 1; step <= version; ++step)
             applyStep(step);
         return std::max(0, version - current);
@@ -187,10 +201,33 @@ void Migrations::applyStep(int version)
     m_database.exec(noteVersion, {version, systemClock()()});
 }
 
+void Migrations::refuseNewer()
+{
+    refuseFurther(currentVersion());
+}
+
+QStringList Migrations::tableNames()
+{
+    static const QStringList names = [] {
+        static const QRegularExpression made(QStringLiteral("^CREATE TABLE (\\w+)"));
+        QStringList found;
+        for (int version = 1; version <= latestVersion(); ++version) {
+            for (const QString &sql : statements(version, DatabaseAddress::Engine::Sqlite)) {
+                const auto match = made.match(sql);
+                if (match.hasMatch())
+                    found << match.captured(1);
+            }
+        }
+        return found;
+    }();
+    return names;
+}
+
 void Migrations::requireCurrent()
 {
+    refuseUnfinished();
     const int current = currentVersion();
-    refuseNewer(current);
+    refuseFurther(current);
     if (current < latestVersion())
         throw DatabaseError(
             DatabaseError::Kind::Outdated,

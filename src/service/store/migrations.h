@@ -25,7 +25,14 @@ public:
     /// Marks a SQLite file as ours ("ZelW").
     static constexpr qint64 sqliteApplicationId = 0x5a656c57;
 
-    explicit Migrations(Database &database);
+    /// Whether a database is worked on that has the mark of a copy (`UnfinishedCopy`).
+    enum class Marked
+    {
+        Refuse,
+        Allow ///< for the copy itself
+    };
+
+    explicit Migrations(Database &database, Marked marked = Marked::Refuse);
 
     /// The number of the last step this program knows.
     static int latestVersion();
@@ -34,21 +41,35 @@ public:
     int currentVersion();
 
     /// Runs what is missing up to `version` and returns how many steps that were. Throws
-    /// `DatabaseError` Newer for a database that is further than this program.
+    /// `DatabaseError`: Newer for a database that is further than this program, Unfinished for one
+    /// that a copy did not end in.
     int migrate(int version = latestVersion());
 
     /// Throws `DatabaseError` unless the database is exactly where this program needs it.
     void requireCurrent();
 
+    /// Throws `DatabaseError` Unfinished for a database that a copy did not end in.
+    void refuseUnfinished();
+
+    /// Throws `DatabaseError` Newer for a database that is further than this program.
+    void refuseNewer();
+
+    /// The tables that the steps make.
+    static QStringList tableNames();
+
+    /// The title of a step: "0003-themes".
+    static QString title(int version);
+
     /// The statements of a step in one database's words.
     static QStringList statements(int version, DatabaseAddress::Engine engine);
 
 private:
-    void refuseNewer(int current);
+    void refuseFurther(int current);
     int takeSteps(int version);
     void applyStep(int version);
 
     Database &m_database;
+    Marked m_marked;
 };
 
 } // namespace Zel

@@ -106,7 +106,10 @@ AskedQuestion questionIn(FileRecord &record)
     AskedQuestion question;
     question.guid = record.guid(QStringLiteral("id"));
     question.userId = record.text(QStringLiteral("user"), longestUserId);
-    question.text = record.text(QStringLiteral("text"), longestQuestion);
+    // Only a moderator can leave a question without words.
+    question.text = record.has(QStringLiteral("status"))
+                        ? record.textOrEmpty(QStringLiteral("text"), longestQuestion)
+                        : record.text(QStringLiteral("text"), longestQuestion);
     question.at = record.timeOrEmpty(QStringLiteral("at"));
     question.status = submitted;
     if (record.has(QStringLiteral("status")))
@@ -146,6 +149,16 @@ QString Questions::escaped(const QString &text)
             result += c;
         }
     }
+    return result;
+}
+
+QString Questions::unescaped(const QString &text)
+{
+    QString result = text;
+    // "&" last: what it brings about is no entity.
+    for (const auto &[entity, character] :
+         {std::pair("&apos;", '\''), {"&quot;", '"'}, {"&gt;", '>'}, {"&lt;", '<'}, {"&amp;", '&'}})
+        result.replace(QLatin1String(entity), QString(QLatin1Char(character)));
     return result;
 }
 

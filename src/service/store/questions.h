@@ -40,6 +40,8 @@ public:
 
     /// "&" first, then the other four characters that have an entity.
     static QString escaped(const QString &text);
+    /// What `escaped` was made from.
+    static QString unescaped(const QString &text);
     /// Whether moderators may set the status.
     static bool isModeration(const QString &status);
     /// Whether players may set it, of a question that is staged.

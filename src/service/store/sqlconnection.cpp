@@ -4,11 +4,13 @@
 
 #include "service/store/databaseerror.h"
 #include "service/store/migrations.h"
+#include "service/store/postgresresult.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QScopeGuard>
+#include <QSqlDriver>
 
 #include <atomic>
 #include <stdexcept>
@@ -40,6 +42,12 @@ void createPrivateFile(const QString &path)
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append,
                    QFileDevice::ReadOwner | QFileDevice::WriteOwner))
         refuse(QStringLiteral("The file %1 cannot be made: %2.").arg(path, file.errorString()));
+}
+
+void expectValues(const SqlText &text, const SqlValues &values)
+{
+    if (values.size() != text.parameterCount())
+        throw std::logic_error("a statement was given another number of values than it has places");
 }
 
 void checkSqliteFile(const QString &path, bool mayCreate)
@@ -139,6 +147,8 @@ qint64 SqlConnection::execute(const SqlText &text, const SqlValues &values, cons
 {
     if (m_visiting)
         throw std::logic_error("a statement was run while the rows of another are being read");
+    if (text.carriesBytes() && m_engine == DatabaseAddress::Engine::Postgres)
+        return executeBinary(text, values, visit);
     QSqlQuery &query = prepared(text);
     bind(query, text, values);
     if (!query.exec()) {
@@ -152,6 +162,23 @@ qint64 SqlConnection::execute(const SqlText &text, const SqlValues &values, cons
     if (rows > rowsKeptWithStatement)
         m_prepared.erase(text.sql());
     return changed;
+}
+
+/// The driver would send and get bytes as text of twice their length, and copy that several times.
+qint64 SqlConnection::executeBinary(const SqlText &text, const SqlValues &values,
+                                    const RowVisitor &visit)
+{
+    expectValues(text, values);
+    const PostgresResult result(*m_database.driver(), text, values);
+    if (!result.isFine())
+        fail(result.sqlState(), result.errorText());
+    m_visiting = true;
+    const auto finish = qScopeGuard([this] { m_visiting = false; });
+    for (int row = 0; visit && row < result.rowCount(); ++row) {
+        const PostgresResult::Row cells(result, row);
+        visit(SqlRow(cells));
+    }
+    return result.changedRows();
 }
 
 qint64 SqlConnection::readRows(QSqlQuery &query, const RowVisitor &visit, qint64 &rows)
@@ -188,8 +215,7 @@ QSqlQuery &SqlConnection::prepared(const SqlText &text)
 
 void SqlConnection::bind(QSqlQuery &query, const SqlText &text, const SqlValues &values) const
 {
-    if (values.size() != text.parameterCount())
-        throw std::logic_error("a statement was given another number of values than it has places");
+    expectValues(text, values);
     int position = 0;
     if (m_engine == DatabaseAddress::Engine::Sqlite) {
         for (const int number : text.firstAppearances())
@@ -212,6 +238,19 @@ QVariant SqlConnection::run(const QString &sql)
     if (query.lastError().isValid())
         fail(query.lastError());
     return value;
+}
+
+void SqlConnection::stream(const QString &sql, const RowVisitor &visit)
+{
+    if (m_visiting)
+        throw std::logic_error("a statement was run while the rows of another are being read");
+    QSqlQuery query(m_database);
+    // PostgreSQL's driver goes row by row over the wire then.
+    query.setForwardOnly(true);
+    if (!query.exec(sql))
+        fail(query.lastError());
+    qint64 rows = 0;
+    readRows(query, visit, rows);
 }
 
 void SqlConnection::begin(bool readOnly)
@@ -251,7 +290,11 @@ void SqlConnection::rollBack()
 
 void SqlConnection::fail(const QSqlError &error)
 {
-    const QString code = error.nativeErrorCode();
+    fail(error.nativeErrorCode(), error.databaseText());
+}
+
+void SqlConnection::fail(const QString &code, const QString &said)
+{
     const DatabaseError::Kind kind = m_engine == DatabaseAddress::Engine::Sqlite
                                          ? DatabaseError::kindOfSqlite(code.toInt())
                                          : DatabaseError::kindOfPostgres(code);
@@ -259,7 +302,7 @@ void SqlConnection::fail(const QSqlError &error)
     if (kind == DatabaseError::Kind::Lost)
         m_lost = true;
     // Further lines of PostgreSQL's text show the row's values, which may be anything.
-    QString text = error.databaseText().section(QLatin1Char('\n'), 0, 0).simplified();
+    QString text = said.section(QLatin1Char('\n'), 0, 0).simplified();
     if (kind == DatabaseError::Kind::Corrupt)
         text = QStringLiteral("The database is damaged: %1.").arg(text);
     throw DatabaseError(kind, text, code);

@@ -37,6 +37,11 @@ public:
     /// value of its last row.
     QVariant run(const QString &sql);
 
+    /// Runs a reading statement made at run time and shows each row to `visit` as it arrives, so
+    /// that a table of any length takes the memory of one row. `visit` must not run statements on
+    /// this connection.
+    void stream(const QString &sql, const RowVisitor &visit);
+
     void begin(bool readOnly);
     void commit();
     /// Never throws: a connection that cannot roll back counts as lost.
@@ -56,8 +61,10 @@ private:
     void openPostgres(const DatabaseAddress &address);
     QSqlQuery &prepared(const SqlText &text);
     void bind(QSqlQuery &query, const SqlText &text, const SqlValues &values) const;
+    qint64 executeBinary(const SqlText &text, const SqlValues &values, const RowVisitor &visit);
     qint64 readRows(QSqlQuery &query, const RowVisitor &visit, qint64 &rows);
     [[noreturn]] void fail(const QSqlError &error);
+    [[noreturn]] void fail(const QString &nativeCode, const QString &text);
 
     DatabaseAddress::Engine m_engine;
     QString m_name;

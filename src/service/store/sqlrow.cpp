@@ -20,44 +20,51 @@ namespace {
 
 } // namespace
 
+SqlCells::~SqlCells() = default;
+
 bool SqlRow::isNull(int column) const
 {
-    return m_query.isNull(column);
+    return m_query ? m_query->isNull(column) : m_cells->isNull(column);
+}
+
+QVariant SqlRow::value(int column) const
+{
+    return m_query ? m_query->value(column) : m_cells->value(column);
 }
 
 QString SqlRow::text(int column) const
 {
-    const QVariant value = m_query.value(column);
-    if (value.typeId() != QMetaType::QString || m_query.isNull(column))
+    const QVariant cell = value(column);
+    if (cell.typeId() != QMetaType::QString || isNull(column))
         wrongType(column);
-    return value.toString();
+    return cell.toString();
 }
 
 qint64 SqlRow::integer(int column) const
 {
-    const QVariant value = m_query.value(column);
-    const int type = value.typeId();
+    const QVariant cell = value(column);
+    const int type = cell.typeId();
     if ((type != QMetaType::LongLong && type != QMetaType::ULongLong && type != QMetaType::Int) ||
-        m_query.isNull(column))
+        isNull(column))
         wrongType(column);
-    return value.toLongLong();
+    return cell.toLongLong();
 }
 
 bool SqlRow::boolean(int column) const
 {
-    const QVariant value = m_query.value(column);
-    const int type = value.typeId();
-    if ((type != QMetaType::Bool && type != QMetaType::LongLong) || m_query.isNull(column))
+    const QVariant cell = value(column);
+    const int type = cell.typeId();
+    if ((type != QMetaType::Bool && type != QMetaType::LongLong) || isNull(column))
         wrongType(column);
-    return value.toBool();
+    return cell.toBool();
 }
 
 QByteArray SqlRow::bytes(int column) const
 {
-    const QVariant value = m_query.value(column);
-    if (value.typeId() != QMetaType::QByteArray || m_query.isNull(column))
+    const QVariant cell = value(column);
+    if (cell.typeId() != QMetaType::QByteArray || isNull(column))
         wrongType(column);
-    return value.toByteArray();
+    return cell.toByteArray();
 }
 
 std::optional<qint64> SqlRow::optionalInteger(int column) const

@@ -10,8 +10,18 @@
 #include <optional>
 
 class QSqlQuery;
+class QVariant;
 
 namespace Zel {
+
+/// The cells of a row that did not come by way of a QSqlQuery.
+class SqlCells
+{
+public:
+    virtual ~SqlCells();
+    virtual bool isNull(int column) const = 0;
+    virtual QVariant value(int column) const = 0;
+};
 
 /// The current row of a result, read by column number (from 0). Lives only while its row is
 /// current. A value of another type than asked for throws `DatabaseError` (Corrupt).
@@ -19,7 +29,12 @@ class ZEL_EXPORT SqlRow
 {
 public:
     explicit SqlRow(const QSqlQuery &query)
-        : m_query(query)
+        : m_query(&query)
+    {
+    }
+
+    explicit SqlRow(const SqlCells &cells)
+        : m_cells(&cells)
     {
     }
 
@@ -32,7 +47,10 @@ public:
     std::optional<QString> optionalText(int column) const;
 
 private:
-    const QSqlQuery &m_query;
+    QVariant value(int column) const;
+
+    const QSqlQuery *m_query = nullptr;
+    const SqlCells *m_cells = nullptr;
 };
 
 } // namespace Zel

@@ -22,8 +22,9 @@ int readPlaceholder(const QString &sql, qsizetype &at)
 
 } // namespace
 
-SqlText::SqlText(const char *sql)
+SqlText::SqlText(const char *sql, Carries carries)
     : m_sql(QString::fromUtf8(sql).trimmed())
+    , m_carries(carries)
 {
     bool quoted = false;
     for (qsizetype at = 0; at < m_sql.size(); ++at) {

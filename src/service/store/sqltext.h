@@ -17,7 +17,17 @@ namespace Zel {
 class ZEL_EXPORT SqlText
 {
 public:
-    explicit SqlText(const char *sql);
+    /// What a statement moves to the database or from it.
+    enum class Carries
+    {
+        Values, ///< numbers, texts and a few bytes
+        Bytes   ///< bytes by the megabyte: they go in binary form, without copies of them as text.
+                ///< Its texts are names of our own, not people's words.
+    };
+
+    explicit SqlText(const char *sql, Carries carries = Carries::Values);
+
+    bool carriesBytes() const { return m_carries == Carries::Bytes; }
 
     const QString &sql() const { return m_sql; }
 
@@ -29,6 +39,7 @@ public:
 
 private:
     QString m_sql;
+    Carries m_carries;
     int m_parameterCount = 0;
     QList<int> m_firstAppearances;
 };

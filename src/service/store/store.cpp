@@ -2,13 +2,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/store.h"
 
+#include "service/store/databaseblobs.h"
+#include "service/store/fileblobs.h"
+
 #include <QStandardPaths>
 
 namespace Zel {
 
+namespace {
+
+std::unique_ptr<BlobStore> blobStore(Database &database, const Clock &now, const BlobPlace &place)
+{
+    if (place.kind == BlobKind::Database)
+        return std::make_unique<DatabaseBlobs>(database, now);
+    return std::make_unique<FileBlobs>(
+        place.folder.isEmpty() ? Store::defaultFilesFolder(database.address()) : place.folder);
+}
+
+} // namespace
+
 Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now,
-             const QString &files, const ThumbnailMaker &thumbnailMaker)
-    : database(openDatabase)
+             const BlobPlace &place, const ThumbnailMaker &thumbnailMaker)
+    : m_blobs(blobStore(openDatabase, now, place))
+    , database(openDatabase)
     , clock(now)
     , hasher(cost)
     , keys(openDatabase, now)
@@ -17,8 +33,8 @@ Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now
     , throttle(openDatabase, keys, now)
     , accounts(openDatabase)
     , repeats(openDatabase, now)
-    , blobs(files.isEmpty() ? defaultFilesFolder(openDatabase.address()) : files)
-    , themes(openDatabase, blobs)
+    , blobs(*m_blobs)
+    , themes(openDatabase)
     , dataRecords(openDatabase)
     , projects(openDatabase, themes, now)
     , deployments(openDatabase, keys)
@@ -27,7 +43,7 @@ Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now
     , questions(openDatabase, now)
     , polls(openDatabase, now)
     , surveys(openDatabase, now)
-    , thumbnails(blobs, thumbnailMaker)
+    , thumbnails(thumbnailMaker)
     , folders(openDatabase, accounts)
     , assets(openDatabase, folders, blobs, now)
     , uploads(openDatabase, folders, assets, blobs, thumbnails, now)

@@ -7,7 +7,7 @@
 #include "service/store/assetfolders.h"
 #include "service/store/assets.h"
 #include "service/store/audience.h"
-#include "service/store/blobstore.h"
+#include "service/store/blobkind.h"
 #include "service/store/clock.h"
 #include "service/store/database.h"
 #include "service/store/datarecords.h"
@@ -27,6 +27,8 @@
 #include "service/store/uploads.h"
 #include "service/store/users.h"
 
+#include <memory>
+
 namespace Zel {
 
 /// Everything the daemon works on, over one database that has been migrated. Used by many threads
@@ -34,17 +36,21 @@ namespace Zel {
 class ZEL_EXPORT Store
 {
 public:
-    /// @param files the folder of the bytes of assets; empty for `defaultFilesFolder`
+    /// @param place where the bytes of files lie; the folder empty for `defaultFilesFolder`
     /// @param thumbnailMaker what decodes the pictures that people upload
     explicit Store(Database &database,
                    PasswordHasher::Cost cost = PasswordHasher::Cost::Interactive,
-                   const Clock &clock = systemClock(), const QString &files = QString(),
+                   const Clock &clock = systemClock(), const BlobPlace &place = BlobPlace(),
                    const ThumbnailMaker &thumbnailMaker = Thumbnails::decodeFile);
 
     /// Where the files of a database lie unless another folder is named: beside a SQLite file,
     /// else among the person's own data.
     static QString defaultFilesFolder(const DatabaseAddress &address);
 
+private:
+    std::unique_ptr<BlobStore> m_blobs;
+
+public:
     Database &database;
     Clock clock;
     PasswordHasher hasher;
@@ -54,7 +60,7 @@ public:
     SignInThrottle throttle;
     Accounts accounts;
     Repeats repeats;
-    BlobStore blobs;
+    BlobStore &blobs;
     Themes themes;
     DataRecords dataRecords;
     Projects projects;

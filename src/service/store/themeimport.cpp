@@ -5,17 +5,16 @@
 #include "service/store/store.h"
 #include "service/store/themesources.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 namespace Zel {
 
-void storeNewPreviews(Store &store, const WorkspaceFiles &files)
+void stageNewPreviews(Store &store, const WorkspaceFiles &files, StagedBlobs &blobs)
 {
     for (const WorkspaceFiles::ThemeEntry &entry : files.themes) {
         const QString sha = entry.theme.preview.sha;
-        if (sha.isEmpty() || QFile::exists(store.blobs.blobPath(sha)))
+        const BlobId blob{entry.theme.accountId, sha};
+        if (sha.isEmpty() || store.blobs.has(blob))
             continue;
         ThemePreview now;
         const QByteArray bytes = readPreview(entry.previewFile, entry.place, now);
@@ -23,7 +22,7 @@ void storeNewPreviews(Store &store, const WorkspaceFiles &files)
             throw WorkspaceFileError(
                 entry.place,
                 QStringLiteral("the file %1 changes while it is read.").arg(entry.previewFile));
-        store.themes.storePreview(sha, bytes);
+        blobs.take(blob, bytes);
     }
 }
 
@@ -51,10 +50,7 @@ QString ThemeImport::ownerOf(const WorkspaceFiles::ThemeEntry &entry)
     if (!owner)
         throw WorkspaceFileError(entry.place,
                                  QStringLiteral("there is no user \"%1\".").arg(entry.ownerLogin));
-    if (!m_store.accounts.role(entry.theme.accountId, owner->userId))
-        throw WorkspaceFileError(entry.place, QStringLiteral("\"%1\" is no member of account %2.")
-                                                  .arg(entry.ownerLogin)
-                                                  .arg(entry.theme.accountId));
+    // Who has left the account has their themes back on coming again.
     return owner->userId;
 }
 
@@ -89,6 +85,8 @@ ImportOutcome ThemeImport::takeTheme(const WorkspaceFiles::ThemeEntry &entry)
     theme.ownerId = ownerOf(entry);
     if (!entry.definitionFile.isEmpty())
         theme.definition = readDefinition(entry.definitionFile, entry.place);
+    if (!theme.preview.sha.isEmpty())
+        m_blobs.name({theme.accountId, theme.preview.sha});
     const auto before = known(theme, entry.place);
     if (before == theme)
         return ImportOutcome::Unchanged;

@@ -3,20 +3,22 @@
 #pragma once
 
 #include "service/store/importcount.h"
+#include "service/store/stagedblobs.h"
 
 namespace Zel {
 
-/// Stores the bytes of the previews that are not there yet: rows must not come before them. The
-/// caller holds a `BlobLock`.
-void storeNewPreviews(Store &store, const WorkspaceFiles &files);
+/// Takes in the bytes of the previews that are not there yet: rows must not come before them. The
+/// caller has a hold for storing.
+void stageNewPreviews(Store &store, const WorkspaceFiles &files, StagedBlobs &blobs);
 
 /// The part of an import that takes in templates and themes; inside its transaction.
 class ThemeImport
 {
 public:
-    ThemeImport(Store &store, const WorkspaceFiles &files)
+    ThemeImport(Store &store, const WorkspaceFiles &files, StagedBlobs &blobs)
         : m_store(store)
         , m_files(files)
+        , m_blobs(blobs)
     {
     }
 
@@ -32,6 +34,7 @@ private:
 
     Store &m_store;
     const WorkspaceFiles &m_files;
+    StagedBlobs &m_blobs;
 };
 
 } // namespace Zel

@@ -2,14 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/themes.h"
 
-#include "service/store/blobstore.h"
 #include "service/store/database.h"
 #include "service/store/storabletext.h"
 
-#include <QFile>
 #include <QHash>
-#include <QScopeGuard>
-#include <QUuid>
 
 namespace Zel {
 
@@ -58,7 +54,7 @@ const SqlText findVisible(R"sql(
 )sql");
 
 const SqlText findPreview(R"sql(
-    SELECT v.sha, v.mime, v.size
+    SELECT v.account_id, v.sha, v.mime, v.size
     FROM theme t
     JOIN theme_preview v ON v.account_id = t.account_id AND v.sha = t.preview_sha
     WHERE t.account_id IN ($1, 0) AND t.guid = $2
@@ -161,9 +157,8 @@ SqlValues valuesOf(const ThemeUser &user, Themes::Scope scope)
 
 } // namespace
 
-Themes::Themes(Database &database, BlobStore &blobs)
+Themes::Themes(Database &database)
     : m_database(database)
-    , m_blobs(blobs)
 {
 }
 
@@ -228,23 +223,11 @@ bool Themes::isVisible(const ThemeUser &user, const QString &guid)
         .has_value();
 }
 
-std::optional<ThemePreview> Themes::preview(qint64 accountId, const QString &guid)
+std::optional<FoundPreview> Themes::preview(qint64 accountId, const QString &guid)
 {
     return m_database.row(findPreview, {accountId, guid}, [](const SqlRow &row) {
-        return ThemePreview{row.text(0), row.text(1), row.integer(2)};
+        return FoundPreview{row.integer(0), {row.text(1), row.text(2), row.integer(3)}};
     });
-}
-
-void Themes::storePreview(const QString &sha, const QByteArray &bytes)
-{
-    if (QFile::exists(m_blobs.blobPath(sha)))
-        return;
-    const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    const auto drop = qScopeGuard([&] { m_blobs.dropPart(id, 0); });
-    const QString path = m_blobs.partPath(id, 0);
-    BlobPart part(path);
-    part.append(bytes.constData(), bytes.size());
-    m_blobs.store(part, path, sha);
 }
 
 QList<Theme> Themes::withGuid(const QString &guid)

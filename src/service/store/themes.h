@@ -13,7 +13,6 @@
 
 namespace Zel {
 
-class BlobStore;
 class Database;
 
 /// One template that a theme uses, named by its two keys.
@@ -44,6 +43,13 @@ struct ThemePreview
     qint64 size = 0;
 
     bool operator==(const ThemePreview &) const = default;
+};
+
+/// A preview that was looked for, and whose it is: the account's or, with 0, every account's.
+struct FoundPreview
+{
+    qint64 accountId = 0;
+    ThemePreview preview;
 };
 
 /// A theme as it is stored. Times are milliseconds UTC.
@@ -92,7 +98,7 @@ public:
         Full     ///< all of these
     };
 
-    Themes(Database &database, BlobStore &blobs);
+    explicit Themes(Database &database);
 
     using Visitor = std::function<void(const Theme &, const QList<TemplateUse> &)>;
 
@@ -128,11 +134,7 @@ public:
 
     /// The preview of a theme that the account sees, whoever asks: for addresses that carry their
     /// permission in themselves. Nothing for a theme that is not there or has none.
-    std::optional<ThemePreview> preview(qint64 accountId, const QString &guid);
-
-    /// Stores the bytes of a preview among the blobs. To be followed by a transaction that stores
-    /// the theme while the caller holds a `BlobLock`. Throws `BlobError`.
-    void storePreview(const QString &sha, const QByteArray &bytes);
+    std::optional<FoundPreview> preview(qint64 accountId, const QString &guid);
 
     /// The themes of that guid, of whatever account.
     QList<Theme> withGuid(const QString &guid);
@@ -148,7 +150,6 @@ private:
     void notePreview(const Theme &theme);
 
     Database &m_database;
-    BlobStore &m_blobs;
 };
 
 } // namespace Zel

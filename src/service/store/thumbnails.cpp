@@ -7,7 +7,6 @@
 
 #include <QBuffer>
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -38,9 +37,8 @@ QByteArray png(const QImage &image)
 
 } // namespace
 
-Thumbnails::Thumbnails(BlobStore &blobs, ThumbnailMaker maker)
-    : m_blobs(blobs)
-    , m_maker(std::move(maker))
+Thumbnails::Thumbnails(ThumbnailMaker maker)
+    : m_maker(std::move(maker))
 {
 }
 
@@ -49,17 +47,13 @@ bool Thumbnails::isSize(int size)
     return std::find(sizes.begin(), sizes.end(), size) != sizes.end();
 }
 
-bool Thumbnails::make(const QString &sha)
+QByteArrayList Thumbnails::make(BlobPart &picture)
 {
-    const QString path = m_blobs.blobPath(sha);
-    if (QFileInfo(path).size() > longestFile)
-        return false;
-    const QByteArrayList made = m_maker(path);
-    if (made.size() != qsizetype(sizes.size()))
-        return false;
-    for (std::size_t i = 0; i < sizes.size(); ++i)
-        m_blobs.writeWhole(m_blobs.thumbnailPath(sha, sizes[i]), made.at(qsizetype(i)));
-    return true;
+    if (picture.size() > longestFile)
+        return {};
+    const auto file = picture.localFile();
+    const QByteArrayList made = m_maker(file->path());
+    return made.size() == qsizetype(sizes.size()) ? made : QByteArrayList();
 }
 
 QByteArrayList Thumbnails::decode(const QByteArray &picture)

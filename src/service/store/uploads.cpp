@@ -5,7 +5,6 @@
 #include "service/store/contenttype.h"
 #include "service/store/database.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QScopeGuard>
 #include <QUuid>
@@ -137,70 +136,69 @@ Uploads::Outcome Uploads::open(const AssetUser &user, const QString &uploadId, q
         return Outcome::NotFound;
     part.name = known->upload.files.at(position).name;
     part.size = known->upload.files.at(position).size;
-    part.part = std::make_unique<BlobPart>(m_blobs.partPath(uploadId, position),
-                                           takeProgress(uploadId, position));
-    if (!part.part->isOpen())
+    part.id = {user.accountId, uploadId, position};
+    part.part = m_blobs.openPart(part.id, takeProgress(part.id));
+    if (!part.part)
         return Outcome::Busy;
     part.received = part.part->size();
     return Outcome::Done;
 }
 
-void Uploads::close(const QString &uploadId, qint64 position, Part &part)
+void Uploads::close(Part &part)
 {
-    part.part->beginSync();
-    // Before the lock ends with the part, so that the next one finds it.
-    keepProgress(uploadId, position, part.part->takeProgress());
-    part.part.reset();
+    const std::unique_ptr<BlobPart> closing = std::move(part.part);
+    closing->flush();
+    // Before the part ends, so that the next one finds it.
+    keepProgress(part.id, closing->takeProgress());
 }
 
-PartProgress Uploads::takeProgress(const QString &uploadId, qint64 position)
+PartProgress Uploads::takeProgress(const PartId &id)
 {
     const std::lock_guard lock(m_mutex);
-    auto node = m_progress.extract({uploadId, position});
+    auto node = m_progress.extract({id.uploadId, id.position});
     return node ? std::move(node.mapped()) : PartProgress();
 }
 
-void Uploads::keepProgress(const QString &uploadId, qint64 position, PartProgress progress)
+void Uploads::keepProgress(const PartId &id, PartProgress progress)
 {
     // What is let go of is only read again.
     constexpr std::size_t mostKept = 256;
     const std::lock_guard lock(m_mutex);
     if (m_progress.size() >= mostKept)
         m_progress.erase(m_progress.begin());
-    m_progress.insert_or_assign({uploadId, position}, std::move(progress));
+    m_progress.insert_or_assign({id.uploadId, id.position}, std::move(progress));
 }
 
-void Uploads::dropParts(const QString &uploadId, qsizetype count)
+void Uploads::dropParts(qint64 accountId, const QString &uploadId, qsizetype count)
 {
     for (qsizetype i = 0; i < count; ++i) {
-        takeProgress(uploadId, i);
-        m_blobs.dropPart(uploadId, i);
+        const PartId id{accountId, uploadId, i};
+        takeProgress(id);
+        m_blobs.dropPart(id);
     }
 }
 
-/// Checks one file that has arrived and makes a blob of it.
-Uploads::Outcome Uploads::take(const QString &uploadId, qint64 position,
-                               const NewUpload::File &file, const QString &checksum,
-                               AssetFile &taken, QString &assetType)
+/// Checks one file that has arrived and makes it ready to become a blob.
+Uploads::Outcome Uploads::take(const PartId &id, const NewUpload::File &file,
+                               const QString &checksum, AssetFile &taken, QString &assetType)
 {
-    const QString path = m_blobs.partPath(uploadId, position);
-    BlobPart part(path, takeProgress(uploadId, position));
-    if (!part.isOpen())
+    const auto part = m_blobs.openPart(id, takeProgress(id));
+    if (!part)
         return Outcome::Busy;
-    if (part.size() != file.size) {
-        keepProgress(uploadId, position, part.takeProgress());
+    if (part->size() != file.size) {
+        keepProgress(id, part->takeProgress());
         return Outcome::Incomplete;
     }
-    if (part.checksum() != checksum) {
-        m_blobs.dropPart(uploadId, position);
+    if (part->checksum() != checksum) {
+        m_blobs.dropPart(id);
         return Outcome::Checksum;
     }
-    m_blobs.store(part, path, checksum);
-    const ContentType type = contentTypeOf(m_blobs.blobPath(checksum), file.name);
-    taken = {file.name, checksum, type.mime, file.size, false};
-    if (type.assetType == QLatin1String("Image"))
-        taken.thumbnail = m_thumbnails.make(checksum);
-    if (position == 0)
+    const ContentType type = contentTypeOf(*part, file.name);
+    const QByteArrayList thumbnails =
+        type.assetType == QLatin1String("Image") ? m_thumbnails.make(*part) : QByteArrayList();
+    m_blobs.prepare(*part, checksum, thumbnails);
+    taken = {file.name, checksum, type.mime, file.size, !thumbnails.isEmpty()};
+    if (id.position == 0)
         assetType = type.assetType;
     return Outcome::Done;
 }
@@ -218,71 +216,97 @@ Uploads::Commit Uploads::commit(const AssetUser &user, const QString &uploadId,
     if (checksums.size() != known->upload.files.size())
         return {Outcome::Checksum, {}, known->upload.files.constFirst().name};
 
+    const Commit done = commitFiles(user, uploadId, known->upload, checksums);
+    if (done.outcome == Outcome::Done || done.outcome == Outcome::NotAllowed)
+        return done;
+    // Another call may have been faster and have taken the parts.
+    const auto now = find(user, uploadId);
+    if (!now || now->guid.isEmpty())
+        return done;
+    dropParts(user.accountId, uploadId, checksums.size());
+    return {Outcome::Done, now->guid, {}};
+}
+
+Uploads::Commit Uploads::commitFiles(const AssetUser &user, const QString &uploadId,
+                                     const NewUpload &upload, const QStringList &checksums)
+{
     // Bytes first: when the row is there, so are they.
-    const BlobLock lock(m_blobs.folder(), BlobLock::Mode::Store);
+    const auto hold = m_blobs.hold(BlobHold::Mode::Store);
     QList<AssetFile> files;
     Asset asset;
     for (qsizetype i = 0; i < checksums.size(); ++i) {
         AssetFile file;
-        const Outcome outcome =
-            take(uploadId, i, known->upload.files.at(i), checksums.at(i), file, asset.assetType);
+        const Outcome outcome = take({user.accountId, uploadId, i}, upload.files.at(i),
+                                     checksums.at(i), file, asset.assetType);
         if (outcome != Outcome::Done)
-            return {outcome, {}, known->upload.files.at(i).name};
+            return {outcome, {}, upload.files.at(i).name};
         files.append(file);
     }
-    asset.folderId = known->upload.folderId;
-    asset.name = known->upload.name;
-    asset.detail = known->upload.detail;
+    asset.folderId = upload.folderId;
+    asset.name = upload.name;
+    asset.detail = upload.detail;
     asset.createdById = user.userId;
-    const QString fresh = newGuid();
-    QString guid;
-    const Outcome outcome = m_database.tx([&] {
-        const auto now = find(user, uploadId);
-        if (!now)
-            return Outcome::NotFound;
-        guid = now->guid;
-        if (!guid.isEmpty())
-            return Outcome::Done; // another call was faster
-        if (!mayWrite(user, asset.folderId))
-            return Outcome::NotAllowed;
-        guid = fresh;
-        asset.guid = fresh;
-        asset.createdAt = m_clock();
-        for (const AssetFile &file : std::as_const(files))
-            m_assets.addBlob(user.accountId, file);
-        m_assets.add(user.accountId, asset, files);
-        m_database.exec(noteGuid, {user.accountId, uploadId, fresh});
-        return Outcome::Done;
-    });
+    Outcome outcome = Outcome::Done;
+    try {
+        outcome = m_database.tx([&] { return store(user, uploadId, asset, files); });
+    } catch (const BlobGone &) {
+        // Somebody gave the upload up, or said another checksum, in between.
+        return {Outcome::Incomplete, {}, upload.files.constFirst().name};
+    }
     if (outcome == Outcome::Done)
-        dropParts(uploadId, checksums.size());
-    return {outcome, guid, {}};
+        dropParts(user.accountId, uploadId, checksums.size());
+    return {outcome, asset.guid, {}};
 }
 
-AssetFile Uploads::adopt(const QString &path, QString &assetType)
+/// The end of an upload inside its transaction.
+Uploads::Outcome Uploads::store(const AssetUser &user, const QString &uploadId, Asset &asset,
+                                const QList<AssetFile> &files)
+{
+    const auto now = find(user, uploadId);
+    if (!now)
+        return Outcome::NotFound;
+    asset.guid = now->guid;
+    if (!asset.guid.isEmpty())
+        return Outcome::Done; // another call was faster
+    if (!mayWrite(user, asset.folderId))
+        return Outcome::NotAllowed;
+    asset.guid = newGuid();
+    asset.createdAt = m_clock();
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        m_blobs.name({user.accountId, uploadId, i}, {user.accountId, files.at(i).sha});
+        m_assets.addBlob(user.accountId, files.at(i));
+    }
+    m_assets.add(user.accountId, asset, files);
+    m_database.exec(noteGuid, {user.accountId, uploadId, asset.guid});
+    return Outcome::Done;
+}
+
+Uploads::Adopted Uploads::adopt(qint64 accountId, const QString &path, const QString &name)
 {
     constexpr qint64 pieceBytes = 256 * 1024;
-    QFile source(path);
-    if (!source.open(QIODevice::ReadOnly))
+    const auto source = FileSource::open(path);
+    if (!source)
         throw BlobError(QStringLiteral("open ") + path, ENOENT);
-    const QString id = newGuid();
-    const auto drop = qScopeGuard([&] { m_blobs.dropPart(id, 0); });
+    Adopted adopted;
+    adopted.part = {accountId, newGuid(), 0};
+    auto drop = qScopeGuard([&] { m_blobs.dropPart(adopted.part); });
     QString checksum;
     qint64 size = 0;
     {
-        BlobPart part(m_blobs.partPath(id, 0));
-        while (!source.atEnd()) {
-            const QByteArray piece = source.read(pieceBytes);
+        const auto part = m_blobs.openPart(adopted.part);
+        for (;;) {
+            const QByteArray piece = source->read(part->size(), pieceBytes);
             if (piece.isEmpty())
-                throw BlobError(QStringLiteral("read ") + path, EIO);
-            part.append(piece.constData(), piece.size());
+                break;
+            part->append(piece.constData(), piece.size());
         }
-        size = part.size();
-        checksum = part.checksum();
+        part->flush();
+        size = part->size();
+        checksum = part->checksum();
     }
-    AssetFile taken;
-    take(id, 0, {QFileInfo(path).fileName(), size}, checksum, taken, assetType);
-    return taken;
+    take(adopted.part, {name, size}, checksum, adopted.file, adopted.assetType);
+    drop.dismiss();
+    return adopted;
 }
 
 Uploads::Outcome Uploads::drop(const AssetUser &user, const QString &uploadId)
@@ -302,7 +326,7 @@ void Uploads::forget(qint64 accountId, const QString &uploadId)
         m_database.exec(dropUpload, {accountId, uploadId});
         return files.size();
     });
-    dropParts(uploadId, count);
+    dropParts(accountId, uploadId, count);
 }
 
 void Uploads::forgetExpired()

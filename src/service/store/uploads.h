@@ -57,6 +57,7 @@ public:
     /// A file that is open to be written.
     struct Part
     {
+        PartId id;
         std::unique_ptr<BlobPart> part;
         QString name; ///< of the file, also when it cannot be opened
         qint64 received = 0;
@@ -77,13 +78,24 @@ public:
     Outcome reserve(const AssetUser &user, const NewUpload &upload, QString &uploadId);
     /// Opens a file of an upload of that person; `position` from 0.
     Outcome open(const AssetUser &user, const QString &uploadId, qint64 position, Part &part);
-    /// Takes back, and closes, a file that was opened.
-    void close(const QString &uploadId, qint64 position, Part &part);
+    /// Takes back, and closes, a file that was opened. What was appended to it has arrived only
+    /// when this does not throw.
+    void close(Part &part);
     /// Makes the asset; a second call says the same again. `checksums` are SHA-256, hexadecimal.
     Commit commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums);
-    /// Makes a blob of a file on this machine. Returns what it is; to be followed by a transaction
-    /// that stores a row for it while the caller holds a `BlobLock`.
-    AssetFile adopt(const QString &path, QString &assetType);
+
+    /// A file of this machine that is ready to become a blob.
+    struct Adopted
+    {
+        AssetFile file;
+        QString assetType;
+        PartId part;
+    };
+
+    /// Takes in a file of this machine for an account; to be followed by a transaction that stores
+    /// a row for it, and names the part as its blob, under the caller's hold for storing. The
+    /// caller drops the part afterwards. `name` is what the file is called.
+    Adopted adopt(qint64 accountId, const QString &path, const QString &name);
     /// Forgets the uploads of all accounts that were not finished in time. Each account's own go
     /// when it begins another one.
     void forgetExpired();
@@ -98,13 +110,17 @@ private:
     };
 
     std::optional<Known> find(const AssetUser &user, const QString &uploadId);
-    Outcome take(const QString &uploadId, qint64 position, const NewUpload::File &file,
-                 const QString &checksum, AssetFile &taken, QString &assetType);
+    Outcome take(const PartId &id, const NewUpload::File &file, const QString &checksum,
+                 AssetFile &taken, QString &assetType);
+    Commit commitFiles(const AssetUser &user, const QString &uploadId, const NewUpload &upload,
+                       const QStringList &checksums);
+    Outcome store(const AssetUser &user, const QString &uploadId, Asset &asset,
+                  const QList<AssetFile> &files);
     bool mayWrite(const AssetUser &user, qint64 folderId);
     void forget(qint64 accountId, const QString &uploadId);
-    void dropParts(const QString &uploadId, qsizetype count);
-    PartProgress takeProgress(const QString &uploadId, qint64 position);
-    void keepProgress(const QString &uploadId, qint64 position, PartProgress progress);
+    void dropParts(qint64 accountId, const QString &uploadId, qsizetype count);
+    PartProgress takeProgress(const PartId &id);
+    void keepProgress(const PartId &id, PartProgress progress);
     void forgetExpired(qint64 accountId);
 
     Database &m_database;
