@@ -3,6 +3,7 @@
 #include "service/daemon/jsonfields.h"
 
 #include "service/daemon/problem.h"
+#include "service/daemon/repeatedfield.h"
 #include "service/store/storabletext.h"
 
 #include <QJsonDocument>
@@ -33,6 +34,9 @@ JsonFields::JsonFields(const QByteArray &body)
                           .arg(error.offset));
     if (!document.isObject())
         throw Problem::invalid(QStringLiteral("The request must be a JSON object."));
+    if (const auto repeated = repeatedField(json))
+        throw Problem::invalid(QStringLiteral("The field \"%1\" is given twice.")
+                                   .arg(repeated->left(longestShownName)));
     m_object = document.object();
 }
 
