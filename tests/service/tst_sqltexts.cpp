@@ -411,7 +411,7 @@ void SqlTextsTest::hotQueriesUseTheirKey_data()
     row("replies by answer", {"FROM survey_response", "GROUP BY"}, live,
         "survey_response_by_answers");
     row("themes of an account", {"FROM theme t", "ORDER BY t.name_key"}, {"1001", "0", "user 7"},
-        "theme_by_name");
+        "theme_by_name", "on theme t"); // by whichever of its keys; there are few
     row("deployment by key", {"FROM deployment", "key_hash = $1"}, {"key 7", "dep 7"},
         "deployment_by_key");
 }
