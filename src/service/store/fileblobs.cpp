@@ -163,9 +163,13 @@ void FileBlobs::prepare(BlobPart &part, const QString &sha, const QByteArrayList
     makeFolder(folder);
     // A name is given once; who finds it given already has the same bytes.
     if (::link(QFile::encodeName(file.path()).constData(), QFile::encodeName(path).constData()) !=
-            0 &&
-        errno != EEXIST)
-        throw BlobError(QStringLiteral("name ") + path, errno);
+        0) {
+        const int error = errno;
+        if (error == ENOENT && !QFile::exists(file.path()) && !QFile::exists(path))
+            throw BlobGone(); // the part was dropped after it had been opened
+        if (error != EEXIST && error != ENOENT)
+            throw BlobError(QStringLiteral("name ") + path, error);
+    }
     syncFolder(folder);
     for (qsizetype i = 0; i < thumbnails.size(); ++i)
         writeWhole(thumbnailPath(sha, thumbnailSizes.at(std::size_t(i))), thumbnails.at(i));

@@ -216,7 +216,13 @@ Uploads::Commit Uploads::commit(const AssetUser &user, const QString &uploadId,
     if (checksums.size() != known->upload.files.size())
         return {Outcome::Checksum, {}, known->upload.files.constFirst().name};
 
-    const Commit done = commitFiles(user, uploadId, known->upload, checksums);
+    Commit done;
+    try {
+        done = commitFiles(user, uploadId, known->upload, checksums);
+    } catch (const BlobGone &) {
+        // Somebody gave the upload up, or said another checksum, in between.
+        done = {Outcome::Incomplete, {}, known->upload.files.constFirst().name};
+    }
     if (done.outcome == Outcome::Done || done.outcome == Outcome::NotAllowed)
         return done;
     // Another call may have been faster and have taken the parts.
@@ -246,13 +252,7 @@ Uploads::Commit Uploads::commitFiles(const AssetUser &user, const QString &uploa
     asset.name = upload.name;
     asset.detail = upload.detail;
     asset.createdById = user.userId;
-    Outcome outcome = Outcome::Done;
-    try {
-        outcome = m_database.tx([&] { return store(user, uploadId, asset, files); });
-    } catch (const BlobGone &) {
-        // Somebody gave the upload up, or said another checksum, in between.
-        return {Outcome::Incomplete, {}, upload.files.constFirst().name};
-    }
+    const Outcome outcome = m_database.tx([&] { return store(user, uploadId, asset, files); });
     if (outcome == Outcome::Done)
         dropParts(user.accountId, uploadId, checksums.size());
     return {outcome, asset.guid, {}};
