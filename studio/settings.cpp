@@ -20,6 +20,16 @@ void Settings::setServer(const QString &address)
     m_store.setValue(QStringLiteral("signIn/server"), address);
 }
 
+QString Settings::caFile() const
+{
+    return m_store.value(QStringLiteral("signIn/caFile")).toString();
+}
+
+void Settings::setCaFile(const QString &path)
+{
+    m_store.setValue(QStringLiteral("signIn/caFile"), path);
+}
+
 QString Settings::userName() const
 {
     return m_store.value(QStringLiteral("signIn/userName")).toString();

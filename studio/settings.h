@@ -18,6 +18,9 @@ class Settings
 public:
     QString server() const;
     void setServer(const QString &address);
+    /// A file of certificate authorities to trust besides the system's; empty for none.
+    QString caFile() const;
+    void setCaFile(const QString &path);
     QString userName() const;
     void setUserName(const QString &name);
     Appearance appearance() const;

@@ -8,6 +8,7 @@
 #include "studio/errorcenter.h"
 #include "studio/settings.h"
 #include "studio/tintedicon.h"
+#include "studio/trustedfile.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -117,14 +118,39 @@ QWidget *SignInPage::makeCard()
     m_back->setIcon(tintedIcon(QStringLiteral("back")));
     m_back->setFlat(true);
     m_back->hide();
+    makeTrustedFile(card);
     auto *column = new QVBoxLayout(card);
     column->setContentsMargins(28, 26, 28, 22);
     column->setSpacing(8);
     column->addLayout(makeHeading(card));
     column->addWidget(m_login);
     column->addWidget(m_message);
+    column->addWidget(m_trusted);
     column->addWidget(m_back, 0, Qt::AlignLeft);
     return card;
+}
+
+void SignInPage::makeTrustedFile(QWidget *card)
+{
+    m_trusted = new TrustedFile(card);
+    m_trusted->setContentsMargins(Inset, 0, Inset, 0);
+    m_trusted->setFile(m_settings.caFile());
+    connect(m_trusted, &TrustedFile::changed, this, [this](const QString &path) {
+        m_settings.setCaFile(path);
+        say(QString(), false);
+        showTrustedFile();
+        emit trustedFileChanged(path);
+    });
+    connect(m_trusted, &TrustedFile::refused, this, [this](const QString &why) { say(why, true); });
+    connect(m_server, &QLineEdit::textChanged, this, &SignInPage::showTrustedFile);
+    showTrustedFile();
+}
+
+/// It means something only for a service elsewhere, whose address is entered beside it.
+void SignInPage::showTrustedFile()
+{
+    const bool elsewhere = !server().isEmpty() || !m_trusted->file().isEmpty();
+    m_trusted->setVisible(elsewhere && m_accountPart->isHidden());
 }
 
 QLayout *SignInPage::makeHeading(QWidget *card)
@@ -239,6 +265,7 @@ void SignInPage::returnToCredentials()
     m_title->setText(tr("Sign in to Studio"));
     m_subtitle->setText(tr("Your events, projects and audiences."));
     m_back->hide();
+    showTrustedFile();
     say(QString(), false);
     takeFocus();
     if (leavesAccounts)
@@ -298,6 +325,7 @@ void SignInPage::refused()
 void SignInPage::accountsShown()
 {
     m_errors.clear();
+    m_trusted->hide();
     m_back->show();
     // No room is left for the rows of the credentials, which are more.
     m_login->setMaximumHeight(m_continue->geometry().bottom() + Inset);

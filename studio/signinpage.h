@@ -20,6 +20,7 @@ namespace Studio {
 
 class ErrorCenter;
 class Settings;
+class TrustedFile;
 
 /// The first page: the sign-in control in a card, the people of the sample workspace below it.
 ///
@@ -56,6 +57,9 @@ signals:
     void signedIn();
     /// Somebody signed in, but goes back instead of choosing an account.
     void abandoned();
+    /// Another file of certificate authorities is to be trusted besides the system's; empty for
+    /// none. It is remembered in the settings.
+    void trustedFileChanged(const QString &path);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -69,6 +73,8 @@ private:
     void build();
     QLayout *makeHeading(QWidget *card);
     QWidget *makeCard();
+    void makeTrustedFile(QWidget *card);
+    void showTrustedFile();
     QPushButton *makePersonButton(const SamplePerson &person);
     void fillIn(const SamplePerson &person);
     void say(const QString &text, bool isProblem);
@@ -96,6 +102,7 @@ private:
     QLabel *m_subtitle;
     QLabel *m_message;
     QPushButton *m_back;
+    TrustedFile *m_trusted;
     QWidget *m_people;
     QVariant m_lastAccount;
     bool m_messageIsProblem = false;

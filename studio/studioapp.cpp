@@ -32,12 +32,9 @@ StudioApp::StudioApp(const Options &options)
     ZelWebServiceControls::introduceFieldWidgets();
     ZelDataVisualization::introduceGridChart();
     m_window = std::make_unique<MainWindow>(m_client, m_client, m_errors, m_settings);
-    QXSC::NetworkPolicy policy;
-    policy.inactivityLimit = m_options.timeLimit;
-    m_client.setNetworkPolicy(policy);
-    ZelWebControls::WebImageSource *pictures = ZelWebControls::WebImageSource::shared();
-    pictures->setNetworkPolicy(policy);
-    pictures->setCacheFolder(pictureFolder());
+    trust(m_settings.caFile());
+    connect(m_window->signInPage(), &SignInPage::trustedFileChanged, this, &StudioApp::trust);
+    ZelWebControls::WebImageSource::shared()->setCacheFolder(pictureFolder());
     m_waitNotice.emplace(m_window.get());
     m_client.setWaitObserver(&*m_waitNotice);
 }
@@ -46,6 +43,15 @@ StudioApp::~StudioApp()
 {
     m_client.setWaitObserver(nullptr);
     m_client.signOut(); // nobody else shall go on with a session that nobody needs
+}
+
+void StudioApp::trust(const QString &caFile)
+{
+    QXSC::NetworkPolicy policy = m_client.networkPolicy();
+    policy.inactivityLimit = m_options.timeLimit;
+    policy.caFile = caFile;
+    m_client.setNetworkPolicy(policy);
+    ZelWebControls::WebImageSource::shared()->setNetworkPolicy(policy);
 }
 
 void StudioApp::start()

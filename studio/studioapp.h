@@ -58,6 +58,8 @@ private:
     void startInBackground();
     void ownServiceReady();
     void letPeopleIn();
+    /// A file of certificate authorities besides the system's, for all that comes from the network.
+    void trust(const QString &caFile);
     /// Whether people sign in here and not to a server they have named.
     bool usesOwnService() const;
     Problem stoppedProblem(const QString &details) const;

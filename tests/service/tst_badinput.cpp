@@ -151,6 +151,7 @@ private slots:
     void tellsNothingOfOtherAccounts();
     void tellsNothingOfWhoThereIs();
     void aCallThatBreaksOffChangesNothing();
+    void anUploadIsNotCommittedTwice();
     void findsFieldsThatAreGivenTwice_data();
     void findsFieldsThatAreGivenTwice();
 
@@ -454,6 +455,42 @@ void BadInputTest::aCallThatBreaksOffChangesNothing()
             m_calls->breakOff(chunked.chopped(left));
     }
     QCOMPARE(m_calls->send("GET", "/healthz", {}, {}).status, 200);
+}
+
+void BadInputTest::anUploadIsNotCommittedTwice()
+{
+    QFETCH_GLOBAL(bool, postgres);
+    GoodCalls calls(m_databases.fresh(postgres));
+    const QByteArray upload = calls.newUpload("bytes");
+    const auto put = [&](const QByteArray &offset, const QByteArray &bytes) {
+        return calls.send("PUT", upload + "/files/0?offset=" + offset, calls.token(), bytes);
+    };
+    const QByteArray good = calls.checksums("bytes");
+    const auto commit = [&](const QByteArray &body) {
+        return calls.send("POST", upload + "/commit", calls.token(), body);
+    };
+    const QByteArray reserved = calls.checksum();
+    for (const char *offset : {"1", "5", "6", "9223372036854775807"})
+        QCOMPARE(put(offset, "b").code(), QStringLiteral("offset"));
+    verifyRefusal(put("9223372036854775808", "b"), "an offset past 64 bits");
+    verifyRefusal(put("-1", "b"), "an offset before the beginning");
+    verifyRefusal(put("0", "too many bytes"), "more than was said");
+    verifyRefusal(calls.send("PUT", upload + "/files/1?offset=0", calls.token(), "b"), "a file");
+    verifyRefusal(commit(good), "nothing has come");
+    QCOMPARE(calls.checksum(), reserved);
+    QCOMPARE(put("0", "bytes").status, 200);
+    verifyRefusal(commit(calls.checksums("other")), "another checksum");
+    // What did not arrive as it was sent has to be sent again.
+    QCOMPARE(put("0", "bytes").status, 200);
+    QCOMPARE(calls.checksum(), reserved);
+    const HttpReply done = commit(good);
+    QCOMPARE(done.status, 201);
+    const QByteArray committed = calls.checksum();
+    const HttpReply again = commit(good);
+    QCOMPARE(again.status, 201);
+    QCOMPARE(again.body, done.body);
+    verifyRefusal(put("5", "b"), "a piece of what is done");
+    QCOMPARE(calls.checksum(), committed);
 }
 
 void BadInputTest::findsFieldsThatAreGivenTwice_data()

@@ -348,6 +348,9 @@ void IntakeRoutesTest::takesQuestionsAndWhatBecameOfThem()
     QCOMPARE(play(id, "PUBLISH"), QStringLiteral("0 0 1"));
     QCOMPARE(play(id, "ANSWERED"), QStringLiteral("0 1 0"));
     QCOMPARE(stored().status, QStringLiteral("ANSWERED"));
+    // A report that comes late does not move the question back.
+    QCOMPARE(play(id, "PUBLISH"), QStringLiteral("0 0 1"));
+    QCOMPARE(stored().status, QStringLiteral("ANSWERED"));
     QCOMPARE(play(id, "DELETE"),
              QStringLiteral("0 0 0 | 0: \"status\" must be PUBLISH or ANSWERED."));
     QCOMPARE(play(newId(), "PUBLISH"), QStringLiteral("0 0 0 | 0: there is no such question."));

@@ -15,7 +15,7 @@ struct NetworkPolicy
     /// The longest silence in a call: no connection made, no byte sent and none received.
     std::chrono::milliseconds inactivityLimit = std::chrono::seconds(30);
     /// The longest a call may take as a whole, however lively it is; all pages of a long list are
-    /// one call.
+    /// one call. An upload may take as much longer as its bytes need at 8 kilobytes a second.
     std::chrono::milliseconds callLimit = std::chrono::minutes(5);
     /// How long an upload waits, in all, for a connection that broke to come back, before it is
     /// given up: longer than a service takes to start again.

@@ -9,6 +9,7 @@
 #include "service/client/exchange.h"
 #include "service/client/jsoncall.h"
 #include "service/client/listcall.h"
+#include "service/client/operationtime.h"
 #include "service/client/readahead.h"
 #include "service/client/transport.h"
 #include "service/client/uploadfile.h"
@@ -27,9 +28,10 @@ namespace {
 class Retries
 {
 public:
-    Retries(Transport &transport, const NetworkPolicy &policy)
+    Retries(Transport &transport, const OperationTime &time)
         : m_transport(transport)
-        , m_limit(policy.retryLimit)
+        , m_time(time)
+        , m_limit(time.policy().retryLimit)
     {
     }
 
@@ -45,7 +47,8 @@ public:
         const std::chrono::milliseconds pause = m_pause;
         m_pause = 2 * pause;
         m_waited += pause;
-        return isTransient(error) && m_waited <= m_limit && m_transport.pause(pause);
+        return isTransient(error) && m_waited <= m_limit && !m_time.isOver() &&
+               m_transport.pause(pause);
     }
 
 private:
@@ -57,6 +60,7 @@ private:
     }
 
     Transport &m_transport;
+    const OperationTime &m_time;
     const std::chrono::milliseconds m_limit;
     std::chrono::milliseconds m_pause = firstPause;
     std::chrono::milliseconds m_waited{0};
@@ -98,6 +102,19 @@ private:
     const qint64 m_least;
     qint64 m_next;
 };
+
+/// An upload may take as much longer than any other call as its bytes take on the slowest
+/// connection worth waiting for.
+NetworkPolicy policyOfUpload(NetworkPolicy policy,
+                             const std::vector<std::unique_ptr<UploadFile>> &files)
+{
+    constexpr qint64 slowestBytesPerMs = 8;
+    if (policy.callLimit.count() <= 0)
+        return policy;
+    for (const auto &file : files)
+        policy.callLimit += std::chrono::milliseconds(file->size() / slowestBytesPerMs);
+    return policy;
+}
 
 QByteArray folderPath(qint16 folderId, const char *rest = "")
 {
@@ -209,9 +226,10 @@ QString HttpServiceClient::CreateAsset(const QString &name, const QString &descr
                                                  {QStringLiteral("folderId"), folderId},
                                                  {QStringLiteral("files"), list}}));
     const UploadFile *current = open.front().get();
+    const OperationTime time(policyOfUpload(m_policy, open));
     try {
         const UploadTicket ticket = readAnswer(request, *ask(request), readUploadTicket);
-        return sendUpload(ticket, open, current);
+        return sendUpload(ticket, open, current, time);
     } catch (const ServiceError &error) {
         throw about(*current, error);
     }
@@ -219,14 +237,14 @@ QString HttpServiceClient::CreateAsset(const QString &name, const QString &descr
 
 QString HttpServiceClient::sendUpload(const UploadTicket &ticket,
                                       const std::vector<std::unique_ptr<UploadFile>> &files,
-                                      const UploadFile *&current)
+                                      const UploadFile *&current, const OperationTime &time)
 {
     const QPointer<HttpServiceClient> self(this);
     try {
         QJsonArray checksums;
         for (std::size_t i = 0; i < files.size(); ++i) {
             current = files[i].get();
-            sendFile(ticket, static_cast<int>(i), *files[i]);
+            sendFile(ticket, static_cast<int>(i), *files[i], time);
             checksums.append(QString::fromLatin1(files[i]->checksum()));
             reportProgress(100, files[i]->path());
         }
@@ -238,7 +256,8 @@ QString HttpServiceClient::sendUpload(const UploadTicket &ticket,
     }
 }
 
-void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, UploadFile &file)
+void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, UploadFile &file,
+                                 const OperationTime &time)
 {
     // This object may go away in a call and in a pause.
     const std::shared_ptr<Transport> transport = m_transport;
@@ -246,7 +265,7 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
     ReadAhead pieces(file);
     PieceSize pieceSize(file.size(), ticket.chunk);
     qint64 offset = 0;
-    Retries retries(*transport, m_policy);
+    Retries retries(*transport, time);
     bool isAsking = false;
     int shown = -1;
     while (offset < file.size()) {
@@ -255,7 +274,7 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
         const qint64 size = isAsking ? 0 : std::min(pieceSize.next(), file.size() - offset);
         try {
             const Exchange::Clock::time_point begun = Exchange::Clock::now();
-            const qint64 received = sendPiece(path, offset, pieces.piece(offset, size));
+            const qint64 received = sendPiece(path, offset, pieces.piece(offset, size), time);
             if (received > offset)
                 retries.startOver();
             if (!isAsking && received == offset + size)
@@ -281,17 +300,24 @@ void HttpServiceClient::sendFile(const UploadTicket &ticket, int position, Uploa
 }
 
 qint64 HttpServiceClient::sendPiece(const QByteArray &path, qint64 offset,
-                                    const std::shared_ptr<PieceSource> &piece)
+                                    const std::shared_ptr<PieceSource> &piece,
+                                    const OperationTime &time)
 {
     Request request = sessionRequest("PUT", path, "offset=" + QByteArray::number(offset));
     request.contentType = "application/octet-stream";
     request.piece = piece;
-    const NetworkPolicy policy = m_policy;
+    NetworkPolicy policy = m_policy;
+    const NetworkPolicy rest = time.rest();
+    const bool isCutShort = rest.callLimit.count() > 0 && rest.callLimit < policy.callLimit;
+    if (isCutShort)
+        policy.callLimit = rest.callLimit;
     const Reply reply = m_transport->call(request, policy);
     if (reply.ending == Reply::Ending::Answered && reply.status == 409 &&
         refusalCode(reply) == QLatin1String("offset"))
         return readAnswer(request, reply, readReceived);
-    return readAnswer(request, *taken(request, reply, policy), readReceived);
+    // The limit that a person is told of is that of the upload, where it was the one.
+    return readAnswer(request, *taken(request, reply, isCutShort ? time.policy() : policy),
+                      readReceived);
 }
 
 QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonArray &checksums,
@@ -313,9 +339,10 @@ QString HttpServiceClient::commitUpload(const UploadTicket &ticket, const QJsonA
     // Sent as what may be repeated: a second time the service says the same again.
     const Request request = sessionRequest("POST", "/v1/uploads/" + ticket.id + "/commit", {},
                                            json({{QStringLiteral("checksums"), checksums}}));
-    for (Retries retries(*transport, m_policy);;) {
+    const OperationTime time(policy);
+    for (Retries retries(*transport, time);;) {
         try {
-            const Reply reply = m_transport->call(request, policy);
+            const Reply reply = m_transport->call(request, time.rest());
             return readAnswer(request, *taken(request, reply, policy), readAssetGuid);
         } catch (const ServiceError &error) {
             if (!retries.wait(error))

@@ -191,11 +191,12 @@ private:
     /// `current` is left at the file it came to.
     QString sendUpload(const UploadTicket &ticket,
                        const std::vector<std::unique_ptr<UploadFile>> &files,
-                       const UploadFile *&current);
-    void sendFile(const UploadTicket &ticket, int position, UploadFile &file);
+                       const UploadFile *&current, const OperationTime &time);
+    void sendFile(const UploadTicket &ticket, int position, UploadFile &file,
+                  const OperationTime &time);
     /// Returns how much of the file the service has then.
     qint64 sendPiece(const QByteArray &path, qint64 offset,
-                     const std::shared_ptr<PieceSource> &piece);
+                     const std::shared_ptr<PieceSource> &piece, const OperationTime &time);
     QString commitUpload(const UploadTicket &ticket, const QJsonArray &checksums,
                          const std::vector<std::unique_ptr<UploadFile>> &files);
     void dropUpload(const UploadTicket &ticket);

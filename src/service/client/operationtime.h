@@ -22,6 +22,12 @@ public:
     /// Of the operation as a whole.
     const NetworkPolicy &policy() const { return m_policy; }
 
+    /// Whether nothing is left for another call.
+    bool isOver() const
+    {
+        return m_policy.callLimit.count() > 0 && Clock::now() - m_begun >= m_policy.callLimit;
+    }
+
     /// For the next call.
     NetworkPolicy rest() const
     {

@@ -3,6 +3,8 @@
 #include "scriptedserver.h"
 #include "testsupport/testcase.h"
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QUuid>
 
@@ -278,6 +280,37 @@ private slots:
         QVERIFY(error);
         QCOMPARE(error->kind(), ServiceError::Kind::TimedOut);
         QVERIFY(error->description().contains(QLatin1String("0.6 seconds")));
+    }
+
+    void allPiecesOfAnUploadShareItsTime()
+    {
+        // Each piece is answered in time, and the file never gets any further.
+        SignedIn there([](const SeenRequest &request, Wire &wire) {
+            if (request.method == "PUT") {
+                wire.sleep(100);
+                wire.write(http(200, R"({"received":1})"));
+            } else {
+                wire.write(http(201, R"({"uploadId":"u-1","chunk":4096})"));
+            }
+        });
+        NetworkPolicy policy;
+        policy.callLimit = 800ms;
+        there.client.setNetworkPolicy(policy);
+        QTemporaryDir folder;
+        auto entry = std::make_shared<AssetFileEntry>();
+        entry->localPath = folder.filePath(QStringLiteral("f.txt"));
+        QFile file(entry->localPath);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("bytes") == 5);
+        file.close();
+        auto files = std::make_shared<AssetFileCollection>();
+        files->add(entry);
+        const auto error = errorOf(
+            [&] { there.client.CreateAsset(QStringLiteral("n"), {}, 0, files, {}, {}, nullptr); });
+        QVERIFY(error);
+        QCOMPARE(error->kind(), ServiceError::Kind::TimedOut);
+        QVERIFY2(error->description().contains(QLatin1String("after 0.8 seconds")),
+                 qPrintable(error->description()));
+        QVERIFY(there.calls() > 3);
     }
 
     void everyChangeCarriesAKey()
