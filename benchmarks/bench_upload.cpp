@@ -4,6 +4,7 @@
 // bench_upload [mebibytes]
 // How long a large file takes through the client and a real service, beside copying the same file
 // on the same disk with cp and writing it out, and how much memory the two processes take for it.
+#include "largefile.h"
 #include "measuring.h"
 #include "service/client/httpserviceclient.h"
 #include "tests/contract/serviceprocess.h"
@@ -15,51 +16,20 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <random>
-#include <stdexcept>
 #include <vector>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 using namespace QXSC;
+using Bench::fail;
+using Bench::makeFile;
+using Bench::writeOut;
 
 namespace {
 
 constexpr int runs = 3;
-constexpr qint64 mebibyte = 1024 * 1024;
 constexpr double timeGoal = 2.0;
 constexpr double memoryGoal = 64; // MiB
-
-[[noreturn]] void fail(const QString &what)
-{
-    throw std::runtime_error(what.toStdString());
-}
-
-void writeOut(const QString &path)
-{
-    const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-    if (handle < 0 || ::fsync(handle) != 0)
-        fail(QStringLiteral("cannot write out ") + path);
-    ::close(handle);
-}
-
-/// Bytes that no file system can store as less.
-void makeFile(const QString &path, qint64 mebibytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        fail(QStringLiteral("cannot write ") + path);
-    std::mt19937_64 random(20261121);
-    std::vector<quint64> piece(mebibyte / sizeof(quint64));
-    for (qint64 i = 0; i < mebibytes; ++i) {
-        std::generate(piece.begin(), piece.end(), std::ref(random));
-        if (file.write(reinterpret_cast<const char *>(piece.data()), mebibyte) != mebibyte)
-            fail(QStringLiteral("no room for ") + path);
-    }
-    file.close();
-    writeOut(path);
-}
 
 template <typename Work>
 double seconds(const Work &work)

@@ -4,6 +4,7 @@
 
 #include "service/daemon/filesection.h"
 #include "service/daemon/httpserver.h"
+#include "service/store/bytesource.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -38,8 +39,9 @@ int PictureService::serve(const QString &folder)
         plan.lane = Lane::Worker;
         plan.handler = [folder](const HttpRequest &request) {
             const QByteArray name = request.target.mid(request.target.lastIndexOf('/') + 1);
-            return fileResponse(request, QDir(folder).filePath(QString::fromLatin1(name)),
-                                request.target, "image/png");
+            return fileResponse(
+                request, Zel::FileSource::open(QDir(folder).filePath(QString::fromLatin1(name))),
+                request.target, "image/png");
         };
         return plan;
     };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/calls.h"
 
+#include "tests/contract/contracttls.h"
 #include "tests/interface/interfacecheck.h"
 
 #include <QUuid>
@@ -74,6 +75,7 @@ void examine(const QXSC::CallReport &report)
 Client::Client(QObject *parent)
     : QXSC::HttpServiceClient(parent)
 {
+    setNetworkPolicy(policy());
     setCallObserver(examine);
 }
 
@@ -86,6 +88,14 @@ QStringList takeInterfaceFaults()
 int checkedCalls()
 {
     return watch().calls;
+}
+
+QXSC::NetworkPolicy Client::policy()
+{
+    QXSC::NetworkPolicy result;
+    if (const ContractTls *tls = ContractTls::get())
+        result.caFile = tls->caFile();
+    return result;
 }
 
 bool authenticate(Client &client, const QString &address, const QString &user,

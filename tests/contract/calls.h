@@ -11,12 +11,16 @@
 
 namespace ZelTest {
 
-/// The real client. Every request it sends and every answer it gets is held against the interface
-/// that the service publishes; `takeInterfaceFaults` tells what did not fit.
+/// The real client, which trusts the service of the tests. Every request it sends and every answer
+/// it gets is held against the interface that the service publishes; `takeInterfaceFaults` tells
+/// what did not fit.
 class Client : public QXSC::HttpServiceClient
 {
 public:
     explicit Client(QObject *parent = nullptr);
+
+    /// What it is told of networks from the start.
+    static QXSC::NetworkPolicy policy();
 };
 
 /// What did not fit the published interface since the last time, of all clients and threads.

@@ -52,10 +52,14 @@ void ContractTest::initTestCase()
 {
     TestCase::initTestCase();
     const QByteArray engine = qgetenv("ZEL_CONTRACT_DATABASE");
-    QVERIFY2(engine.isEmpty() || engine == "sqlite" || engine == "postgres", engine.constData());
-    m_service = std::make_unique<ServiceProcess>();
+    QVERIFY2(engine.isEmpty() || engine == "sqlite" || engine == "postgres" || engine == "tls",
+             engine.constData());
+    m_service = std::make_unique<ServiceUnderTest>();
+    // Replicas that encrypt share nothing but the database.
+    m_service->blobs = engine == "tls" ? QStringLiteral("database")
+                                       : qEnvironmentVariable("ZEL_CONTRACT_BLOBS");
     m_service->importPaths = samplePaths() << workspaceFolder();
-    if (engine == "postgres") {
+    if (engine == "postgres" || engine == "tls") {
         m_postgres = std::make_unique<PostgresServer>();
         QVERIFY2(m_postgres->start(), qPrintable(m_postgres->error()));
         m_service->database = m_postgres->newDatabase();
@@ -81,18 +85,19 @@ void ContractTest::cleanup()
 void ContractTest::cleanupTestCase()
 {
     QVERIFY2(checkedCalls() > 0, "no call was held against the interface");
-    for (ServiceProcess *process : {m_service.get(), m_replica.get()}) {
+    const auto end = [this](auto &process) {
         if (!process || !process->isRunning())
-            continue;
+            return;
         const int exitCode = process->stop();
         QVERIFY2(exitCode == 0, process->log().right(4000).constData());
-        verifyLog(*process);
-    }
+        verifyLog(process->log());
+    };
+    end(m_service);
+    end(m_replica);
 }
 
-void ContractTest::verifyLog(ServiceProcess &process)
+void ContractTest::verifyLog(const QByteArray &log)
 {
-    const QByteArray log = process.log();
     QVERIFY(log.contains("listening") || log.contains("started"));
     for (const Person &person : {maja(), tomas(), ines(), nora(), olaf(), vera()})
         QVERIFY2(!log.contains(person.password.toUtf8()), "the log holds a password");
@@ -102,8 +107,7 @@ ServiceProcess &ContractTest::replica()
 {
     if (!m_replica) {
         m_replica = std::make_unique<ServiceProcess>();
-        m_replica->database = m_service->database;
-        m_replica->files = m_service->files;
+        m_service->join(*m_replica);
     }
     if (!m_replica->isRunning() && !m_replica->startAgain())
         throw std::runtime_error(qPrintable(m_replica->error()));

@@ -5,7 +5,7 @@
 #include "service/store/database.h"
 #include "tests/contract/calls.h"
 #include "tests/contract/postgresserver.h"
-#include "tests/contract/serviceprocess.h"
+#include "tests/contract/serviceundertest.h"
 #include "testsupport/testcase.h"
 
 #include <memory>
@@ -38,8 +38,11 @@ constexpr qint64 quietRoom = 2002;
 constexpr qint64 clockTower = 2003;
 
 /// Base of every test of the contract: the real service with the sample and the contract workspace,
-/// started once for the program over the database that ZEL_CONTRACT_DATABASE names, "sqlite" (also
-/// when it is not set) or "postgres". What one test function stores the next one finds.
+/// started once for the program over the database that ZEL_CONTRACT_DATABASE names: "sqlite" (also
+/// when it is not set), "postgres", or "tls" for PostgreSQL with two replicas of the service behind
+/// a balancer, by TLS. Files lie where ZEL_CONTRACT_BLOBS says: in "files" (also when it is not set)
+/// or in the "database"; those of the replicas always in the database, so that they share nothing
+/// else. What one test function stores the next one finds.
 ///
 /// A service that a test function stopped or killed runs again, at the same address, when the next
 /// one begins. A test function fails when a request or an answer of its clients does not fit the
@@ -57,12 +60,12 @@ public:
     static QString workspaceFolder();
 
 protected:
-    ServiceProcess &service() { return *m_service; }
+    ServiceUnderTest &service() { return *m_service; }
 
     /// What of the sample is taken in; without its deployments unless a test says so.
     virtual QStringList samplePaths() const { return ServiceProcess::sampleWorkspace(); }
 
-    /// A second process of the service over the same database, started when first asked for.
+    /// A further process of the service over the same database, started when first asked for.
     ServiceProcess &replica();
 
     /// The same database, for what no operation can bring about.
@@ -70,6 +73,9 @@ protected:
 
     /// The PostgreSQL server; null on SQLite.
     PostgresServer *postgres() { return m_postgres.get(); }
+
+    /// Whether the bytes of files are in the database.
+    bool hasChunks() const { return m_service->blobs == QLatin1String("database"); }
 
     /// A client that is signed in, with an account chosen unless it is 0.
     std::unique_ptr<Client> signIn(const Person &person, qint64 account = 0);
@@ -81,10 +87,10 @@ protected slots:
     void cleanupTestCase();
 
 private:
-    void verifyLog(ServiceProcess &process);
+    void verifyLog(const QByteArray &log);
 
     std::unique_ptr<PostgresServer> m_postgres;
-    std::unique_ptr<ServiceProcess> m_service;
+    std::unique_ptr<ServiceUnderTest> m_service;
     std::unique_ptr<ServiceProcess> m_replica;
     std::unique_ptr<Zel::Database> m_database;
 };

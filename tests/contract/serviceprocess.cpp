@@ -87,26 +87,39 @@ QProcessEnvironment ServiceProcess::environment()
         files = m_folder.filePath(QStringLiteral("files"));
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("ZEL_FILES"), files);
+    environment.insert(QStringLiteral("ZEL_BLOBS"), blobs);
     return environment;
+}
+
+QStringList ServiceProcess::serveArguments() const
+{
+    QStringList all{QStringLiteral("serve"),
+                    QStringLiteral("--database"),
+                    database,
+                    QStringLiteral("--listen"),
+                    QStringLiteral("127.0.0.1:%1").arg(m_port),
+                    QStringLiteral("--sign-in-cost"),
+                    QStringLiteral("minimal")};
+    if (!tls.certificate.isEmpty())
+        all << QStringLiteral("--certificate") << tls.certificate << QStringLiteral("--key")
+            << tls.key;
+    return all + arguments;
 }
 
 bool ServiceProcess::startAgain()
 {
     if (!hasFolder())
         return false;
+    if (!tls.certificate.isEmpty())
+        m_scheme = QStringLiteral("https://");
     m_process.setProcessEnvironment(environment());
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     // A pipe that nobody reads while a test waits for something else would fill and stop it.
     if (logPath.isEmpty())
         logPath = m_folder.filePath(QStringLiteral("service.log"));
     m_process.setStandardErrorFile(logPath, QIODevice::Append);
-    m_process.start(programPath(),
-                    QStringList{QStringLiteral("serve"), QStringLiteral("--database"), database,
-                                QStringLiteral("--listen"),
-                                QStringLiteral("127.0.0.1:%1").arg(m_port),
-                                QStringLiteral("--sign-in-cost"), QStringLiteral("minimal")} +
-                        arguments);
-    const QByteArray prefix = "listening on http://127.0.0.1:";
+    m_process.start(programPath(), serveArguments());
+    const QByteArray prefix = "listening on " + m_scheme.toLatin1() + "127.0.0.1:";
     QByteArray line;
     const QDeadlineTimer deadline(startTimeMs);
     while (!line.endsWith('\n')) {
@@ -125,6 +138,12 @@ void ServiceProcess::terminate()
 {
     if (isRunning())
         ::kill(static_cast<pid_t>(m_process.processId()), SIGTERM);
+}
+
+void ServiceProcess::hangUp()
+{
+    if (isRunning())
+        ::kill(static_cast<pid_t>(m_process.processId()), SIGHUP);
 }
 
 int ServiceProcess::stop()

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "tests/contract/testauthority.h"
+
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -26,8 +28,12 @@ public:
     QString database;
     /// The folder of uploaded files; empty for one of its own.
     QString files;
+    /// Where the bytes of files are kept, "files" or "database"; empty for what is usual.
+    QString blobs;
     /// Further arguments of `serve`.
     QStringList arguments;
+    /// The certificate and key it encrypts with; plain HTTP when empty.
+    TestAuthority::Files tls;
     /// Where its standard error goes: empty for a file of its own.
     QString logPath;
 
@@ -43,8 +49,8 @@ public:
 
     QString error() const { return m_error; }
 
-    /// Where it answers: "http://127.0.0.1:PORT".
-    QString address() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
+    /// Where it answers: "http://127.0.0.1:PORT", or with https:// when it encrypts.
+    QString address() const { return m_scheme + QStringLiteral("127.0.0.1:%1").arg(m_port); }
 
     quint16 port() const { return m_port; }
 
@@ -58,6 +64,8 @@ public:
     void kill();
     /// Asks it to stop and does not wait.
     void terminate();
+    /// Has it read its certificate again (SIGHUP).
+    void hangUp();
     /// Waits until it has ended; returns its exit code, -1 when it did not end in order.
     int waitForEnd(int milliseconds = 30'000);
 
@@ -70,12 +78,14 @@ public:
 
 private:
     QProcessEnvironment environment();
+    QStringList serveArguments() const;
     bool hasFolder();
     bool prepareDatabase();
     bool fail(const QString &why);
 
     QTemporaryDir m_folder;
     QProcess m_process;
+    QString m_scheme = QStringLiteral("http://");
     quint16 m_port = 0;
     QString m_error;
 };

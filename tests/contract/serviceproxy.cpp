@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/serviceproxy.h"
 
+#include "tests/contract/contracttls.h"
 #include "tests/contract/serviceproxyserver.h"
+
+#include <QSslSocket>
 
 #include <stdexcept>
 
@@ -17,6 +20,21 @@ ServiceProxyServer::ServiceProxyServer(quint16 servicePort)
         while (QTcpSocket *client = nextPendingConnection())
             take(client);
     });
+}
+
+void ServiceProxyServer::incomingConnection(qintptr handle)
+{
+    const ContractTls *tls = ContractTls::get();
+    if (!tls) {
+        QTcpServer::incomingConnection(handle);
+        return;
+    }
+    auto *client = new QSslSocket(this);
+    client->setSocketDescriptor(handle);
+    client->setSslConfiguration(tls->configuration());
+    client->setPeerVerifyMode(QSslSocket::VerifyNone);
+    client->startServerEncryption();
+    addPendingConnection(client);
 }
 
 void ServiceProxyServer::forwardTo(quint16 servicePort)
@@ -39,7 +57,8 @@ void ServiceProxyServer::endConnections()
 
 void ServiceProxyServer::take(QTcpSocket *client)
 {
-    auto *service = new QTcpSocket(this);
+    const ContractTls *tls = ContractTls::get();
+    auto *service = tls ? new QSslSocket(this) : new QTcpSocket(this);
     connect(client, &QTcpSocket::readyRead, service,
             [this, client, service] { passToService(client, service); });
     connect(service, &QTcpSocket::readyRead, client,
@@ -50,7 +69,12 @@ void ServiceProxyServer::take(QTcpSocket *client)
     connect(service, &QTcpSocket::disconnected, client, &QTcpSocket::disconnectFromHost);
     connect(service, &QTcpSocket::disconnected, service, &QObject::deleteLater);
     connect(service, &QTcpSocket::errorOccurred, client, &QTcpSocket::disconnectFromHost);
-    service->connectToHost(QHostAddress(QHostAddress::LocalHost), m_servicePort);
+    if (auto *encrypted = qobject_cast<QSslSocket *>(service)) {
+        encrypted->setSslConfiguration(tls->configuration());
+        encrypted->connectToHostEncrypted(QStringLiteral("127.0.0.1"), m_servicePort);
+    } else {
+        service->connectToHost(QHostAddress(QHostAddress::LocalHost), m_servicePort);
+    }
 }
 
 void ServiceProxyServer::passToService(QTcpSocket *client, QTcpSocket *service)
@@ -72,10 +96,20 @@ void ServiceProxyServer::passToService(QTcpSocket *client, QTcpSocket *service)
 void ServiceProxyServer::passToClient(QTcpSocket *service, QTcpSocket *client)
 {
     const QByteArray bytes = service->readAll();
-    if (m_fate == Fate::LoseAnswer)
-        client->abort();
-    else
+    if (m_fate != Fate::LoseAnswer && m_fate != Fate::LoseNextAnswer) {
         client->write(bytes);
+        return;
+    }
+    if (m_fate == Fate::LoseNextAnswer)
+        m_fate = Fate::PassOn;
+    client->abort();
+}
+
+QString ServiceProxy::address() const
+{
+    return QStringLiteral("%1://127.0.0.1:%2")
+        .arg(ContractTls::get() ? QStringLiteral("https") : QStringLiteral("http"))
+        .arg(m_port);
 }
 
 ServiceProxy::ServiceProxy(quint16 servicePort)

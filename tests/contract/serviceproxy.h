@@ -10,15 +10,17 @@ namespace ZelTest {
 class ServiceProxyServer;
 
 /// One loopback address in front of services, where a test decides what becomes of a call on its
-/// way and which service gets it. Works in a thread of its own, so it goes on while a call waits.
+/// way and which service gets it. By TLS it ends the encryption of both sides. Works in a thread of
+/// its own, so it goes on while a call waits.
 class ServiceProxy
 {
 public:
     enum class Fate
     {
-        PassOn,      ///< there and back
-        LoseRequest, ///< the connection ends before the service hears of the call
-        LoseAnswer   ///< the service does what it is asked to, then the connection ends
+        PassOn,        ///< there and back
+        LoseRequest,   ///< the connection ends before the service hears of the call
+        LoseAnswer,    ///< the service does what it is asked to, then the connection ends
+        LoseNextAnswer ///< the same once; then calls are passed on
     };
 
     /// Begins to listen; throws `std::runtime_error` when it cannot.
@@ -27,7 +29,7 @@ public:
     ServiceProxy(const ServiceProxy &) = delete;
     ServiceProxy &operator=(const ServiceProxy &) = delete;
 
-    QString address() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
+    QString address() const;
 
     /// Calls go to another service from now on; open connections end.
     void forwardTo(quint16 servicePort);

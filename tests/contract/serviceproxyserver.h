@@ -25,6 +25,9 @@ public:
 
     std::atomic_int requests = 0;
 
+protected:
+    void incomingConnection(qintptr handle) override;
+
 private:
     void take(QTcpSocket *client);
     void passToService(QTcpSocket *client, QTcpSocket *service);

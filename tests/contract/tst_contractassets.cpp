@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/databaseblobs.h"
 #include "service/store/fileblobs.h"
 #include "service/store/store.h"
 #include "tests/contract/contracttest.h"
+#include "tests/contract/contracttls.h"
 #include "tests/contract/serviceproxy.h"
 
 #include <QCryptographicHash>
@@ -72,7 +74,7 @@ QByteArray content(qint64 size)
 QByteArray fetch(const QString &address, int *status = nullptr, const QByteArray &range = {})
 {
     QNetworkAccessManager manager;
-    QNetworkRequest request{QUrl(address)};
+    QNetworkRequest request = requestOf(address);
     if (!range.isEmpty())
         request.setRawHeader("Range", range);
     const std::unique_ptr<QNetworkReply> reply(manager.get(request));
@@ -146,6 +148,29 @@ private:
         return file.fileName();
     }
 
+    bool hasBlob(const QString &sha)
+    {
+        if (!hasChunks())
+            return QFile::exists(Zel::FileBlobs(service().files).blobPath(sha));
+        return Zel::DatabaseBlobs(database(), Zel::systemClock()).has({contractStudio, sha});
+    }
+
+    /// Has the database answer as if it were full to whatever is long, or ends that.
+    void refuseLargeContents(bool refuse)
+    {
+        const QStringList begin{
+            QStringLiteral("CREATE FUNCTION full_disk() RETURNS trigger LANGUAGE plpgsql AS 'BEGIN "
+                           "RAISE EXCEPTION USING ERRCODE = ''53100''; END'"),
+            QStringLiteral("CREATE TRIGGER full_disk BEFORE INSERT ON blob_chunk FOR EACH ROW "
+                           "WHEN (NEW.first_byte > 7000000) EXECUTE FUNCTION full_disk()")};
+        const QStringList end{QStringLiteral("DROP TRIGGER full_disk ON blob_chunk"),
+                              QStringLiteral("DROP FUNCTION full_disk()")};
+        database().tx([&] {
+            for (const QString &statement : refuse ? begin : end)
+                database().runNative(statement);
+        });
+    }
+
     qint16 newFolder(Client &client, qint16 parent = root)
     {
         return client.CreateAssetFolder(parent, QStringLiteral("Folder %1").arg(++m_folders));
@@ -195,18 +220,27 @@ void ContractAssetsTest::showsTheSampleToEachPersonByTheirRights()
                  qPrintable(logo->assetName));
 }
 
-/// A limit on the size of files stands in for a full disk.
+/// A limit on the size of files stands in for a full disk, and a refusal of large contents for a
+/// full database.
 void ContractAssetsTest::refusesWhatDoesNotFit()
 {
     const auto client = signIn(nora(), contractStudio);
     const qint16 folder = newFolder(*client);
     const QString path = file(QStringLiteral("large.bin"), content(12'000'000));
     struct rlimit limit = {8'000'000, RLIM_INFINITY};
-    QCOMPARE(prlimit(static_cast<pid_t>(service().processId()), RLIMIT_FSIZE, &limit, nullptr), 0);
+    const auto limitFiles = [this](const struct rlimit &most) {
+        for (const qint64 id : service().processIds())
+            QCOMPARE(prlimit(static_cast<pid_t>(id), RLIMIT_FSIZE, &most, nullptr), 0);
+    };
+    limitFiles(limit);
+    if (hasChunks())
+        refuseLargeContents(true);
     QCOMPARE(failureOf([&] { upload(*client, path, folder); }),
              QStringLiteral("Refused/storage-full"));
     limit.rlim_cur = RLIM_INFINITY;
-    QCOMPARE(prlimit(static_cast<pid_t>(service().processId()), RLIMIT_FSIZE, &limit, nullptr), 0);
+    limitFiles(limit);
+    if (hasChunks())
+        refuseLargeContents(false);
     QCOMPARE(assetsOf(*client, folder)->count(), 0);
     QCOMPARE(failureOf([&] { upload(*client, path, folder); }), QStringLiteral("none"));
 }
@@ -557,15 +591,14 @@ void ContractAssetsTest::deletesAssets()
     const QString other = upload(*client, file(QStringLiteral("b.bin"), bytes), folder);
     const QString sha =
         QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
-    const QString blob = Zel::FileBlobs(service().files).blobPath(sha);
-    QVERIFY(QFile::exists(blob));
+    QVERIFY(hasBlob(sha));
     client->DeleteAsset(other);
     QCOMPARE(
         service().runCommand(
             {QStringLiteral("trash"), QStringLiteral("purge"), QStringLiteral("--all")}, &output),
         0);
     QVERIFY2(output.contains("removed for good"), output.constData());
-    QVERIFY(!QFile::exists(blob));
+    QVERIFY(!hasBlob(sha));
     QCOMPARE(fetch(address), QByteArray("text"));
 }
 
@@ -653,7 +686,8 @@ void ContractAssetsTest::keepsStrangeNames()
     QNetworkAccessManager manager;
     const QUrl address(client->assetAddress(guid));
     QVERIFY(address.isValid());
-    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(address)));
+    const std::unique_ptr<QNetworkReply> reply(
+        manager.get(requestOf(address.toString(QUrl::FullyEncoded))));
     QTRY_VERIFY(reply->isFinished());
     QCOMPARE(reply->readAll(), QByteArray("text"));
     QCOMPARE(reply->rawHeader("Content-Disposition"),

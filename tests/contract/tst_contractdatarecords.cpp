@@ -698,7 +698,8 @@ void ContractDataRecordsTest::aKilledServiceLeavesTheOldRecordOrTheNew()
             while (saves <= round) // in the middle of a save, each time of a later one
                 QThread::yieldCurrentThread();
             QThread::usleep(static_cast<unsigned long>(round) * 1500);
-            ::kill(pid_t(service().processId()), SIGKILL);
+            for (const qint64 id : service().processIds())
+                ::kill(pid_t(id), SIGKILL);
         }));
         killer->start();
         const QString failure = failureOf([&] {

@@ -3,10 +3,16 @@
 #include "tests/contract/contracttest.h"
 #include "tests/contract/recordtext.h"
 
+#include <QFile>
 #include <QMutex>
+#include <QSemaphore>
 #include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+
+#include <algorithm>
+#include <array>
 
 using namespace ZelTest;
 
@@ -37,6 +43,34 @@ QStringList inEightThreads(const std::function<void(int)> &work)
     return failures;
 }
 
+std::unique_ptr<Client> signInAt(const QString &address, const Person &person)
+{
+    auto client = std::make_unique<Client>();
+    if (!authenticate(*client, address, person.user, person.password) ||
+        !chooseAccount(*client, QString::number(contractStudio)))
+        throw std::runtime_error("nobody may sign in");
+    return client;
+}
+
+/// The ids of the folders of that name.
+QList<qint16> foldersNamed(Client &client, const QString &name)
+{
+    QList<qint16> ids;
+    const auto folders = client.GetAssetFolders(0);
+    for (const QXSC::AssetFolderRecordPtr &folder : *folders) {
+        if (folder->folderName == name)
+            ids << folder->folderId;
+    }
+    return ids;
+}
+
+const Zel::SqlText countStrayAssets(R"sql(
+    SELECT COUNT(*) FROM asset a
+    WHERE a.account_id = $1 AND a.folder_id <> 0
+      AND NOT EXISTS (SELECT f.folder_id FROM asset_folder f
+                      WHERE f.account_id = a.account_id AND f.folder_id = a.folder_id)
+)sql");
+
 } // namespace
 
 class TestContractManyWriters : public ContractTest
@@ -48,6 +82,9 @@ private slots:
     void theSameProjectIsMadeOnce();
     void oneOfSeveralOfTheSameGuidIsMade();
     void sessionsOfOnePersonDoNotGetInEachOthersWay();
+    void everyFolderGetsANumberOfItsOwn();
+    void oneOfEightMakesTheFolderOfOneName();
+    void noAssetLandsInAFolderBeingDeleted();
 };
 
 void TestContractManyWriters::everyProjectIsMadeOnce()
@@ -136,6 +173,113 @@ void TestContractManyWriters::sessionsOfOnePersonDoNotGetInEachOthersWay()
         }
     });
     QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char(10))));
+}
+
+/// Also where some of the folders are deleted meanwhile: a number means one folder for good.
+void TestContractManyWriters::everyFolderGetsANumberOfItsOwn()
+{
+    constexpr int each = 8;
+    const QStringList addresses{service().address(), replica().address()};
+    QMutex mutex;
+    QList<qint16> given;
+    const QStringList failures = inEightThreads([&](int number) {
+        const auto client = signInAt(addresses.at(number % 2), number % 3 == 0 ? nora() : olaf());
+        for (int i = 0; i < each; ++i) {
+            const qint16 id = client->CreateAssetFolder(0, newGuid());
+            if (i % 2 == 0)
+                client->DeleteAssetFolder(id);
+            const QMutexLocker lock(&mutex);
+            given << id;
+        }
+    });
+    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char(10))));
+    QCOMPARE(given.size(), writers * each);
+    QCOMPARE(QSet<qint16>(given.begin(), given.end()).size(), writers * each);
+    QVERIFY(*std::min_element(given.begin(), given.end()) > 0);
+}
+
+void TestContractManyWriters::oneOfEightMakesTheFolderOfOneName()
+{
+    const QStringList addresses{service().address(), replica().address()};
+    const auto reader = signIn(nora(), contractStudio);
+    for (int round = 0; round < 4; ++round) {
+        const QString name = newGuid();
+        QMutex mutex;
+        QList<qint16> made;
+        int conflicts = 0;
+        const QStringList failures = inEightThreads([&](int number) {
+            const auto client = signInAt(addresses.at(number % 2), olaf());
+            qint16 id = 0;
+            const QString failure = failureOf(
+                [&] { id = client->CreateAssetFolder(0, number % 2 ? name : name.toUpper()); });
+            const QMutexLocker lock(&mutex);
+            if (failure == QLatin1String("none"))
+                made << id;
+            conflicts += failure == QLatin1String("Conflict/conflict");
+        });
+        QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char(10))));
+        QCOMPARE(made.size(), 1);
+        QCOMPARE(conflicts, writers - 1);
+        QCOMPARE(foldersNamed(*reader, name) + foldersNamed(*reader, name.toUpper()), made);
+    }
+}
+
+/// Four uploads end while their folders are being deleted: either the asset is there in its folder
+/// or neither of them is.
+void TestContractManyWriters::noAssetLandsInAFolderBeingDeleted()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("small.txt")));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("text") == 4);
+    file.close();
+    auto files = std::make_shared<QXSC::AssetFileCollection>();
+    files->add(std::make_shared<QXSC::AssetFileEntry>(QXSC::AssetFileEntry{file.fileName()}));
+
+    const QStringList addresses{service().address(), replica().address()};
+    const auto reader = signIn(nora(), contractStudio);
+    for (int round = 0; round < 4; ++round) {
+        struct Pair
+        {
+            qint16 folder = 0;
+            QString name = newGuid();
+            QSemaphore sent;
+            QString uploading;
+            QString deleting;
+        };
+
+        std::array<Pair, writers / 2> pairs;
+        for (Pair &pair : pairs)
+            pair.folder = reader->CreateAssetFolder(0, pair.name);
+        const QStringList failures = inEightThreads([&](int number) {
+            Pair &pair = pairs.at(static_cast<std::size_t>(number / 2));
+            const auto client = signInAt(addresses.at(number % 2), olaf());
+            if (number % 2 == 0) {
+                QObject::connect(
+                    client.get(), &QXSC::ServiceClient::CreateAssetFileProgress, client.get(),
+                    [&](qint32 percent) { pair.sent.release(percent == 100 ? 1 : 0); });
+                pair.uploading = failureOf([&] {
+                    client->CreateAsset(pair.name, QString(), pair.folder, files, QString(),
+                                        QString(), nullptr);
+                });
+                pair.sent.release(); // also when it did not come so far
+            } else {
+                pair.sent.acquire();
+                pair.deleting = failureOf([&] { client->DeleteAssetFolder(pair.folder); });
+            }
+        });
+        QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char(10))));
+        for (const Pair &pair : pairs) {
+            const bool isListed = pair.uploading == QLatin1String("none");
+            QCOMPARE(pair.deleting,
+                     isListed ? QStringLiteral("Conflict/not-empty") : QStringLiteral("none"));
+            QCOMPARE(foldersNamed(*reader, pair.name).size(), isListed ? 1 : 0);
+            if (!isListed)
+                QCOMPARE(pair.uploading, QStringLiteral("Refused/not-allowed"));
+        }
+    }
+    const auto stray = database().row(countStrayAssets, {contractStudio},
+                                      [](const Zel::SqlRow &row) { return row.integer(0); });
+    QCOMPARE(stray.value(), 0);
 }
 
 ZEL_TEST_MAIN(TestContractManyWriters)

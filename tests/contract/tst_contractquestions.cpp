@@ -5,6 +5,8 @@
 #include <QSet>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace QXSC;
 using namespace ZelTest;
 
@@ -52,6 +54,10 @@ private slots:
     void refusesStatesThatAreNotAModerators();
     void tellsOfQuestionsThatAreNotThere();
     void letsViewersLookOnly();
+    void questionsOfOneMomentComeByGuid();
+    void refusesTextsThatCannotBeStored_data();
+    void refusesTextsThatCannotBeStored();
+    void takesTextsUpToTheirLimit();
 
 private:
     QuestionRecordPtr find(Client &client, const QString &deployment, const QString &guid)
@@ -237,6 +243,75 @@ void ContractQuestionsTest::letsViewersLookOnly()
     QCOMPARE(failureOf([&] { client->SetQuestionStatus(newGuid(), QStringLiteral("STAGED")); }),
              refused);
     QCOMPARE(failureOf([&] { client->UpdateQuestion(newGuid(), {}, {}, {}, {}); }), refused);
+}
+
+void ContractQuestionsTest::questionsOfOneMomentComeByGuid()
+{
+    const auto client = signIn(maja(), brightwaterMedia);
+    const QString guid = newDeployment();
+    QStringList undated;
+    QStringList dated;
+    for (int i = 0; i < 6; ++i) {
+        const Zel::AskedQuestion question =
+            asked(QStringLiteral("?"), i % 2 == 0 ? std::optional<qint64>(5000) : std::nullopt,
+                  QStringLiteral("user %1").arg(i));
+        store().questions.take(refOf(guid), {question});
+        (i % 2 == 0 ? dated : undated) << question.guid;
+    }
+    std::sort(undated.begin(), undated.end());
+    std::sort(dated.begin(), dated.end());
+    QStringList listed;
+    const auto list = client->GetQuestions(guid, dawn, QDateTime());
+    for (const QuestionRecordPtr &one : *list)
+        listed << one->QuestionGuid;
+    QCOMPARE(listed, undated + dated);
+}
+
+void ContractQuestionsTest::refusesTextsThatCannotBeStored_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("NUL") << QStringLiteral("a\0b");
+    QTest::newRow("high surrogate alone") << QStringLiteral("a") + QChar(0xd800);
+    QTest::newRow("low surrogate alone") << QChar(0xdc00) + QStringLiteral("a");
+    QTest::newRow("no character") << QStringLiteral("a\uffff");
+}
+
+void ContractQuestionsTest::refusesTextsThatCannotBeStored()
+{
+    QFETCH(QString, text);
+    const auto client = signIn(maja(), brightwaterMedia);
+    const QString guid = newDeployment();
+    const Zel::AskedQuestion question = asked(QStringLiteral("Why?"), 1000);
+    store().questions.take(refOf(guid), {question});
+    const QString good = QStringLiteral("good");
+    const QString refused = QStringLiteral("Invalid/invalid-text");
+    QCOMPARE(failureOf([&] { client->UpdateQuestion(question.guid, text, good, {}, {}); }),
+             refused);
+    QCOMPARE(failureOf([&] { client->UpdateQuestion(question.guid, good, text, {}, {}); }),
+             refused);
+    QCOMPARE(failureOf([&] { client->SetQuestionStatus(question.guid, text); }), refused);
+    const QuestionRecordPtr untouched = find(*client, guid, question.guid);
+    QCOMPARE(untouched->QuestionText, question.text);
+    QCOMPARE(untouched->AnswerText, QString());
+}
+
+void ContractQuestionsTest::takesTextsUpToTheirLimit()
+{
+    const auto client = signIn(maja(), brightwaterMedia);
+    const QString guid = newDeployment();
+    const Zel::AskedQuestion question = asked(QStringLiteral("Why?"), 1000);
+    store().questions.take(refOf(guid), {question});
+    const QString longest(Zel::longestQuestion, QChar(0x20ac));
+    QCOMPARE(client->UpdateQuestion(question.guid, longest, question.text, {}, {}), 0);
+    QVERIFY(find(*client, guid, question.guid)->AnswerText == longest);
+    const auto failure = [&](const QString &answer, const QString &text) {
+        return failureOf([&] { client->UpdateQuestion(question.guid, answer, text, {}, {}); });
+    };
+    QCOMPARE(failure(longest + QLatin1Char('x'), question.text), QStringLiteral("Invalid/invalid"));
+    QCOMPARE(failure(QStringLiteral("x"), longest + QLatin1Char('x')),
+             QStringLiteral("Invalid/invalid"));
+    QVERIFY(find(*client, guid, question.guid)->AnswerText == longest);
+    QCOMPARE(find(*client, guid, question.guid)->QuestionText, question.text);
 }
 
 ZEL_TEST_MAIN(ContractQuestionsTest)

@@ -25,6 +25,8 @@ private slots:
     void countsRespondentsOfTheQuiz();
     void refusesSurveysThatAreNotThere();
     void definitionsWithResponsesKeepTheirPlaces();
+    void keepsSurveysOfAccountsApart();
+    void aSurveyNobodyAnsweredHasAnEmptyList();
 
 private:
     SurveyRecordPtr survey(Client &client, qsizetype number)
@@ -238,6 +240,48 @@ void ContractResultsTest::definitionsWithResponsesKeepTheirPlaces()
     QCOMPARE(question.questionTxt, QStringLiteral("Really?"));
     QCOMPARE(question.answers->item(2)->count, 1);
     QVERIFY(question.answers->item(2)->correct);
+}
+
+void ContractResultsTest::keepsSurveysOfAccountsApart()
+{
+    const QString known = survey(*signIn(maja(), brightwaterMedia), 1)->guid;
+    const auto other = signIn(maja(), harbourLearning);
+    const QString unknown = QStringLiteral("NotFound/not-found");
+    QCOMPARE(failureOf([&] { other->GetSurveyResponses(liveDeployment, known); }), unknown);
+    QCOMPARE(failureOf([&] { other->GetSurveys(liveDeployment); }), unknown);
+    QCOMPARE(failureOf([&] { other->GetPolls(liveDeployment); }), unknown);
+    QCOMPARE(failureOf([&] { other->GetPollResponses(liveDeployment); }), unknown);
+    // The same survey in a deployment of the other account is still another one.
+    const NewProject project = newProject();
+    signIn(nora(), contractStudio)->createProject(project);
+    const QString guid = newGuid();
+    database().tx([&] {
+        store().deployments.put(contractStudio, {guid, project.guid, QStringLiteral("D"), 0});
+    });
+    const Zel::DeploymentRef ref = store().deployments.find(contractStudio, guid).value();
+    Zel::SurveyItem item{newGuid(), QStringLiteral("Q"), false, 1, {}};
+    item.choices << Zel::SurveyChoice{newGuid(), QStringLiteral("yes"), true, 1, 1, 0};
+    const Zel::Survey twin{known, QStringLiteral("Twin"), {item}};
+    QVERIFY(database().tx([&] { return store().surveys.define(ref, {twin}); }));
+    const auto here = signIn(nora(), contractStudio);
+    QVERIFY(here->GetSurveyResponses(guid, known)->isEmpty());
+    QCOMPARE(failureOf([&] { here->GetSurveyResponses(liveDeployment, known); }), unknown);
+}
+
+void ContractResultsTest::aSurveyNobodyAnsweredHasAnEmptyList()
+{
+    const QString guid = newDeployment();
+    Zel::SurveyItem item{newGuid(), QStringLiteral("Q"), false, 1, {}};
+    item.choices << Zel::SurveyChoice{newGuid(), QStringLiteral("yes"), true, 1, 1, 0};
+    const Zel::Survey quiz{newGuid(), QStringLiteral("Quiz"), {item}};
+    QVERIFY(database().tx([&] { return store().surveys.define(refOf(guid), {quiz}); }));
+    const auto client = signIn(maja(), brightwaterMedia);
+    const SurveyResponseArray responses = client->GetSurveyResponses(guid, quiz.guid);
+    QVERIFY(responses.has_value()); // none is a list, not nothing
+    QVERIFY(responses->isEmpty());
+    const auto surveys = client->GetSurveys(guid);
+    QCOMPARE(surveys->count(), 1);
+    QCOMPARE(surveys->item(1)->questions->item(1)->answers->item(1)->count, 0);
 }
 
 ZEL_TEST_MAIN(ContractResultsTest)

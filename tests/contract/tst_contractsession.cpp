@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/contracttest.h"
+#include "tests/contract/everycall.h"
 
 #include <QDateTime>
 #include <QTest>
@@ -31,25 +32,7 @@ const Zel::SqlText countSessions(R"sql(
 
 constexpr qint64 hourMs = 60LL * 60 * 1000;
 
-using Call = std::function<void(Client &)>;
-
-/// Every call that needs a session.
-const QList<std::pair<const char *, Call>> &callsWithSession()
-{
-    static const QList<std::pair<const char *, Call>> calls{
-        {"getAccounts", [](Client &client) { accountsOf(client); }},
-        {"setActiveAccount", [](Client &client) { chooseAccount(client, QStringLiteral("2001")); }},
-        {"getProjectList", [](Client &client) { projectsOf(client, QStringLiteral("session")); }},
-        {"isProjectPublished", [](Client &client) { isPublished(client, newGuid()); }},
-        {"projectTypes", [](Client &client) { client.projectTypes(); }},
-        {"createProject", [](Client &client) { client.createProject(newProject()); }},
-    };
-    return calls;
-}
-
 } // namespace
-
-Q_DECLARE_METATYPE(Call)
 
 class TestContractSession : public ContractTest
 {
@@ -58,35 +41,28 @@ class TestContractSession : public ContractTest
 private slots:
     void init();
 
-    void anExpiredSessionIsSignedOutInEveryCall_data() { addCalls(); }
+    void anExpiredSessionIsSignedOutInEveryCall_data() { addEveryCall(); }
 
     void anExpiredSessionIsSignedOutInEveryCall();
     void aSessionLeftIdleIsSignedOut();
     void aSessionLivesUntilItsLastMoment();
     void aUserWhoMayNoLongerSignInIsSignedOut();
 
-    void everyCallAfterSigningOutIsSignedOut_data() { addCalls(); }
+    void everyCallAfterSigningOutIsSignedOut_data() { addEveryCall(); }
 
     void everyCallAfterSigningOutIsSignedOut();
     void signingOutEndsTheSessionOnTheServer();
     void signingOutTwiceDoesNothing();
     void anExpiredSessionIsReplacedByANewOne();
+    void everyCallWithoutAnAccountIsRefused();
 
 private:
-    static void addCalls();
     void change(const Zel::SqlText &text, const Zel::SqlValues &values);
     qint64 sessionsOfProgram();
 
     QString m_program;
     std::unique_ptr<Client> m_client;
 };
-
-void TestContractSession::addCalls()
-{
-    QTest::addColumn<Call>("call");
-    for (const auto &[name, call] : callsWithSession())
-        QTest::newRow(name) << call;
-}
 
 void TestContractSession::init()
 {
@@ -135,9 +111,9 @@ void TestContractSession::aSessionLeftIdleIsSignedOut()
 void TestContractSession::aSessionLivesUntilItsLastMoment()
 {
     change(expire, {m_program, QDateTime::currentMSecsSinceEpoch() + hourMs});
-    for (const auto &[name, call] : callsWithSession()) {
-        const QString failure = failureOf([&, &made = call] { made(*m_client); });
-        QVERIFY2(!failure.startsWith(QLatin1String("SignedOut")), name);
+    for (const NamedCall &one : everyCall()) {
+        const QString failure = failureOf([&] { one.call(*m_client); });
+        QVERIFY2(failure == one.ending, qPrintable(QLatin1String(one.name) + failure));
     }
 }
 
@@ -183,6 +159,20 @@ void TestContractSession::anExpiredSessionIsReplacedByANewOne()
     QVERIFY(authenticate(*m_client, service().address(), nora().user, nora().password, m_program));
     QVERIFY(chooseAccount(*m_client, QString::number(contractStudio)));
     QVERIFY(projectsOf(*m_client, QStringLiteral("session")));
+}
+
+void TestContractSession::everyCallWithoutAnAccountIsRefused()
+{
+    QVERIFY(authenticate(*m_client, service().address(), nora().user, nora().password, m_program));
+    QStringList others;
+    for (const NamedCall &one : everyCall()) {
+        const QString failure = failureOf([&] { one.call(*m_client); });
+        if (one.needsAccount && failure != QLatin1String("Refused/no-account"))
+            others << QLatin1String(one.name) + QLatin1String(": ") + failure;
+        if (!one.needsAccount) // choosing an account is one of these
+            QVERIFY(authenticate(*m_client, service().address(), nora().user, nora().password));
+    }
+    QCOMPARE(others, QStringList());
 }
 
 ZEL_TEST_MAIN(TestContractSession)

@@ -7,6 +7,7 @@
 #include <QTest>
 #include <QUuid>
 
+#include <algorithm>
 #include <ctime>
 
 using namespace QXSC;
@@ -170,6 +171,9 @@ private slots:
     void refusesWhatIsNotThere();
     void refusesStatisticsNobodyKnows();
     void needsASession();
+    void rowsOfOneMillisecondKeepTheirOrder();
+    void rangesReachFromTheYear1To9999();
+    void viewersMayReadAll();
 
 private:
     /// A deployment with views around changes of daylight-saving time in many zones.
@@ -527,6 +531,8 @@ void ContractStatisticsTest::refusesWhatIsNotThere()
     QFETCH(QString, guid);
     QFETCH(qint64, account);
     QFETCH(QString, failure);
+    const QString survey =
+        signIn(maja(), brightwaterMedia)->GetSurveys(liveDeployment)->item(1)->guid;
     const auto client = signIn(maja(), account);
     const auto fails = [&](const std::function<void()> &call) {
         QCOMPARE(failureOf(call), failure);
@@ -548,7 +554,7 @@ void ContractStatisticsTest::refusesWhatIsNotThere()
     fails([&] { client->GetPolls(guid); });
     fails([&] { client->GetPollResponses(guid); });
     fails([&] { client->GetSurveys(guid); });
-    fails([&] { client->GetSurveyResponses(guid, newGuid()); });
+    fails([&] { client->GetSurveyResponses(guid, survey); });
 }
 
 void ContractStatisticsTest::refusesStatisticsNobodyKnows()
@@ -585,6 +591,109 @@ void ContractStatisticsTest::needsASession()
     QCOMPARE(failureOf([&] { client.SetQuestionStatus(newGuid(), QStringLiteral("STAGED")); }),
              signedOut);
     QCOMPARE(failureOf([&] { client.GetPolls(liveDeployment); }), signedOut);
+}
+
+/// That of their ids, whatever the order in which they came.
+void ContractStatisticsTest::rowsOfOneMillisecondKeepTheirOrder()
+{
+    const auto client = signIn(maja(), brightwaterMedia);
+    constexpr qint64 at = 1'800'000'000'000;
+    QList<Zel::PageView> views;
+    for (const char *user : {"b", "a", "c", "a", "b", "a"}) {
+        views << view(QString::fromLatin1(user), at, 9 - views.size());
+        views.last().id[0] = static_cast<char>(0x40 * (views.size() % 4)); // as unsigned bytes
+        views.last().id[1] = static_cast<char>(views.size());
+    }
+    const auto lineOf = [](const QString &user, qint64 seconds) {
+        return QStringLiteral("%1 %2").arg(user).arg(seconds);
+    };
+    const auto listed = [&] {
+        const QString guid = newDeployment();
+        for (const Zel::PageView &one : std::as_const(views))
+            store().audience.takeViews(refOf(guid), {one});
+        QStringList lines;
+        const auto all = client->GetPageViews(guid, local(at), local(at));
+        for (const PageViewRecordPtr &one : *all)
+            lines << lineOf(one->User->UserID, one->TimeSpent);
+        return lines;
+    };
+    const QStringList lines = listed();
+    std::reverse(views.begin(), views.end());
+    QCOMPARE(listed(), lines);
+    std::sort(views.begin(), views.end(),
+              [](const Zel::PageView &a, const Zel::PageView &b) { return a.id < b.id; });
+    QStringList expectedLines;
+    for (const Zel::PageView &one : std::as_const(views))
+        expectedLines << lineOf(one.userId, one.seconds);
+    QCOMPARE(lines, expectedLines);
+}
+
+void ContractStatisticsTest::rangesReachFromTheYear1To9999()
+{
+    const auto client = signIn(maja(), brightwaterMedia);
+    const QString guid = newDeployment();
+    const QDateTime first = utc(QStringLiteral("0001-01-01T00:00:00Z"));
+    const QDateTime last = utc(QStringLiteral("9999-12-31T23:59:59Z"));
+    const QString user = QStringLiteral("u");
+    QCOMPARE(store()
+                 .audience
+                 .takeViews(refOf(guid), {view(user, first.toMSecsSinceEpoch()), view(user, 0),
+                                          view(user, last.toMSecsSinceEpoch() + 999)})
+                 .added,
+             3);
+    const auto times = [&](const QDateTime &start, const QDateTime &end) {
+        QList<qint64> all;
+        const auto views = client->GetPageViews(guid, start, end);
+        for (const PageViewRecordPtr &one : *views)
+            all << one->ViewDate.toMSecsSinceEpoch();
+        const double hits =
+            client->GetDeploymentStatistic(guid, start, end, QStringLiteral("TotalPageHits"));
+        return hits == double(all.size()) ? all : QList<qint64>{-1};
+    };
+    const qint64 one = first.toMSecsSinceEpoch();
+    const qint64 three = last.toMSecsSinceEpoch() + 999;
+    QCOMPARE(times(first, last), (QList<qint64>{one, 0, three}));
+    QCOMPARE(times(first, first), QList<qint64>{one});
+    QCOMPARE(times(last, last), QList<qint64>{three});
+    QCOMPARE(times(first.addSecs(1), last.addSecs(-1)), QList<qint64>{0});
+    // A longer range says nothing more.
+    QCOMPARE(times(first.addYears(-3000), last.addYears(3000)), (QList<qint64>{one, 0, three}));
+    QCOMPARE(times(last.addYears(1), last.addYears(2)), QList<qint64>());
+    const auto participants = client->GetParticipants(guid, first, last);
+    QCOMPARE(participants->item(1)->FirstViewed.toMSecsSinceEpoch(), one);
+    QCOMPARE(participants->item(1)->LastViewed.toMSecsSinceEpoch(), three);
+}
+
+void ContractStatisticsTest::viewersMayReadAll()
+{
+    const NewProject project = newProject();
+    signIn(nora(), contractStudio)->createProject(project);
+    const QString guid = newGuid();
+    database().tx([&] {
+        store().deployments.put(contractStudio, {guid, project.guid, QStringLiteral("D"), 0});
+    });
+    const Zel::DeploymentRef ref = store().deployments.find(contractStudio, guid).value();
+    store().audience.takeViews(ref, {view(QStringLiteral("u"), 1000)});
+    store().audience.takeRegistrations(ref, {registration(QStringLiteral("u"), 1)});
+    Zel::SurveyItem item{newGuid(), QStringLiteral("Q"), false, 1, {}};
+    item.choices << Zel::SurveyChoice{newGuid(), QStringLiteral("yes"), true, 1, 1, 0};
+    const Zel::Survey survey{newGuid(), QStringLiteral("Survey"), {item}};
+    QVERIFY(database().tx([&] { return store().surveys.define(ref, {survey}); }));
+
+    const auto client = signIn(vera(), contractStudio);
+    QCOMPARE(client->deployments(project.guid).size(), 1);
+    const Figures figures = asked(*client, guid, dawn, dusk);
+    QCOMPARE(figures.hits, 1);
+    QCOMPARE(figures.registeredParticipants, 1);
+    QCOMPARE(client->GetRegisteredNonParticipantCount(guid, dawn, dusk), 0);
+    QCOMPARE(client->GetParticipants(guid, dawn, dusk)->count(), 1);
+    QCOMPARE(client->GetRegistrants(guid, dawn, dusk)->count(), 1);
+    QCOMPARE(client->GetPageViews(guid, dawn, dusk)->count(), 1);
+    QCOMPARE(client->GetQuestions(guid, dawn, dusk)->count(), 0);
+    QCOMPARE(client->GetPolls(guid)->count(), 0);
+    QVERIFY(client->GetPollResponses(guid)->isEmpty());
+    QCOMPARE(client->GetSurveys(guid)->count(), 1);
+    QVERIFY(client->GetSurveyResponses(guid, survey.guid)->isEmpty());
 }
 
 ZEL_TEST_MAIN(ContractStatisticsTest)

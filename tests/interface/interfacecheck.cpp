@@ -37,7 +37,7 @@ int placesIn(const QString &pattern, const QString &path)
         return -1;
     int places = 0;
     for (qsizetype i = 0; i < expected.size(); ++i) {
-        if (expected.at(i).startsWith(QLatin1Char('{')))
+        if (expected.at(i).startsWith(QLatin1Char('{')) && !found.at(i).isEmpty())
             ++places;
         else if (expected.at(i) != found.at(i))
             return -1;
@@ -64,9 +64,9 @@ QMap<QString, QByteArray> itemsOf(const QByteArray &query)
     QMap<QString, QByteArray> items;
     for (const QByteArray &item : query.isEmpty() ? QByteArrayList() : query.split('&')) {
         const qsizetype equals = item.indexOf('=');
+        const QByteArray name = equals < 0 ? item : item.left(equals);
         const QByteArray value = equals < 0 ? QByteArray() : item.mid(equals + 1);
-        items.insert(QString::fromLatin1(item.left(equals)),
-                     QByteArray::fromPercentEncoding(value));
+        items.insert(QString::fromLatin1(name), QByteArray::fromPercentEncoding(value));
     }
     return items;
 }
@@ -97,9 +97,10 @@ InterfaceCheck::~InterfaceCheck() = default;
 
 QStringList InterfaceCheck::faultsOf(const CheckedCall &call)
 {
-    const bool isHead = call.method == "HEAD";
-    const QString method =
-        isHead ? QStringLiteral("get") : QString::fromLatin1(call.method).toLower();
+    const QString upper =
+        QString::fromLatin1(call.method == "HEAD" ? QByteArray("GET") : call.method);
+    // "get" is no method of HTTP.
+    const QString method = upper == upper.toUpper() ? upper.toLower() : QString();
     const QJsonObject operation = pathItem(call.path).value(method).toObject();
     const bool isNoRoute = call.status == 404 || call.status == 405;
     QStringList faults;
@@ -150,13 +151,15 @@ QStringList InterfaceCheck::answerFaults(const QJsonObject &operation, const Che
         operation.value(QLatin1String("responses")).toObject().value(QString::number(call.status));
     if (!response.isObject())
         return {QStringLiteral("no such status is documented")};
-    return headerFaults(response.toObject(), call) + bodyFaults(response.toObject(), call);
+    const QJsonObject documented = resolved(response.toObject());
+    return headerFaults(documented, call) + bodyFaults(documented, call);
 }
 
 QStringList InterfaceCheck::bodyFaults(const QJsonObject &response, const CheckedCall &call)
 {
     const QJsonObject content = response.value(QLatin1String("content")).toObject();
-    const QString type = QString::fromLatin1(headerOf(call, QStringLiteral("Content-Type")));
+    const QByteArray whole = headerOf(call, QStringLiteral("Content-Type"));
+    const QString type = QString::fromLatin1(whole.split(';').constFirst().trimmed());
     if (content.isEmpty())
         return call.body.isEmpty() && type.isEmpty()
                    ? QStringList()

@@ -37,7 +37,7 @@ QByteArray projects(const QByteArray &row)
 {
     return R"({"projects":{"columns":["guid","name","description","created","modified",)"
            R"("createdBy","eventDate","published"],"rows":[)" +
-           row + "]}}";
+           row + R"(]},"next":null})";
 }
 
 QByteArray project(const QByteArray &created = "1780000000000")
@@ -85,7 +85,7 @@ void InterfaceCheckTest::takesWhatIsRight_data()
     QTest::newRow("row") << projectList(projects(project()));
     QTest::newRow("two rows") << projectList(projects(project() + ',' + project("null")));
     QTest::newRow("no rows") << projectList(projects(""));
-    QTest::newRow("null for a list") << projectList(R"({"projects":null})");
+    QTest::newRow("null for a list") << projectList(R"({"projects":null,"next":null})");
     QTest::newRow("nothing") << answered("DELETE", "/v1/sessions/current", 204, "", "");
     QTest::newRow("request") << signIn(R"({"user":"a","password":"b","appName":"c"})");
     QTest::newRow("refusal") << answered("GET", "/v1/accounts", 401, refusal("signed-out"),
@@ -125,7 +125,7 @@ void InterfaceCheckTest::seesWhatIsWrong_data()
     row("further field", answered("GET", "/healthz", 200, R"({"status":"ok","x":1})"), "x");
     row("null for a list", answered("GET", "/v1/accounts", 200, R"({"accounts":null})"),
         "/accounts");
-    row("list for null", projectList(R"({"projects":[]})"), "/projects");
+    row("list for null", projectList(R"({"projects":[],"next":null})"), "/projects");
     row("text for a time", projectList(projects(project("\"1\""))), "/projects");
     row("fraction for a time", projectList(projects(project("1.5"))), "/projects");
     row("short row", projectList(projects("[\"" + guid + "\"]")), "/projects");

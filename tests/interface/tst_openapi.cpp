@@ -24,6 +24,8 @@ using ZelTest::HttpReply;
 
 namespace {
 
+const QString docs = QStringLiteral(ZEL_SOURCE_DIR "/docs/service.md");
+
 QByteArray readFile(const QString &path)
 {
     QFile file(path);
@@ -100,8 +102,7 @@ QSet<QString> callsInDocs()
     static const QRegularExpression call(
         QStringLiteral("`(GET|POST|PUT|DELETE) (\\.\\.\\.)?(/[^?` ]*)"));
     QSet<QString> found;
-    const QString text =
-        QString::fromUtf8(readFile(QStringLiteral(ZEL_SOURCE_DIR "/docs/service.md")));
+    const QString text = QString::fromUtf8(readFile(docs));
     for (auto matches = call.globalMatch(text); matches.hasNext();) {
         const QRegularExpressionMatch match = matches.next();
         const QString start =
@@ -235,7 +236,7 @@ void OpenApiTest::usesEverySchemaAndLeadsNowhereElse()
     for (const QString &reference : references)
         QVERIFY2(memberAt(m_document, reference).isObject(), qPrintable(reference));
     const QJsonObject components = m_document.value(QLatin1String("components")).toObject();
-    for (const char *kind : {"schemas", "headers"}) {
+    for (const char *kind : {"schemas", "headers", "responses"}) {
         const QJsonObject all = components.value(QLatin1String(kind)).toObject();
         QVERIFY(!all.isEmpty());
         for (const QString &name : all.keys()) {
@@ -361,6 +362,9 @@ void OpenApiTest::isToldToPeopleInFull()
     for (const Route &route : Api::routes())
         routes << withoutNames(nameOf(route));
     QCOMPARE(listOf(callsInDocs()), listOf(routes));
+    const QByteArray text = readFile(docs);
+    for (const ProblemCode &problem : problemCodes())
+        QVERIFY2(text.contains('`' + QByteArray(problem.code) + '`'), problem.code);
 }
 
 ZEL_TEST_MAIN(OpenApiTest)

@@ -31,9 +31,9 @@ QString interfaceFaults(const QByteArray &method, const QByteArray &target, cons
     if (reply.status == 0)
         return {};
     const qsizetype mark = target.indexOf('?');
-    CheckedCall call{method, target.left(mark), {}, body, reply.status, {}, reply.body};
-    if (mark >= 0)
-        call.query = target.mid(mark + 1);
+    const QByteArray path = mark < 0 ? target : target.left(mark);
+    const QByteArray query = mark < 0 ? QByteArray() : target.mid(mark + 1);
+    CheckedCall call{method, path, query, body, reply.status, {}, reply.body};
     for (auto it = reply.headers.begin(); it != reply.headers.end(); ++it)
         call.headers << std::pair{it.key(), it.value()};
     return check.faultsOf(call).join(QLatin1Char('\n'));
@@ -52,6 +52,7 @@ ApiFixture::ApiFixture(const Zel::DatabaseAddress &address,
     , m_server(options())
 {
     importWorkspace(m_store, Zel::WorkspaceFiles::read(ServiceProcess::sampleWorkspace()));
+    m_api.monitor().setServer([this] { return m_server.figures(); });
     m_server.start();
 }
 
@@ -59,6 +60,7 @@ Zel::Service::HttpServerOptions ApiFixture::options() const
 {
     Zel::Service::HttpServerOptions result;
     result.plan = [this](const Zel::Service::HttpRequest &head) { return m_api.plan(head); };
+    result.log = [this](const Zel::Service::HttpLogEntry &entry) { m_api.monitor().count(entry); };
     return result;
 }
 

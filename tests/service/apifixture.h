@@ -30,6 +30,8 @@ public:
 
     Zel::Database &database() { return m_database; }
 
+    Zel::Service::Monitor &monitor() const { return m_api.monitor(); }
+
     void advance(qint64 milliseconds) { m_now += milliseconds; }
 
     qint64 now() const { return m_now; }

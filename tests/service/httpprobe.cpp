@@ -5,12 +5,18 @@
 #include <QDeadlineTimer>
 #include <QHostAddress>
 #include <QJsonDocument>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslSocket>
 
 namespace ZelTest {
 
 namespace {
 
 constexpr int patienceMs = 20'000;
+
+/// The file of the authority that encrypting probes trust.
+QString authority;
 
 } // namespace
 
@@ -26,22 +32,48 @@ QString HttpReply::code() const
 
 HttpProbe::HttpProbe(quint16 port)
 {
-    m_socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
-    m_socket.waitForConnected(patienceMs);
+    if (authority.isEmpty()) {
+        m_socket = std::make_unique<QTcpSocket>();
+        m_socket->connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+        m_socket->waitForConnected(patienceMs);
+        return;
+    }
+    auto socket = std::make_unique<QSslSocket>();
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    tls.setCaCertificates(QSslCertificate::fromPath(authority));
+    socket->setSslConfiguration(tls);
+    socket->connectToHostEncrypted(QStringLiteral("127.0.0.1"), port);
+    socket->waitForEncrypted(patienceMs);
+    m_socket = std::move(socket);
+}
+
+HttpProbe::~HttpProbe() = default;
+
+void HttpProbe::encrypt(const QString &caFile)
+{
+    authority = caFile;
+}
+
+QDateTime HttpProbe::certificateEnd() const
+{
+    const auto *socket = qobject_cast<const QSslSocket *>(m_socket.get());
+    return socket ? socket->peerCertificate().expiryDate() : QDateTime();
 }
 
 void HttpProbe::send(const QByteArray &bytes)
 {
-    m_socket.write(bytes);
-    while (m_socket.bytesToWrite() > 0 && m_socket.waitForBytesWritten(patienceMs)) {
+    m_socket->write(bytes);
+    while (m_socket->bytesToWrite() > 0 && m_socket->waitForBytesWritten(patienceMs)) {
     }
 }
 
 bool HttpProbe::readMore()
 {
-    if (m_socket.bytesAvailable() == 0 && !m_socket.waitForReadyRead(patienceMs))
+    if (m_socket->bytesAvailable() == 0 &&
+        (m_socket->state() == QAbstractSocket::UnconnectedState ||
+         !m_socket->waitForReadyRead(patienceMs)))
         return false;
-    m_pending += m_socket.readAll();
+    m_pending += m_socket->readAll();
     return true;
 }
 
@@ -75,7 +107,7 @@ QByteArray HttpProbe::readToEnd()
     const QDeadlineTimer deadline(patienceMs);
     while (readMore() && !deadline.hasExpired()) {
     }
-    if (m_socket.state() == QAbstractSocket::ConnectedState)
+    if (m_socket->state() == QAbstractSocket::ConnectedState)
         return QByteArray();
     const QByteArray all = m_pending.isNull() ? QByteArray("") : m_pending;
     m_pending.clear();

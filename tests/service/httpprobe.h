@@ -3,9 +3,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QJsonObject>
 #include <QMap>
 #include <QTcpSocket>
+
+#include <memory>
 
 namespace ZelTest {
 
@@ -26,8 +29,16 @@ class HttpProbe
 {
 public:
     explicit HttpProbe(quint16 port);
+    ~HttpProbe();
 
-    bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
+    /// Whether all probes from now on encrypt, and the file of the authority they trust; not when
+    /// it is empty.
+    static void encrypt(const QString &caFile);
+
+    bool isConnected() const { return m_socket->state() == QAbstractSocket::ConnectedState; }
+
+    /// The certificate that the server showed, by the time of its end; not valid without one.
+    QDateTime certificateEnd() const;
 
     void send(const QByteArray &bytes);
     /// Reads one answer; with `headOnly` one without a body.
@@ -38,12 +49,12 @@ public:
     bool isClosed();
 
     /// Leaves what the server sends with the system, but for a little, until it is asked for.
-    void takeInLittle() { m_socket.setReadBufferSize(64 * 1024); }
+    void takeInLittle() { m_socket->setReadBufferSize(64 * 1024); }
 
     /// Ends the connection with a reset.
-    void abort() { m_socket.abort(); }
+    void abort() { m_socket->abort(); }
 
-    quint16 localPort() const { return m_socket.localPort(); }
+    quint16 localPort() const { return m_socket->localPort(); }
 
     /// One request of its own connection.
     static HttpReply request(quint16 port, const QByteArray &method, const QByteArray &target,
@@ -53,7 +64,7 @@ public:
 private:
     bool readMore();
 
-    QTcpSocket m_socket;
+    std::unique_ptr<QTcpSocket> m_socket;
     QByteArray m_pending;
 };
 

@@ -390,7 +390,8 @@ void ApiTest::listsProjectsAsRows()
     const HttpReply reply =
         m_api->call("GET", "/v1/projects?type=webcast", m_api->token(tomas, nordlicht));
     QCOMPARE(reply.status, 200);
-    QCOMPARE(reply.json().keys(), QStringList{QStringLiteral("projects")});
+    QCOMPARE(reply.json().keys(),
+             (QStringList{QStringLiteral("next"), QStringLiteral("projects")}));
     const QJsonObject projects = reply.json().value(QLatin1String("projects")).toObject();
     QCOMPARE(projects.value(QLatin1String("columns")).toArray(),
              (QJsonArray{"guid", "name", "description", "created", "modified", "createdBy",
@@ -426,6 +427,7 @@ void ApiTest::answersNullForAnUnknownType_data()
                              "web+cast", "%F0%9F%98%80"})
         QTest::newRow(qPrintable(QLatin1Char('"') + QString::fromLatin1(type) + QLatin1Char('"')))
             << QByteArray(type);
+    QTest::newRow("longer than any can be") << QByteArray(257, 'a');
 }
 
 void ApiTest::answersNullForAnUnknownType()
@@ -434,7 +436,7 @@ void ApiTest::answersNullForAnUnknownType()
     const HttpReply reply =
         m_api->call("GET", "/v1/projects?type=" + type, m_api->token(tomas, nordlicht));
     QCOMPARE(reply.status, 200);
-    QCOMPARE(reply.body, QByteArray("{\"projects\":null}"));
+    QCOMPARE(reply.body, QByteArray("{\"projects\":null,\"next\":null}"));
 }
 
 void ApiTest::answersAnEmptyListForATypeWithoutProjects()
@@ -444,8 +446,11 @@ void ApiTest::answersAnEmptyListForATypeWithoutProjects()
         m_api->store().projects.storeType(nordlicht,
                                           {QStringLiteral("a b/ü"), QStringLiteral("x"), 3});
     });
-    const HttpReply reply = m_api->call("GET", "/v1/projects?other=1&type=a%20b%2F%c3%bc",
-                                        m_api->token(tomas, nordlicht));
+    const QByteArray token = m_api->token(tomas, nordlicht).toLatin1();
+    // Not by the fixture: a parameter that nobody knows is passed over, but fits no interface.
+    const HttpReply reply =
+        HttpProbe::request(m_api->port(), "GET", "/v1/projects?other=1&type=a%20b%2F%c3%bc", {},
+                           {"Authorization: Bearer " + token});
     QCOMPARE(reply.json().value(QLatin1String("projects")).toObject().value(QLatin1String("rows")),
              QJsonValue(QJsonArray()));
 }
@@ -457,7 +462,6 @@ void ApiTest::refusesAListWithoutAType_data()
     QTest::newRow("none") << QByteArray() << QStringLiteral("invalid");
     QTest::newRow("another name") << QByteArray("?typ=webcast") << QStringLiteral("invalid");
     QTest::newRow("twice") << QByteArray("?type=webcast&type=course") << QStringLiteral("invalid");
-    QTest::newRow("long") << "?type=" + QByteArray(257, 'a') << QStringLiteral("invalid");
     QTest::newRow("NUL") << QByteArray("?type=a%00b") << QStringLiteral("invalid-text");
     QTest::newRow("no UTF-8") << QByteArray("?type=%ff") << QStringLiteral("invalid-text");
     QTest::newRow("half a surrogate pair")
@@ -707,7 +711,7 @@ void ApiTest::refusesForeignPages()
     QFETCH(QByteArray, headers);
     QFETCH(int, status);
     HttpProbe probe(m_api->port());
-    probe.send("GET /healthz HTTP/1.1\r\n" +
+    probe.send("GET /nexo/tools_v2/Components/studio.css HTTP/1.1\r\n" +
                headers.replace("PORT", QByteArray::number(m_api->port())) + "\r\n\r\n");
     const HttpReply reply = probe.read();
     QCOMPARE(reply.status, status);

@@ -29,6 +29,8 @@ const SqlText orderedLabels("SELECT label FROM item ORDER BY label NULLS FIRST")
 const SqlText insertChild("INSERT INTO child (item_id) VALUES ($1)");
 const SqlText readCounter("SELECT value FROM counter WHERE id = 1");
 const SqlText writeCounter("UPDATE counter SET value = $1 WHERE id = 1");
+const SqlText sumCounters("SELECT CAST(SUM(value) AS BIGINT) FROM counter");
+const SqlText addToCounter("UPDATE counter SET value = value + 1 WHERE id = $1");
 
 DatabaseError::Kind kindOf(const std::function<void()> &function)
 {
@@ -104,8 +106,15 @@ private slots:
     void repeatsConflictingTransactionsUntilAllCount();
     void dropsTheConnectionOfAThreadThatEnds();
     void readsLongResultsWhole();
+    void oneOfTwoThatReadTheSameStateCommits();
+    void tellsAFullDatabase();
 
 private:
+    void run(const char *sql)
+    {
+        m_database->tx([&] { m_database->runNative(QString::fromLatin1(sql)); });
+    }
+
     void insert(qint64 id, const QString &label)
     {
         m_database->tx([&] { m_database->exec(insertRow, {id, label, false, std::nullopt}); });
@@ -390,6 +399,76 @@ void DatabaseTest::readsLongResultsWhole()
         QCOMPARE(m_database->rows(orderedLabels, {}, [](const SqlRow &row) { return row.text(0); })
                      .size(),
                  2500);
+}
+
+/// Two that check the same rule and change different rows must not both find it kept.
+void DatabaseTest::oneOfTwoThatReadTheSameStateCommits()
+{
+    run("INSERT INTO counter VALUES (2, 0)");
+    const auto sum = [&] {
+        return *m_database->row(sumCounters, {}, [](const SqlRow &row) { return row.integer(0); });
+    };
+    constexpr int rounds = 20;
+    for (int round = 0; round < rounds; ++round) {
+        run("UPDATE counter SET value = 0");
+        std::atomic<int> done{0};
+        std::atomic<int> waiting{2};
+        std::vector<std::thread> writers;
+        for (const qint64 id : {1, 2}) {
+            writers.emplace_back([&, id] {
+                --waiting;
+                while (waiting > 0)
+                    std::this_thread::yield();
+                done += m_database->tx([&] {
+                    if (sum() > 0)
+                        return 0; // the other one was first
+                    m_database->exec(addToCounter, {id});
+                    return 1;
+                });
+            });
+        }
+        for (std::thread &writer : writers)
+            writer.join();
+        QCOMPARE(done.load(), 1);
+        QCOMPARE(sum(), 1);
+    }
+}
+
+void DatabaseTest::tellsAFullDatabase()
+{
+    QFETCH_GLOBAL(bool, postgres);
+    insert(1, QStringLiteral("before"));
+    const qint64 pages =
+        postgres ? 0 : m_database->runNative(QStringLiteral("PRAGMA page_count")).toLongLong();
+    if (postgres) {
+        run("CREATE FUNCTION refuse_all() RETURNS trigger AS $$ BEGIN RAISE EXCEPTION "
+            "'could not extend file: No space left on device' USING ERRCODE = '53100'; "
+            "END $$ LANGUAGE plpgsql");
+        run("CREATE TRIGGER refuse_all BEFORE INSERT ON item EXECUTE FUNCTION refuse_all()");
+    } else {
+        m_database->runNative(QStringLiteral("PRAGMA max_page_count = %1").arg(pages));
+    }
+    const auto store = [&] {
+        m_database->tx([&] {
+            m_database->exec(updateLabel, {qint64(1), QStringLiteral("after")});
+            m_database->exec(insertRow,
+                             {qint64(2), QStringLiteral("b"), true, QByteArray(100'000, 'x')});
+        });
+    };
+    const auto label = [&] {
+        return *m_database->row(readRow, {qint64(1)},
+                                [](const SqlRow &row) { return row.text(0); });
+    };
+    QCOMPARE(kindOf(store), DatabaseError::Kind::Full);
+    QCOMPARE(count(), 1);
+    QCOMPARE(label(), QStringLiteral("before"));
+    if (postgres)
+        run("DROP TRIGGER refuse_all ON item");
+    else
+        m_database->runNative(QStringLiteral("PRAGMA max_page_count = %1").arg(pages + 1000));
+    store();
+    QCOMPARE(count(), 2);
+    QCOMPARE(label(), QStringLiteral("after"));
 }
 
 ZEL_TEST_MAIN(DatabaseTest)

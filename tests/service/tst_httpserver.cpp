@@ -3,6 +3,7 @@
 #include "service/daemon/httpserver.h"
 
 #include "service/daemon/workerpool.h"
+#include "tests/contract/testauthority.h"
 #include "tests/service/httpprobe.h"
 #include "testsupport/testcase.h"
 
@@ -30,10 +31,44 @@ HttpResponse plain(const QByteArray &body)
     return response;
 }
 
+/// Gives back what it was given, at the end.
+class EchoSink : public BodySink
+{
+public:
+    explicit EchoSink(std::atomic<int> &ends)
+        : m_ends(ends)
+    {
+    }
+
+    std::optional<HttpResponse> take(QByteArrayView piece) override
+    {
+        m_body.append(piece);
+        return std::nullopt;
+    }
+
+    HttpResponse finish() override
+    {
+        ++m_ends;
+        return plain(m_body);
+    }
+
+private:
+    std::atomic<int> &m_ends;
+    QByteArray m_body;
+};
+
+QByteArray chunkOf(const QByteArray &bytes)
+{
+    return QByteArray::number(bytes.size(), 16) + "\r\n" + bytes + "\r\n";
+}
+
 } // namespace
 
 /// The server with handlers of the test's own: /echo gives the body back, /wait waits until it is
-/// released, /big answers 10 MB, /sleep takes a while.
+/// released, /big answers 10 MB, /sleep takes a while, /stream gives back a body taken in piece by
+/// piece.
+///
+/// With ZEL_TEST_TLS in the environment all of it is done by TLS.
 class HttpServerTest : public ZelTest::TestCase
 {
     Q_OBJECT
@@ -71,6 +106,10 @@ private slots:
     void stopsAtOnceWhenIdle();
     void refusesAPortInUse();
     void logsEveryAnswer();
+    void takesChunkedBodiesIntoASink();
+    void answersMalformedChunksOfAStreamedBodyAndCloses_data();
+    void answersMalformedChunksOfAStreamedBodyAndCloses();
+    void answersBesideSixtyStreamedUploads();
 
 private:
     HttpPlan plan(const HttpRequest &head);
@@ -87,6 +126,7 @@ private:
         return statuses;
     }
 
+    ZelTest::TestAuthority m_authority;
     HttpServerOptions m_options;
     std::unique_ptr<HttpServer> m_server;
     std::atomic<int> m_calls{0};
@@ -101,6 +141,11 @@ void HttpServerTest::init()
     TestCase::init();
     m_options = HttpServerOptions();
     m_options.workers = 4;
+    if (qEnvironmentVariableIsSet("ZEL_TEST_TLS")) {
+        const auto files = m_authority.make();
+        m_options.tls = TlsContext::load(files.certificate, files.key);
+        HttpProbe::encrypt(m_authority.caFile());
+    }
     m_options.plan = [this](const HttpRequest &head) { return plan(head); };
     m_options.log = [this](const HttpLogEntry &entry) {
         const std::lock_guard lock(m_logMutex);
@@ -123,6 +168,13 @@ HttpPlan HttpServerTest::plan(const HttpRequest &head)
     plan.lane = head.target == "/signin" ? Lane::SignIn : Lane::Worker;
     if (head.target == "/immediate")
         plan.lane = Lane::Immediate;
+    if (head.target == "/stream") {
+        plan.bodyLimit = 1'000'000;
+        plan.begin = [this](const HttpRequest &) -> BodyStart {
+            return std::make_shared<EchoSink>(m_calls);
+        };
+        return plan;
+    }
     plan.handler = [this](const HttpRequest &request) {
         ++m_calls;
         if (request.target == "/wait") {
@@ -575,6 +627,87 @@ void HttpServerTest::logsEveryAnswer()
     QCOMPARE(m_log.first().peerAddress, QStringLiteral("127.0.0.1"));
     QCOMPARE(m_log.last().route, QByteArray("-"));
     QCOMPARE(m_log.last().status, 400);
+}
+
+void HttpServerTest::takesChunkedBodiesIntoASink()
+{
+    startServer();
+    HttpProbe probe(port());
+    const QByteArray head = "PUT /stream HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n";
+    probe.send(head + "3;name=\"value\"\r\nabc\r\n2\r\nd");
+    QTest::qWait(2); // so that a chunk arrives in two pieces
+    probe.send("e\r\n0\r\nX-Trailer: 1\r\n\r\nGET /next HTTP/1.1\r\nHost: x\r\n\r\n");
+    QCOMPARE(probe.read().body, QByteArray("abcde"));
+    QCOMPARE(probe.read().body, QByteArray("GET /next "));
+
+    // Longer than what is handed on at once, in chunks that do not end where the pieces do.
+    QByteArray body;
+    QByteArray chunks;
+    for (int i = 0; i < 100; ++i) {
+        const QByteArray bytes(6997, static_cast<char>('a' + i % 26));
+        body += bytes;
+        chunks += chunkOf(bytes);
+    }
+    probe.send(head + chunks + "0\r\n\r\n");
+    QVERIFY(probe.read().body == body);
+    probe.send(head + "0\r\n\r\n");
+    const HttpReply empty = probe.read();
+    QCOMPARE(empty.status, 200);
+    QCOMPARE(empty.body, QByteArray());
+    QCOMPARE(m_calls.load(), 4);
+}
+
+void HttpServerTest::answersMalformedChunksOfAStreamedBodyAndCloses_data()
+{
+    QTest::addColumn<QByteArray>("chunks");
+    QTest::addColumn<int>("status");
+    const QByteArray good = chunkOf(QByteArray(300'000, 'g'));
+    const QByteArray hidden = "GET /hidden HTTP/1.1\r\nHost: x\r\n\r\n";
+    QTest::newRow("a size that is none") << "zz\r\n" + hidden << 400;
+    QTest::newRow("a size that is none behind a good chunk") << good + "zz\r\n" + hidden << 400;
+    QTest::newRow("no size") << "\r\n" + hidden << 400;
+    QTest::newRow("a negative size") << "-1\r\nx\r\n" + hidden << 400;
+    QTest::newRow("a size past 64 bits") << "fffffffffffffffff\r\nx\r\n" + hidden << 400;
+    QTest::newRow("more than its size") << "3\r\nabcdef\r\n0\r\n\r\n" + hidden << 400;
+    QTest::newRow("an extension without end") << "1;x=" + QByteArray(300'000, 'e') << 400;
+    QTest::newRow("more than the limit") << good + good + good + good + "0\r\n\r\n" << 413;
+    QTest::newRow("a chunk far beyond the limit") << QByteArray("7fffffffffffffff\r\nabc") << 413;
+}
+
+void HttpServerTest::answersMalformedChunksOfAStreamedBodyAndCloses()
+{
+    QFETCH(QByteArray, chunks);
+    QFETCH(int, status);
+    startServer();
+    HttpProbe probe(port());
+    probe.send("PUT /stream HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n" + chunks);
+    const HttpReply reply = probe.read();
+    QCOMPARE(reply.status, status);
+    QCOMPARE(reply.code(),
+             status == 400 ? QStringLiteral("bad-request") : QStringLiteral("too-large"));
+    QCOMPARE(reply.headers.value("connection"), QByteArray("close"));
+    QVERIFY(probe.isClosed());
+    QCOMPARE(m_calls.load(), 0); // never said to be whole, and what is hidden behind is not run
+}
+
+/// A body on its way holds no worker, however slowly it comes.
+void HttpServerTest::answersBesideSixtyStreamedUploads()
+{
+    startServer();
+    const QByteArray half(300'000, 'h');
+    std::vector<std::unique_ptr<HttpProbe>> uploads;
+    for (int i = 0; i < 60; ++i) {
+        uploads.push_back(std::make_unique<HttpProbe>(port()));
+        uploads.back()->send("PUT /stream HTTP/1.1\r\nHost: x\r\nContent-Length: 600000\r\n\r\n" +
+                             half);
+    }
+    QCOMPARE(HttpProbe::request(port(), "GET", "/small").body, QByteArray("GET /small "));
+    QCOMPARE(m_calls.load(), 1);
+    for (const auto &upload : uploads)
+        upload->send(half);
+    for (const auto &upload : uploads)
+        QVERIFY(upload->read().body == half + half);
+    QCOMPARE(m_calls.load(), 61);
 }
 
 ZEL_TEST_MAIN(HttpServerTest)

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/database.h"
+#include "service/store/databaseblobs.h"
 #include "service/store/databaseerror.h"
 #include "service/store/migrations.h"
+#include "tests/service/apifixture.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
@@ -11,11 +13,15 @@
 #include <memory>
 
 using namespace Zel;
+using namespace std::chrono_literals;
 
 namespace {
 
 const SqlText countAccounts("SELECT COUNT(*) FROM account");
 const SqlText addAccount("INSERT INTO account (account_id, name, name_key) VALUES ($1, $2, $2)");
+
+/// The state PostgreSQL gives a transaction that another one got in the way of.
+const QString conflict = QStringLiteral("40001");
 
 DatabaseError errorOf(const std::function<void()> &function)
 {
@@ -49,12 +55,39 @@ private slots:
     void repeatsATransactionThatLostItsConnection();
     void givesUpATransactionThatLosesEveryConnection();
     void reportsAWriteWhoseEndWasLost();
+    void writesAndReadsFilesOverNewConnections();
+    void saysThatTheServerIsAwayWhileAFileIsWritten();
     void worksAgainAfterTheServerCameBack();
     void saysThatAStatementTookTooLong();
     void saysThatSigningInFailedWithoutThePassword();
     void refusesToWriteOutsideOfATransaction();
+    void repeatsAForcedConflict();
+    void givesUpAfterTheLimit();
+    void aCallThatIsGivenUpMayBeSentAgain();
+    void aFullDatabaseStoresNothingAndGoesOn();
 
 private:
+    /// Has the database refuse to add to a table, that many times.
+    static void refuseRows(Database &database, const QString &table, const QString &sqlState,
+                           int times)
+    {
+        database.tx([&] {
+            database.runNative(QStringLiteral("CREATE SEQUENCE refusals"));
+            database.runNative(
+                QStringLiteral("CREATE FUNCTION refuse() RETURNS trigger AS $$ BEGIN "
+                               "IF nextval('refusals') <= %1 THEN RAISE EXCEPTION 'no' "
+                               "USING ERRCODE = '%2'; END IF; RETURN NEW; END $$ LANGUAGE plpgsql")
+                    .arg(QString::number(times), sqlState));
+            database.runNative(QStringLiteral("CREATE TRIGGER refuse BEFORE INSERT ON %1 "
+                                              "FOR EACH ROW EXECUTE FUNCTION refuse()")
+                                   .arg(table));
+        });
+    }
+
+    static constexpr int always = 1'000'000;
+
+    void verifyRefusedCall(const QString &sqlState);
+
     qint64 count()
     {
         return *m_database->row(countAccounts, {},
@@ -123,6 +156,42 @@ void LostConnectionsTest::reportsAWriteWhoseEndWasLost()
     QCOMPARE(runs, 1);
 }
 
+void LostConnectionsTest::writesAndReadsFilesOverNewConnections()
+{
+    DatabaseBlobs blobs(*m_database, systemClock());
+    const QByteArray bytes(3 * DatabaseBlobs::chunkBytes, 'x');
+    const auto part = blobs.openPart({7, QStringLiteral("u"), 0}, {});
+    for (qsizetype at = 0; at < bytes.size(); at += DatabaseBlobs::chunkBytes) {
+        part->append(bytes.constData() + at, DatabaseBlobs::chunkBytes);
+        cutConnections();
+    }
+    part->flush();
+    QCOMPARE(part->size(), bytes.size());
+    QByteArray read;
+    while (read.size() < bytes.size()) {
+        cutConnections();
+        read += part->read(read.size(), bytes.size());
+    }
+    QVERIFY(read == bytes);
+}
+
+void LostConnectionsTest::saysThatTheServerIsAwayWhileAFileIsWritten()
+{
+    DatabaseBlobs blobs(*m_database, systemClock());
+    {
+        const auto part = blobs.openPart({7, QStringLiteral("u"), 0}, {});
+        part->append("first", 5);
+        part->flush();
+        m_databases.server().stop(true);
+        part->append("more", 4);
+        const DatabaseError error = errorOf([&part] { part->flush(); });
+        QCOMPARE(error.kind(), DatabaseError::Kind::Lost);
+        QCOMPARE(part->size(), 5);
+    }
+    QVERIFY(m_databases.server().startAgain());
+    QCOMPARE(blobs.openPart({7, QStringLiteral("u"), 0}, {})->size(), 5);
+}
+
 void LostConnectionsTest::worksAgainAfterTheServerCameBack()
 {
     m_database->tx([&] { m_database->exec(addAccount, {qint64(1), QStringLiteral("a")}); });
@@ -163,6 +232,67 @@ void LostConnectionsTest::refusesToWriteOutsideOfATransaction()
     QVERIFY_THROWS_EXCEPTION(DatabaseError, m_database->runNative(QStringLiteral(
                                                 "INSERT INTO account VALUES (1, 'a', 'a')")));
     QCOMPARE(count(), 0);
+}
+
+void LostConnectionsTest::repeatsAForcedConflict()
+{
+    refuseRows(*m_database, QStringLiteral("account"), conflict, 3);
+    int runs = 0;
+    m_database->tx([&] {
+        ++runs;
+        m_database->exec(addAccount, {qint64(1), QStringLiteral("a")});
+    });
+    QCOMPARE(runs, 4);
+    QCOMPARE(count(), 1);
+}
+
+void LostConnectionsTest::givesUpAfterTheLimit()
+{
+    refuseRows(*m_database, QStringLiteral("account"), conflict, always);
+    m_database->setRetryLimit(100ms);
+    int runs = 0;
+    const DatabaseError error = errorOf([&] {
+        m_database->tx([&] {
+            ++runs;
+            m_database->exec(addAccount, {qint64(1), QStringLiteral("a")});
+        });
+    });
+    QCOMPARE(error.kind(), DatabaseError::Kind::Conflict);
+    QVERIFY(runs > 1);
+    QCOMPARE(count(), 0);
+}
+
+/// A call that the database does not let through changes nothing, and may be sent again.
+void LostConnectionsTest::verifyRefusedCall(const QString &sqlState)
+{
+    ZelTest::ApiFixture api(m_databases.fresh(true));
+    const QString token = api.token(QStringLiteral("maja"), 1001);
+    const QJsonObject folder{{QStringLiteral("parentId"), 0},
+                             {QStringLiteral("name"), QStringLiteral("Once")}};
+    const auto make = [&] { return api.call("POST", "/v1/asset-folders", token, folder); };
+    refuseRows(api.database(), QStringLiteral("asset_folder"), sqlState, always);
+    api.database().setRetryLimit(100ms);
+    const QString before = api.rowCounts();
+    const ZelTest::HttpReply refused = make();
+    QCOMPARE(refused.status, 503);
+    QCOMPARE(refused.code(), QStringLiteral("unavailable"));
+    QCOMPARE(refused.headers.value("retry-after"), QByteArray("1"));
+    QCOMPARE(api.rowCounts(), before);
+    QCOMPARE(api.call("GET", "/v1/asset-folders", token).status, 200);
+    api.database().tx(
+        [&] { api.database().runNative(QStringLiteral("DROP TRIGGER refuse ON asset_folder")); });
+    QCOMPARE(make().status, 201);
+    QCOMPARE(make().status, 409);
+}
+
+void LostConnectionsTest::aCallThatIsGivenUpMayBeSentAgain()
+{
+    verifyRefusedCall(conflict);
+}
+
+void LostConnectionsTest::aFullDatabaseStoresNothingAndGoesOn()
+{
+    verifyRefusedCall(QStringLiteral("53100"));
 }
 
 ZEL_TEST_MAIN(LostConnectionsTest)

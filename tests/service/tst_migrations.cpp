@@ -161,13 +161,18 @@ void MigrationsTest::leavesTheFormerStepWholeWhenOneFails()
         ZelTest::fillUpTo(database, from);
         const QList<TableInfo> tables = readContentTables(database);
         const QList<TableSum> before = ZelTest::sumsOf(database, tables);
-        // What the last step makes last is there already, under the same name.
+        // What the last step makes last, of what no earlier one makes, is there already.
         static const QRegularExpression made(QStringLiteral("^CREATE (TABLE|INDEX) (\\w+)"));
         QString last;
-        for (const QString &sql :
-             Migrations::statements(Migrations::latestVersion(), database.address().engine)) {
-            const auto match = made.match(sql);
-            last = match.hasMatch() ? match.captured(2) : last;
+        QStringList known;
+        for (int step = 1; step <= Migrations::latestVersion(); ++step) {
+            for (const QString &sql : Migrations::statements(step, database.address().engine)) {
+                const QString name = made.match(sql).captured(2);
+                if (step < Migrations::latestVersion())
+                    known << name;
+                else if (!name.isEmpty() && !known.contains(name))
+                    last = name;
+            }
         }
         QVERIFY(!last.isEmpty());
         database.tx([&] {

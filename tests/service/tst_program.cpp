@@ -59,6 +59,7 @@ class ProgramTest : public ZelTest::TestCase
 private slots:
     void helpsWithEveryCommand_data();
     void helpsWithEveryCommand();
+    void tellsHowEveryCommandEnds();
     void refusesAWrongCommandLine_data();
     void refusesAWrongCommandLine();
     void servesAMissingFileByMakingIt();
@@ -68,6 +69,7 @@ private slots:
     void endsWithACodeThatSaysWhy();
     void refusesAnAddressInUse();
     void refusesAPostgresDatabaseThatIsNotMigrated();
+    void keepsFilesWhereTheFirstOneDecided();
     void finishesCallsInFlightOnSigterm();
     void endsWhenStandardInputEnds();
     void endsWhenTheWatchedProcessEnds();
@@ -78,6 +80,8 @@ private slots:
     void importsNothingFromABadFile();
     void simulatesAnAudienceAndTakesMoreIn();
     void findsADamagedFile();
+    void aRunningServiceMeetsANewerDatabase_data();
+    void aRunningServiceMeetsANewerDatabase();
 
 private:
     HttpReply signIn(const ServiceProcess &service, const QByteArray &body = signInBody)
@@ -104,6 +108,10 @@ void ProgramTest::helpsWithEveryCommand_data()
     row("user --help", "--password-file");
     row("simulate --help", "--participants");
     row("doctor -h", "Checks");
+    row("export --help", "--with-password-hashes");
+    row("account --help", "remove-member");
+    row("trash --help", "--dry-run");
+    row("thumbnail --help", "standard input");
 }
 
 void ProgramTest::helpsWithEveryCommand()
@@ -115,6 +123,28 @@ void ProgramTest::helpsWithEveryCommand()
     QByteArray output;
     QCOMPARE(service.runCommand(arguments, &output), int(ExitFine));
     QVERIFY2(output.contains(word.toUtf8()), output.constData());
+}
+
+void ProgramTest::tellsHowEveryCommandEnds()
+{
+    ServiceProcess service;
+    service.database = QStringLiteral("/nowhere/x.db");
+    QByteArray overview;
+    QCOMPARE(service.runCommand({QStringLiteral("--help")}, &overview), int(ExitFine));
+    static const QRegularExpression line(QStringLiteral("^  ([a-z]+) "),
+                                         QRegularExpression::MultilineOption);
+    int count = 0;
+    auto found = line.globalMatch(QString::fromUtf8(overview));
+    while (found.hasNext()) {
+        const QString command = found.next().captured(1);
+        QByteArray help;
+        QCOMPARE(service.runCommand({command, QStringLiteral("--help")}, &help), int(ExitFine));
+        QVERIFY2(help.contains("Usage: zel-service " + command.toUtf8()), help.constData());
+        QVERIFY2(help.contains("Exit codes: 0 fine"), help.constData());
+        QVERIFY2(help.contains("Example:"), help.constData());
+        ++count;
+    }
+    QVERIFY(count >= 10);
 }
 
 void ProgramTest::refusesAWrongCommandLine_data()
@@ -135,6 +165,24 @@ void ProgramTest::refusesAWrongCommandLine_data()
     row("serve --sign-in-cost low", "--sign-in-cost");
     row("serve --parent-pid x", "--parent-pid");
     row("import", "folder");
+    row("import --slow x", "slow");
+    row("export", "folder");
+    row("export a b", "folder");
+    row("export x --account one", "--account");
+    row("export x --into y", "into");
+    row("migrate --fast", "fast");
+    row("doctor --fast", "fast");
+    row("simulate", "--account");
+    row("simulate now --account 1", "argument");
+    row("simulate --account 1 --participants many", "--participants");
+    row("trash", "list");
+    row("trash restore", "which asset");
+    row("trash purge now", "list");
+    row("trash list --dry-run", "--dry-run");
+    row("thumbnail --fast", "no arguments");
+    row("account --fast", "fast");
+    row("user", "user add NAME");
+    row("user --fast", "fast");
     row("user remove ann", "user add NAME");
     row("user add ann --role boss", "--role");
     row("user add ann --account one", "--account");
@@ -322,6 +370,29 @@ void ProgramTest::refusesAPostgresDatabaseThatIsNotMigrated()
         QVERIFY2(output.contains("zel-service migrate"), output.constData());
         QVERIFY(!output.contains(address.password.toUtf8()));
     }
+}
+
+void ProgramTest::keepsFilesWhereTheFirstOneDecided()
+{
+    ServiceProcess service;
+    service.blobs = QStringLiteral("database");
+    QVERIFY2(service.start(), qPrintable(service.error()));
+    QVERIFY2(!QFileInfo::exists(service.files), "there is no use for a folder");
+    QCOMPARE(service.stop(), 0);
+
+    service.blobs.clear();
+    QByteArray output;
+    QCOMPARE(service.runCommand({QStringLiteral("trash"), QStringLiteral("list")}, &output), 0);
+    QVERIFY2(service.startAgain(), qPrintable(service.error()));
+    QCOMPARE(service.stop(), 0);
+
+    const QStringList serve{QStringLiteral("serve"), QStringLiteral("--blobs")};
+    QCOMPARE(service.runCommand(serve + QStringList{QStringLiteral("files")}, &output), ExitUsage);
+    QVERIFY2(output.contains("keeps its files in \"database\", not in \"files\""),
+             output.constData());
+    QCOMPARE(service.runCommand(serve + QStringList{QStringLiteral("cupboard")}, &output),
+             ExitUsage);
+    QVERIFY2(output.contains("--blobs is"), output.constData());
 }
 
 void ProgramTest::finishesCallsInFlightOnSigterm()
@@ -550,6 +621,55 @@ void ProgramTest::findsADamagedFile()
     QByteArray output;
     QCOMPARE(service.runCommand({QStringLiteral("doctor")}, &output), int(ExitCorruptDatabase));
     QVERIFY2(output.contains("refers to rows that are not there"), output.constData());
+}
+
+void ProgramTest::aRunningServiceMeetsANewerDatabase_data()
+{
+    QTest::addColumn<bool>("postgres");
+    QTest::newRow("sqlite") << false;
+    QTest::newRow("postgres") << true;
+}
+
+/// As in an upgrade of several replicas: those of before go on while the first of the new ones has
+/// already migrated, and do not start again afterwards.
+void ProgramTest::aRunningServiceMeetsANewerDatabase()
+{
+    QFETCH(bool, postgres);
+    const Zel::DatabaseAddress address = m_databases.fresh(postgres);
+    ServiceProcess service;
+    service.database = address.file;
+    if (postgres)
+        service.database = QStringLiteral("postgresql://%1:%2@%3:%4/%5")
+                               .arg(address.user, address.password, address.host)
+                               .arg(address.port)
+                               .arg(address.database);
+    QVERIFY2(service.start(), qPrintable(service.error()));
+    const QByteArrayList session{"Authorization: Bearer " + tokenOf(signIn(service))};
+    const auto call = [&](const char *method, const char *path, const QByteArray &body) {
+        return HttpProbe::request(service.port(), method, path, body, session).status;
+    };
+    QCOMPARE(call("PUT", "/v1/sessions/current/account", R"({"accountId":"1001"})"), 204);
+
+    Zel::Database database(address);
+    database.tx([&] {
+        for (const char *step :
+             {"ALTER TABLE project ADD COLUMN later INTEGER", "CREATE TABLE later (n INTEGER)",
+              "CREATE INDEX project_later ON project (account_id, later)",
+              "INSERT INTO schema_version VALUES (9999, 0)"})
+            database.runNative(QString::fromLatin1(step));
+    });
+    QCOMPARE(call("POST", "/v1/projects", createBody), 201);
+    QCOMPARE(call("GET", "/v1/projects?type=webcast", QByteArray()), 200);
+    QCOMPARE(signIn(service).status, 201);
+    QCOMPARE(HttpProbe::request(service.port(), "GET", "/healthz").status, 200);
+    QCOMPARE(service.stop(), int(ExitFine));
+
+    for (const char *command : {"serve", "migrate", "doctor"}) {
+        QByteArray output;
+        QCOMPARE(service.runCommand({QLatin1String(command)}, &output), int(ExitNewerDatabase));
+        QVERIFY2(output.contains("newer program"), output.constData());
+        QVERIFY2(!postgres || !output.contains(address.password.toUtf8()), output.constData());
+    }
 }
 
 ZEL_TEST_MAIN(ProgramTest)

@@ -3,6 +3,9 @@
 #include "service/store/database.h"
 #include "service/store/migrations.h"
 #include "service/store/sqltext.h"
+#include "service/store/store.h"
+#include "service/store/workspaceimport.h"
+#include "tests/contract/serviceprocess.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
@@ -13,6 +16,10 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTest>
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
 
 using namespace Zel;
 
@@ -97,6 +104,17 @@ QList<FoundText> textsInSources()
     return result;
 }
 
+/// The one connection of this thread to a database of that kind.
+QSqlDatabase connectionTo(bool postgres)
+{
+    for (const QString &name : QSqlDatabase::connectionNames()) {
+        const QSqlDatabase one = QSqlDatabase::database(name);
+        if ((one.driverName() == QLatin1String("QPSQL")) == postgres)
+            return one;
+    }
+    throw std::logic_error("there is no such connection");
+}
+
 } // namespace
 
 class SqlTextsTest : public ZelTest::TestCase
@@ -116,9 +134,19 @@ private slots:
     void everyMigrationKeepsTheHouseRules();
     void keysOfAccountTablesBeginWithTheAccount();
     void listsAreReadInTheOrderOfAnIndex();
+    void hotQueriesUseTheirKey_data();
+    void hotQueriesUseTheirKey();
 
 private:
+    /// Rows enough that PostgreSQL has to choose: the sample and many people and deployments.
+    void fill(Database &database);
+    /// A database that is asked for its plans. SQLite's do not depend on what is in it.
+    Database &planner(bool postgres);
+    /// How a database goes about a text; parameters without a value are '1'.
+    QString planOf(bool postgres, const QString &sql, const QStringList &values);
+
     ZelTest::TestDatabases m_databases;
+    std::unique_ptr<Database> m_planners[2]; ///< SQLite's and PostgreSQL's
 };
 
 void SqlTextsTest::numbersPlaceholdersByFirstAppearance()
@@ -184,8 +212,8 @@ void SqlTextsTest::everyTextKeepsTheHouseRules()
 void SqlTextsTest::everyStatementIsWrittenWhereTheLintSeesIt()
 {
     static const QRegularExpression hidden(
-        QStringLiteral("\\bSqlText( \\w+)?[({]\\s*\"|"
-                       "\\bSqlText( \\w+)?[({]\\s*R\"(?!sql\\()"));
+        QStringLiteral("\\b(Sql|Bulk)Text( \\w+)?[({]\\s*\"|"
+                       "\\b(Sql|Bulk)Text( \\w+)?[({]\\s*R\"(?!sql\\()"));
     for (const QString &file : sources())
         QVERIFY2(!readFile(file).contains(hidden), qPrintable(file));
 }
@@ -275,6 +303,136 @@ void SqlTextsTest::listsAreReadInTheOrderOfAnIndex()
                  qPrintable(plan));
     }
     QVERIFY(ordered > 0);
+}
+
+void SqlTextsTest::fill(Database &database)
+{
+    Store store(database, PasswordHasher::Cost::Minimal, systemClock(),
+                {BlobKind::Files, m_databases.folder() + QStringLiteral("/files")});
+    importWorkspace(store, WorkspaceFiles::read({ZelTest::ServiceProcess::sampleFolder()}));
+    database.tx([&] {
+        for (const char *sql :
+             {"INSERT INTO app_user (user_id, login, login_key, display_name, pw_hash, disabled, "
+              "created_at) SELECT 'user ' || n, 'user ' || n, 'user ' || n, 'U', '', false, 0 "
+              "FROM generate_series(0, 499) n",
+              "INSERT INTO account (account_id, name, name_key) "
+              "SELECT n, 'A ' || n, 'a ' || n FROM generate_series(3000, 3399) n",
+              "INSERT INTO membership (account_id, user_id, role) "
+              "SELECT 3000 + n % 400, 'user ' || n % 499, 'author' FROM generate_series(1, 3000) n "
+              "ON CONFLICT DO NOTHING",
+              "INSERT INTO session (token_hash, user_id, account_id, app_name, created_at, "
+              "seen_at, expires_at) SELECT convert_to('token ' || n, 'UTF8'), 'user ' || n % 499, "
+              "NULL, '', n, n, n FROM generate_series(1, 5000) n",
+              "INSERT INTO deployment (account_id, guid, dep_no, project_guid, name, published_at, "
+              "key_hash) SELECT account_id, 'dep ' || n, 100 + n, guid, 'D', n, "
+              "convert_to('key ' || n, 'UTF8') FROM generate_series(1, 1000) n, (SELECT "
+              "account_id, "
+              "guid FROM project WHERE account_id = 1001 LIMIT 1) p",
+              "ANALYZE"})
+            database.runNative(QString::fromLatin1(sql));
+    });
+}
+
+Database &SqlTextsTest::planner(bool postgres)
+{
+    std::unique_ptr<Database> &database = m_planners[postgres];
+    if (!database) {
+        database =
+            std::make_unique<Database>(m_databases.fresh(postgres), Database::Missing::Create);
+        Migrations(*database).migrate();
+        if (postgres)
+            fill(*database);
+    }
+    return *database;
+}
+
+QString SqlTextsTest::planOf(bool postgres, const QString &sql, const QStringList &values)
+{
+    QString text = sql;
+    static const QRegularExpression placeholder(QStringLiteral("\\$(\\d+)"));
+    for (auto match = placeholder.match(text); match.hasMatch(); match = placeholder.match(text))
+        text.replace(match.capturedStart(), match.capturedLength(),
+                     QLatin1Char('\'') +
+                         values.value(match.captured(1).toInt() - 1, QStringLiteral("1")) +
+                         QLatin1Char('\''));
+    QStringList plan;
+    planner(postgres).snapshot([&] {
+        QSqlQuery query(connectionTo(postgres));
+        // A few rows are read as fast without a key; what counts is whether there is one to use.
+        if (postgres && !query.exec(QStringLiteral("SET LOCAL enable_seqscan = off")))
+            throw std::runtime_error(query.lastError().text().toStdString());
+        const QLatin1String explain(postgres ? "EXPLAIN " : "EXPLAIN QUERY PLAN ");
+        if (!query.exec(explain + text))
+            throw std::runtime_error(query.lastError().text().toStdString());
+        while (query.next())
+            plan << query.value(postgres ? 0 : 3).toString();
+    });
+    return plan.join(QLatin1Char('\n'));
+}
+
+void SqlTextsTest::hotQueriesUseTheirKey_data()
+{
+    QTest::addColumn<bool>("postgres");
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QStringList>("values");
+    QTest::addColumn<QString>("key");
+    // Words that are found in the texts of the query, values of its first parameters, and the key.
+    const auto row = [](const char *name, const QStringList &words, const QStringList &values,
+                        const char *sqliteKey, const char *postgresKey = nullptr) {
+        const auto add = [&](bool postgres, const char *key) {
+            QTest::addRow("%s, %s", name, postgres ? "postgres" : "sqlite")
+                << postgres << words << values << QString::fromLatin1(key);
+        };
+        add(false, sqliteKey);
+        add(true, postgresKey ? postgresKey : sqliteKey);
+    };
+    const QStringList live{"1001", "1"};
+    const QStringList range = live + QStringList{"1778000000000", "1779000000000"};
+    const QStringList figures =
+        live + QStringList{"493800",        "494100",        "1778000000000",
+                           "1778000001000", "1778000000000", "1778000001000"};
+    row("session by token", {"FROM session s", "s.token_hash = $1"}, {"token 7", "1", "1", "0"},
+        "sqlite_autoindex_session_1", "session_pkey");
+    row("accounts of a person", {"FROM membership m", "m.user_id = $1"}, {"user 7"},
+        "membership_by_user");
+    row("role of a person", {"SELECT role FROM membership"}, {"3007", "user 7"},
+        "sqlite_autoindex_membership_1", "membership_");
+    row("assets of a folder", {"FROM asset a", "a.folder_id = $2"}, live, "asset_by_name");
+    row("page views of a range", {"FROM page_view", "ORDER BY view_at"}, range,
+        "page_view_by_time");
+    row("figures of a range, at its ends", {"FROM view_tally", "FROM page_view"}, figures,
+        "page_view_by_time");
+    row("figures of a range, whole hours", {"FROM view_tally", "hour_no >= $3"}, figures,
+        "sqlite_autoindex_view_tally_1", "view_tally_pkey");
+    row("questions of a range", {"FROM question q", "q.submitted_at"}, range, "question_by_time");
+    row("votes by arrival", {"FROM poll_vote", "ORDER BY arrived"}, live, "poll_vote_by_arrival");
+    row("replies by arrival", {"FROM survey_response", "ORDER BY arrived"}, live,
+        "survey_response_by_arrival");
+    row("replies by answer", {"FROM survey_response", "GROUP BY"}, live,
+        "survey_response_by_answers");
+    row("themes of an account", {"FROM theme t", "ORDER BY t.name_key"}, {"1001", "0", "user 7"},
+        "theme_by_name");
+    row("deployment by key", {"FROM deployment", "key_hash = $1"}, {"key 7", "dep 7"},
+        "deployment_by_key");
+}
+
+void SqlTextsTest::hotQueriesUseTheirKey()
+{
+    QFETCH(bool, postgres);
+    QFETCH(QStringList, words);
+    QFETCH(QStringList, values);
+    QFETCH(QString, key);
+    int found = 0;
+    for (const FoundText &text : textsInSources()) {
+        if (!std::all_of(words.begin(), words.end(),
+                         [&](const QString &word) { return text.sql.contains(word); }))
+            continue;
+        ++found;
+        const QString plan = planOf(postgres, text.sql, values);
+        QVERIFY2(plan.contains(key), qPrintable(text.sql + QLatin1Char('\n') + plan));
+        QVERIFY2(!plan.contains(QLatin1String("Seq Scan on")), qPrintable(plan));
+    }
+    QVERIFY(found > 0);
 }
 
 ZEL_TEST_MAIN(SqlTextsTest)

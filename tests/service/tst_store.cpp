@@ -12,8 +12,8 @@
 #include <QTest>
 
 #include <atomic>
-#include <mutex>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/store/databaseblobs.h"
 #include "tests/service/apifixture.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
@@ -10,10 +11,15 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRandomGenerator>
+#include <QSet>
 #include <QTest>
 #include <QUrl>
 
 #include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 using namespace ZelTest;
 using Zel::Uploads;
@@ -117,8 +123,13 @@ private slots:
     void keepsEqualBytesOnce();
     void answersTagsAndRanges_data();
     void answersTagsAndRanges();
+    void answersAnyRangeOfALongFile();
     void sendsFilesAsNothingThatActs();
     void endsAddressesOfThumbnailsOnly();
+
+    void manyCommitsAtOnceMakeOneAsset();
+    void addressesLeadNowhereElse_data();
+    void addressesLeadNowhereElse();
 
 private:
     HttpReply call(const QByteArray &method, const QByteArray &target,
@@ -623,6 +634,30 @@ void UploadsTest::answersTagsAndRanges()
     QCOMPARE(head.headers.value("content-length"), reply.headers.value("content-length"));
 }
 
+void UploadsTest::answersAnyRangeOfALongFile()
+{
+    QByteArray bytes(5'000'001, Qt::Uninitialized);
+    QRandomGenerator random(20261121);
+    for (char &byte : bytes)
+        byte = static_cast<char>(random.generate());
+    const QByteArray address = addressOf(newAsset(bytes));
+    const auto range = [&](qint64 first, qint64 last) {
+        return HttpProbe::request(
+            m_api->port(), "GET", address, QByteArray(),
+            {"Range: bytes=" + QByteArray::number(first) + '-' + QByteArray::number(last)});
+    };
+    constexpr qint64 border = Zel::DatabaseBlobs::chunkBytes;
+    QCOMPARE(range(border - 2, border + 1).body, bytes.mid(border - 2, 4));
+    for (int i = 0; i < 100; ++i) {
+        const qint64 first = random.bounded(bytes.size());
+        const qint64 last = random.bounded(first, bytes.size());
+        const HttpReply reply = range(first, last);
+        QCOMPARE(reply.status, 206);
+        QVERIFY(reply.body == bytes.mid(first, last - first + 1));
+    }
+    QVERIFY(m_api->call("GET", address, QString()).body == bytes);
+}
+
 void UploadsTest::sendsFilesAsNothingThatActs()
 {
     const QByteArray address = addressOf(newAsset("<html><script>alert(1)</script></html>"));
@@ -659,6 +694,86 @@ void UploadsTest::endsAddressesOfThumbnailsOnly()
     QCOMPARE(ended.code(), QStringLiteral("expired-address"));
     m_api->advance(20LL * 365 * 24 * hour);
     QCOMPARE(status(address), 200);
+}
+
+/// By two daemons of the same database.
+void UploadsTest::manyCommitsAtOnceMakeOneAsset()
+{
+    const auto other = otherDaemon();
+    const auto session = m_api->store().sessions.find(m_token);
+    const Zel::AssetUser user{harbour, session->userId, session->role};
+    for (int round = 0; round < 5; ++round) {
+        const qsizetype before = listed().size();
+        const QByteArray bytes = "round " + QByteArray::number(round);
+        const QByteArray upload = reserve({bytes.size()});
+        QCOMPARE(put(upload, 0, bytes).status, 200);
+        const QString id = partOf(upload).uploadId;
+        const QStringList checksums{QString::fromLatin1(sha(bytes))};
+        std::mutex mutex;
+        QSet<QString> guids;
+        QList<int> outcomes;
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 8; ++i) {
+            threads.emplace_back([&, i] {
+                Zel::Store &store = i % 2 == 0 ? m_api->store() : *other;
+                Uploads::Commit commit;
+                do { // as a client does that is told to try again
+                    commit = store.uploads.commit(user, id, checksums);
+                } while (commit.outcome == Uploads::Outcome::Busy);
+                const std::lock_guard lock(mutex);
+                guids.insert(commit.guid);
+                outcomes << int(commit.outcome);
+            });
+        }
+        for (std::thread &thread : threads)
+            thread.join();
+        QCOMPARE(outcomes, QList<int>(8, int(Uploads::Outcome::Done)));
+        QCOMPARE(guids.size(), 1);
+        QVERIFY(!guids.contains(QString()));
+        QCOMPARE(listed().size(), before + 1);
+        QCOMPARE(parts(), 0);
+        QCOMPARE(HttpProbe::request(m_api->port(), "GET", addressOf(guids.constBegin()->toLatin1()))
+                     .body,
+                 bytes);
+    }
+}
+
+void UploadsTest::addressesLeadNowhereElse_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    const auto row = [](const char *path) { QTest::newRow(path) << QByteArray(path); };
+    for (const char *path :
+         {"/a/../../../etc/passwd", "/a/%2e%2e/%2e%2e/%2e%2e/etc/passwd",
+          "/a/%2e%2e%2f%2e%2e%2f%2e%2e%2fetc%2fpasswd/x", "/a/..%2f..%2fworkspace.db/x?s=1002.x",
+          "/a/..\\..\\workspace.db/x", "/a//etc/passwd", "/a/{guid}/../../../etc/passwd",
+          "/a/{guid}/%2e%2e%2f0/x", "/a/{guid}/..%2f..%2fuploads/x", "/a/%00/x", "/a/{guid}%00/x",
+          "/a/.../x", "/a/./x"})
+        row(path);
+    for (const char *path : {"/t/../../../etc/passwd", "/t/{guid}/../256", "/t/{guid}/%2e%2e%2f256",
+                             "/t/{guid}/256%2f..%2f..", "/t/..%2f..%2fworkspace.db/256",
+                             "/t/{guid}/../../../etc/passwd"})
+        row(path);
+    for (const char *path :
+         {"/p/../../../etc/passwd", "/p/{guid}/../../workspace.db", "/p/..%2f..%2fworkspace.db/1",
+          "/p/{guid}/%2e%2e%2f%2e%2e%2fetc%2fpasswd"})
+        row(path);
+}
+
+void UploadsTest::addressesLeadNowhereElse()
+{
+    QFETCH(QByteArray, path);
+    const QByteArray guid = newAsset("what is asked for");
+    const QByteArray address = addressOf(guid);
+    QCOMPARE(HttpProbe::request(m_api->port(), "GET", address).body,
+             QByteArray("what is asked for"));
+    path.replace("{guid}", guid);
+    // With the signature of an asset, too.
+    for (const QByteArray &signature : {QByteArray(), address.mid(address.indexOf('?'))}) {
+        const HttpReply reply =
+            HttpProbe::request(m_api->port(), "GET", path.contains('?') ? path : path + signature);
+        QVERIFY2(reply.status >= 400 && reply.status < 500, reply.body.constData());
+        QVERIFY2(!reply.code().isEmpty(), reply.body.constData());
+    }
 }
 
 ZEL_TEST_MAIN(UploadsTest)

@@ -14,7 +14,8 @@ struct NetworkPolicy
 {
     /// The longest silence in a call: no connection made, no byte sent and none received.
     std::chrono::milliseconds inactivityLimit = std::chrono::seconds(30);
-    /// The longest a call may take as a whole, however lively it is.
+    /// The longest a call may take as a whole, however lively it is; all pages of a long list are
+    /// one call.
     std::chrono::milliseconds callLimit = std::chrono::minutes(5);
     /// How long an upload waits, in all, for a connection that broke to come back, before it is
     /// given up: longer than a service takes to start again.
@@ -25,8 +26,11 @@ struct NetworkPolicy
     bool useSystemProxy = false;
     /// A PEM file of certificate authorities to trust besides the system's; empty for none.
     QString caFile;
-    /// The longest answer taken, in bytes after decompression.
+    /// The longest answer taken, in bytes after decompression. Of a long list, each page is one.
     qint64 answerLimit = qint64(256) * 1024 * 1024;
+    /// How many rows of a long list to ask for at once, from 1; fewer make each answer come sooner
+    /// over a slow line. 0 leaves it to the service.
+    qint64 pageRows = 0;
 };
 
 } // namespace QXSC

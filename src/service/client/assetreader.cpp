@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/client/assetreader.h"
 
+#include "platform/core/int16.h"
 #include "service/client/tablereader.h"
-
-#include <limits>
 
 namespace QXSC {
 
@@ -20,12 +19,10 @@ constexpr std::array assetFields{
     QLatin1String("date"), QLatin1String("thumbnail"), QLatin1String("type"),
 };
 
+/// A number of the service that has no room in 16 bits is an overflow, never another number.
 qint16 readInt16(const QJsonValue &value, QLatin1String name)
 {
-    const qint32 number = readInt32(value, name);
-    if (number < std::numeric_limits<qint16>::min() || number > std::numeric_limits<qint16>::max())
-        throw AnswerProblem{QStringLiteral("\"%1\" is not a 16-bit number").arg(name)};
-    return static_cast<qint16>(number);
+    return Zel::Int16::from(readInt64(value, name)).value();
 }
 
 qint64 readSize(const QJsonValue &value, QLatin1String name)
@@ -72,7 +69,7 @@ AssetFolderCollectionPtr readAssetFolders(const QByteArray &body)
     return folders;
 }
 
-AssetCollectionPtr readAssets(const QByteArray &body)
+AssetCollectionPtr readAssets(const QJsonObject &answer)
 {
     auto assets = std::make_shared<AssetCollection>();
     const auto take = [&](const auto &valueAt) {
@@ -85,7 +82,7 @@ AssetCollectionPtr readAssets(const QByteArray &body)
         record->assetType = readText(valueAt(5), assetFields[5]);
         assets->add(record);
     };
-    if (!readTable(body, QLatin1String("assets"), assetFields, take))
+    if (!readTable(answer, QLatin1String("assets"), assetFields, take))
         return nullptr;
     return assets;
 }

@@ -5,6 +5,7 @@
 #include "common/contract/assetrecord.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 
 namespace QXSC {
 
@@ -19,7 +20,7 @@ struct UploadTicket
 
 /// Null when the service says null.
 AssetFolderCollectionPtr readAssetFolders(const QByteArray &body);
-AssetCollectionPtr readAssets(const QByteArray &body);
+AssetCollectionPtr readAssets(const QJsonObject &answer);
 qint16 readFolderId(const QByteArray &body);
 QString readPermissions(const QByteArray &body);
 QString readAssetValue(const QByteArray &body);

@@ -143,6 +143,7 @@ constexpr std::array knownCodes{
     KnownCode{QLatin1String("not-allowed"), Kind::Refused},
     KnownCode{QLatin1String("storage-full"), Kind::Refused},
     KnownCode{QLatin1String("invalid"), Kind::Invalid},
+    KnownCode{QLatin1String("key-reused"), Kind::Invalid},
     KnownCode{QLatin1String("invalid-text"), Kind::Invalid},
     KnownCode{QLatin1String("too-large"), Kind::Invalid},
     KnownCode{QLatin1String("bad-json"), Kind::Invalid},

@@ -8,6 +8,7 @@
 #include "service/client/callfailure.h"
 #include "service/client/exchange.h"
 #include "service/client/jsoncall.h"
+#include "service/client/listcall.h"
 #include "service/client/readahead.h"
 #include "service/client/transport.h"
 #include "service/client/uploadfile.h"
@@ -127,18 +128,23 @@ void HttpServiceClient::GetFolderAssets(qint16 folderId, const QString &nameFilt
                                         const QString &formats, qint32 first, qint32 count,
                                         AssetCollectionPtr &assets)
 {
+    // An address cannot say it; what would be sent instead is another text.
+    if (!nameFilter.isValidUtf16())
+        throw ServiceError(ServiceError::Kind::Invalid,
+                           tr("What is looked for holds half of a character. Type it again."),
+                           QStringLiteral("invalid-text"));
     const Request request = sessionRequest("GET", folderPath(folderId, "/assets"),
                                            "formats=" + QUrl::toPercentEncoding(formats) +
                                                "&name=" + QUrl::toPercentEncoding(nameFilter) +
                                                "&first=" + QByteArray::number(first) +
                                                "&count=" + QByteArray::number(count));
-    assets = readAnswer(request, *ask(request), readAssets);
+    assets = readList(request, readAssets);
 }
 
 qint16 HttpServiceClient::CreateAssetFolder(qint16 parentId, const QString &name)
 {
-    const Request request = sessionRequest(
-        "POST", "/v1/asset-folders", {},
+    const Request request = changeRequest(
+        "POST", "/v1/asset-folders",
         json({{QStringLiteral("parentId"), parentId}, {QStringLiteral("name"), name}}));
     return readAnswer(request, *ask(request), readFolderId);
 }
@@ -151,13 +157,13 @@ QString HttpServiceClient::GetFolderPermissions(qint16 folderId)
 
 void HttpServiceClient::DeleteAssetFolder(qint16 folderId)
 {
-    const Request request = sessionRequest("DELETE", folderPath(folderId));
+    const Request request = changeRequest("DELETE", folderPath(folderId));
     expectNoContent(request, *ask(request));
 }
 
 void HttpServiceClient::DeleteAsset(const QString &guid)
 {
-    const Request request = sessionRequest("DELETE", assetPath(guid));
+    const Request request = changeRequest("DELETE", assetPath(guid));
     expectNoContent(request, *ask(request));
 }
 

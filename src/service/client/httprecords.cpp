@@ -6,6 +6,7 @@
 #include "service/client/callfailure.h"
 #include "service/client/datarecordreader.h"
 #include "service/client/jsoncall.h"
+#include "service/client/operationtime.h"
 #include "service/client/transport.h"
 
 namespace QXSC {
@@ -61,7 +62,8 @@ DataRecordSave HttpServiceClient::saveThemeDataRecord(const QString &themeGuid,
 {
     const QJsonObject body{{QStringLiteral("version"), record.version},
                            {QStringLiteral("values"), valuesOf(record)}};
-    const Request request = sessionRequest("PUT", pathOf(themeGuid), {}, json(body));
+    Request request = sessionRequest("PUT", pathOf(themeGuid), {}, json(body));
+    request.isKnownByItsBody = true; // the same values again are the same save
     if (!canBeAsked(themeGuid))
         throw ServiceError(ServiceError::Kind::NotFound,
                            tr("This theme has no identity the service could know it by."));
@@ -70,12 +72,12 @@ DataRecordSave HttpServiceClient::saveThemeDataRecord(const QString &themeGuid,
                            tr("The values of this record are longer than the service takes, which "
                               "is 16 MiB. Shorten them and try again."),
                            QStringLiteral("too-large"));
-    const NetworkPolicy policy = m_policy;
-    const Reply reply = m_transport->call(request, policy);
+    const OperationTime time(m_policy);
+    const Reply reply = send(request, time);
     // The refusal carries what the service holds now, and so is an answer.
     if (refusalCode(reply) == QLatin1String("version-conflict"))
         return readAnswer(request, reply, readNewerRecord);
-    return readAnswer(request, *taken(request, reply, policy), readSavedRecord);
+    return readAnswer(request, *taken(request, reply, time.policy()), readSavedRecord);
 }
 
 } // namespace QXSC

@@ -5,6 +5,7 @@
 #include "service/client/answerreader.h"
 #include "service/client/callfailure.h"
 #include "service/client/jsoncall.h"
+#include "service/client/listcall.h"
 #include "service/client/recordreader.h"
 #include "service/client/transport.h"
 
@@ -101,7 +102,7 @@ void HttpServiceClient::getProjectList(const QString &projectType, ProjectCollec
 {
     const Request request =
         sessionRequest("GET", "/v1/projects", "type=" + QUrl::toPercentEncoding(projectType));
-    projects = readAnswer(request, *ask(request), readProjects);
+    projects = readList(request, readProjects);
 }
 
 void HttpServiceClient::isProjectPublished(const QString &guid, const QString &, bool &published)
@@ -133,7 +134,8 @@ ProjectRecordPtr HttpServiceClient::createProject(const NewProject &project)
                      {QStringLiteral("eventDate"), milliseconds(project.eventDate)}};
     if (!project.themeGuid.isEmpty())
         body.insert(QStringLiteral("themeGuid"), project.themeGuid);
-    const Request request = sessionRequest("POST", "/v1/projects", {}, json(body));
+    Request request = sessionRequest("POST", "/v1/projects", {}, json(body));
+    request.isKnownByItsBody = true; // by the guid
     return readAnswer(request, *ask(request), readCreatedProject);
 }
 
@@ -156,10 +158,35 @@ Request HttpServiceClient::sessionRequest(const QByteArray &method, const QByteA
     return {method, m_session->server, path, query, body, m_session->token};
 }
 
+Request HttpServiceClient::changeRequest(const QByteArray &method, const QByteArray &path,
+                                         const QByteArray &body) const
+{
+    Request request = sessionRequest(method, path, {}, body);
+    request.idempotencyKey = QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
+    return request;
+}
+
 std::optional<Reply> HttpServiceClient::ask(const Request &request, QLatin1String refusal)
 {
-    const NetworkPolicy policy = m_policy;
-    return taken(request, m_transport->call(request, policy), policy, refusal);
+    return ask(request, OperationTime(m_policy), refusal);
+}
+
+std::optional<Reply> HttpServiceClient::ask(const Request &request, const OperationTime &time,
+                                            QLatin1String refusal)
+{
+    return taken(request, send(request, time), time.policy(), refusal);
+}
+
+Reply HttpServiceClient::send(const Request &request, const OperationTime &time)
+{
+    // This object may go away in a call.
+    const std::shared_ptr<Transport> transport = m_transport;
+    const Reply first = transport->call(request, time.rest());
+    if (!first.isBroken() || !request.mayComeAgain())
+        return first;
+    const Reply second = transport->call(request, time.rest());
+    // Where the second one got nowhere, the first may still have done what was asked for.
+    return second.ending == Reply::Ending::Failed ? first : second;
 }
 
 std::optional<Reply> HttpServiceClient::taken(const Request &request, const Reply &reply,

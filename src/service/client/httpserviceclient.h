@@ -17,6 +17,7 @@
 
 namespace QXSC {
 
+class OperationTime;
 struct Reply;
 struct Request;
 class Transport;
@@ -30,7 +31,11 @@ struct UploadTicket;
 /// All operations run on the thread that calls them and return with the answer; see `Transport` for
 /// how the waiting is done. A call made while another one waits (from a wait observer) works. What
 /// goes wrong is a `ServiceError`; a call is never repeated behind the caller's back where that
-/// could do something twice.
+/// could do something twice. Calls that change something carry a key by which the service knows
+/// them again, or are known by what they bring: those are sent once more when the connection breaks
+/// before the answer is there.
+///
+/// A long list comes page by page and is handed out as a whole, or not at all.
 ///
 /// The token of the session is kept in memory only. It is forgotten at `signOut`, with every new
 /// `authenticate`, and when the service says that the session has ended. Calls that need a session
@@ -153,14 +158,28 @@ private:
     Request sessionRequest(const QByteArray &method, const QByteArray &path,
                            const QByteArray &query = QByteArray(),
                            const QByteArray &body = QByteArray()) const;
+    /// The same for a call that changes something: the service does it once, however often it
+    /// comes.
+    Request changeRequest(const QByteArray &method, const QByteArray &path,
+                          const QByteArray &body = QByteArray()) const;
     /// Makes a call. Answers nothing when the service refuses it with the code given, which is an
     /// answer where the contract says so; every other failure is thrown.
     std::optional<Reply> ask(const Request &request, QLatin1String refusal = QLatin1String());
+    std::optional<Reply> ask(const Request &request, const OperationTime &time,
+                             QLatin1String refusal = QLatin1String());
+    /// Makes a call, a second time where that is safe and the connection broke.
+    Reply send(const Request &request, const OperationTime &time);
+    /// Makes the calls that bring all pages of a list, and joins what `read` makes of them.
+    template <typename Read>
+    auto readList(Request request, Read read, QLatin1String refusal = QLatin1String());
 
     std::optional<Reply> taken(const Request &request, const Reply &reply,
                                const NetworkPolicy &policy,
                                QLatin1String refusal = QLatin1String());
 
+    /// The call that asks for something of a deployment.
+    Request deploymentRequest(const QString &guid, const QByteArray &path,
+                              const QByteArray &query) const;
     /// Asks for something of a deployment and reads it from the answer.
     template <typename Read>
     auto readDeployment(const QString &guid, const QByteArray &path, const QByteArray &query,

@@ -5,9 +5,13 @@
 
 #include "service/client/callfailure.h"
 #include "service/client/jsoncall.h"
+#include "service/client/listcall.h"
 #include "service/client/resultsreader.h"
 #include "service/client/statsreader.h"
 #include "service/client/transport.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace QXSC {
 
@@ -64,6 +68,28 @@ auto counting(const QString &tooMany)
     };
 }
 
+/// Participants in order of their first view. The service hands them out in an order of its own,
+/// because nobody may move in a list while its pages are read.
+ParticipantCollectionPtr byFirstView(const ParticipantCollectionPtr &participants)
+{
+    if (!participants)
+        return nullptr;
+    std::vector<std::pair<qint64, ParticipantRecordPtr>> order;
+    order.reserve(static_cast<std::size_t>(participants->count()));
+    for (const ParticipantRecordPtr &record : *participants)
+        order.emplace_back(record->FirstViewed.toMSecsSinceEpoch(), record);
+    std::sort(order.begin(), order.end(), [](const auto &a, const auto &b) {
+        return a.first != b.first
+                   ? a.first < b.first
+                   : a.second->User->UserID.toUtf8() < b.second->User->UserID.toUtf8();
+    });
+    auto sorted = std::make_shared<ParticipantCollection>();
+    sorted->reserve(participants->count());
+    for (const auto &[at, record] : order)
+        sorted->add(record);
+    return sorted;
+}
+
 QByteArray part(const QString &text)
 {
     return QUrl::toPercentEncoding(text);
@@ -71,15 +97,22 @@ QByteArray part(const QString &text)
 
 } // namespace
 
-template <typename Read>
-auto HttpServiceClient::readDeployment(const QString &guid, const QByteArray &path,
-                                       const QByteArray &query, Read read)
+Request HttpServiceClient::deploymentRequest(const QString &guid, const QByteArray &path,
+                                             const QByteArray &query) const
 {
     const Request request =
         sessionRequest("GET", "/v1/deployments/" + part(guid) + '/' + path, query);
     if (!canBeAsked(guid))
         throw ServiceError(ServiceError::Kind::NotFound,
                            tr("This deployment has no identity the service could know it by."));
+    return request;
+}
+
+template <typename Read>
+auto HttpServiceClient::readDeployment(const QString &guid, const QByteArray &path,
+                                       const QByteArray &query, Read read)
+{
+    const Request request = deploymentRequest(guid, path, query);
     return readAnswer(request, *ask(request), read);
 }
 
@@ -89,8 +122,7 @@ QList<Deployment> HttpServiceClient::deployments(const QString &projectGuid)
         sessionRequest("GET", "/v1/projects/" + part(projectGuid) + "/deployments");
     if (!canBeAsked(projectGuid))
         return {};
-    const std::optional<Reply> reply = ask(request, QLatin1String("not-found"));
-    return reply ? readAnswer(request, *reply, readDeployments) : QList<Deployment>();
+    return readList(request, readDeployments, QLatin1String("not-found"));
 }
 
 double HttpServiceClient::GetDeploymentStatistic(const QString &deploymentGuid,
@@ -152,28 +184,33 @@ ParticipantCollectionPtr HttpServiceClient::GetParticipants(const QString &deplo
                                                             const QDateTime &start,
                                                             const QDateTime &end)
 {
-    return readDeployment(deploymentGuid, "participants", rangeQuery(start, end), readParticipants);
+    return byFirstView(
+        readList(deploymentRequest(deploymentGuid, "participants", rangeQuery(start, end)),
+                 readParticipants));
 }
 
 RegistrantCollectionPtr HttpServiceClient::GetRegistrants(const QString &deploymentGuid,
                                                           const QDateTime &start,
                                                           const QDateTime &end)
 {
-    return readDeployment(deploymentGuid, "registrants", rangeQuery(start, end), readRegistrants);
+    return readList(deploymentRequest(deploymentGuid, "registrants", rangeQuery(start, end)),
+                    readRegistrants);
 }
 
 PageViewCollectionPtr HttpServiceClient::GetPageViews(const QString &deploymentGuid,
                                                       const QDateTime &start, const QDateTime &end)
 {
-    return readDeployment(deploymentGuid, "page-views", rangeQuery(start, end), readPageViews);
+    return readList(deploymentRequest(deploymentGuid, "page-views", rangeQuery(start, end)),
+                    readPageViews);
 }
 
 QuestionCollectionPtr HttpServiceClient::GetQuestions(const QString &deploymentGuid,
                                                       const QDateTime &start, const QDateTime &end)
 {
-    return readDeployment(deploymentGuid, "questions",
-                          fromQuery(start) + (end.isValid() ? toQuery(end) : QByteArray()),
-                          readQuestions);
+    return readList(
+        deploymentRequest(deploymentGuid, "questions",
+                          fromQuery(start) + (end.isValid() ? toQuery(end) : QByteArray())),
+        readQuestions);
 }
 
 qint16 HttpServiceClient::UpdateQuestion(const QString &questionGuid, const QString &answer,
@@ -194,8 +231,7 @@ qint16 HttpServiceClient::putQuestion(const QString &guid, const QByteArray &pat
 {
     constexpr qint16 done = 0;
     constexpr qint16 unknown = 1;
-    const Request request =
-        sessionRequest("PUT", "/v1/questions/" + part(guid) + path, {}, json(body));
+    const Request request = changeRequest("PUT", "/v1/questions/" + part(guid) + path, json(body));
     if (!canBeAsked(guid))
         return unknown;
     const std::optional<Reply> reply = ask(request, QLatin1String("not-found"));
@@ -212,7 +248,10 @@ PollQuestionCollectionPtr HttpServiceClient::GetPolls(const QString &deploymentG
 
 PollResponseArray HttpServiceClient::GetPollResponses(const QString &deploymentGuid)
 {
-    return readDeployment(deploymentGuid, "poll-responses", {}, readPollResponses);
+    SharedTexts texts;
+    return readList(
+        deploymentRequest(deploymentGuid, "poll-responses", {}),
+        [&texts](const QJsonObject &answer) { return readPollResponses(answer, texts); });
 }
 
 SurveyCollectionPtr HttpServiceClient::GetSurveys(const QString &deploymentGuid)
@@ -226,8 +265,10 @@ SurveyResponseArray HttpServiceClient::GetSurveyResponses(const QString &deploym
     if (!canBeAsked(surveyGuid))
         throw ServiceError(ServiceError::Kind::NotFound,
                            tr("This survey has no identity the service could know it by."));
-    return readDeployment(deploymentGuid, "surveys/" + part(surveyGuid) + "/responses", {},
-                          readSurveyResponses);
+    SharedTexts texts;
+    return readList(
+        deploymentRequest(deploymentGuid, "surveys/" + part(surveyGuid) + "/responses", {}),
+        [&texts](const QJsonObject &answer) { return readSurveyResponses(answer, texts); });
 }
 
 } // namespace QXSC

@@ -5,6 +5,7 @@
 
 #include "service/client/callfailure.h"
 #include "service/client/jsoncall.h"
+#include "service/client/listcall.h"
 #include "service/client/themereader.h"
 #include "service/client/transport.h"
 
@@ -44,7 +45,7 @@ void HttpServiceClient::callListMethod(const QString &, const QString &methodNam
                                        ThemeCollectionPtr &list)
 {
     const Request request = sessionRequest("GET", "/v1/themes", "scope=" + scopeOf(methodName));
-    list = readAnswer(request, *ask(request), readThemes);
+    list = readList(request, readThemes);
 }
 
 void HttpServiceClient::getTemplate(const QString &templateKey, const QString &templateVersionKey,

@@ -25,6 +25,14 @@ struct Request
     QByteArray contentType = "application/json"; ///< of the body
     /// Instead of `body`: a piece of a file, which has a road of its own.
     std::shared_ptr<PieceSource> piece = nullptr;
+    /// By which the service knows a call that changes something when it comes again; empty for
+    /// none.
+    QByteArray idempotencyKey = {};
+    /// Whether it knows such a call by what stands in its body.
+    bool isKnownByItsBody = false;
+
+    /// Whether the service does what is asked for once only, however often the call comes.
+    bool mayComeAgain() const { return isKnownByItsBody || !idempotencyKey.isEmpty(); }
 
     /// Whether making the call twice does the same as making it once, so that it may go out again
     /// when a connection that was kept open turns out to be closed.
@@ -55,6 +63,14 @@ struct Reply
     QByteArray location;
     QList<std::pair<QByteArray, QByteArray>> headers; ///< all of the answer, as they came
     QByteArray body;
+
+    /// Whether the connection ended before a whole answer was there; what was asked for may have
+    /// been done.
+    bool isBroken() const
+    {
+        return ending == Ending::Failed && (networkError == QNetworkReply::RemoteHostClosedError ||
+                                            networkError == QNetworkReply::ContentReSendError);
+    }
 };
 
 } // namespace QXSC

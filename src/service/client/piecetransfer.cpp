@@ -265,7 +265,7 @@ void PieceTransfer::finish(CURLcode result)
     reply.location = header("Location");
     curl_header *next = nullptr;
     while ((next = curl_easy_nextheader(m_easy.get(), CURLH_HEADER, -1, next)))
-        reply.headers.append({next->name, next->value});
+        reply.headers.append(std::pair<QByteArray, QByteArray>{next->name, next->value});
     if (m_isTooLong) {
         reply.ending = Reply::Ending::TooLong;
     } else if (result == CURLE_OK) {

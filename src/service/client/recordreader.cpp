@@ -79,11 +79,11 @@ AccountCollectionPtr readAccounts(const QByteArray &body)
     return accounts;
 }
 
-ProjectCollectionPtr readProjects(const QByteArray &body)
+ProjectCollectionPtr readProjects(const QJsonObject &answer)
 {
     auto projects = std::make_shared<ProjectCollection>();
     const auto take = [&](const auto &valueAt) { projects->add(readProject(valueAt)); };
-    if (!readTable(body, QLatin1String("projects"), projectFields, take))
+    if (!readTable(answer, QLatin1String("projects"), projectFields, take))
         return nullptr;
     return projects;
 }

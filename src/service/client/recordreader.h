@@ -7,6 +7,7 @@
 #include "common/contract/studioservice.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 
 namespace QXSC {
 
@@ -16,7 +17,7 @@ namespace QXSC {
 QByteArray readSessionToken(const QByteArray &body);
 AccountCollectionPtr readAccounts(const QByteArray &body);
 /// Null when the service says null, an empty collection when it says [].
-ProjectCollectionPtr readProjects(const QByteArray &body);
+ProjectCollectionPtr readProjects(const QJsonObject &answer);
 bool readPublished(const QByteArray &body);
 QList<ProjectType> readProjectTypes(const QByteArray &body);
 ProjectRecordPtr readCreatedProject(const QByteArray &body);

@@ -5,8 +5,6 @@
 #include "platform/core/int16.h"
 #include "service/client/tablereader.h"
 
-#include <QHash>
-
 namespace QXSC {
 
 namespace {
@@ -107,20 +105,6 @@ const auto &at(const List &list, const QJsonValue &value, QLatin1String name)
     return list.at(position);
 }
 
-/// Gives equal texts one storage.
-class SharedTexts
-{
-public:
-    QString shared(const QString &text)
-    {
-        const auto known = m_texts.constFind(text);
-        return known != m_texts.cend() ? *known : *m_texts.insert(text, text);
-    }
-
-private:
-    QHash<QString, QString> m_texts;
-};
-
 } // namespace
 
 PollQuestionCollectionPtr readPolls(const QByteArray &body)
@@ -143,9 +127,8 @@ PollQuestionCollectionPtr readPolls(const QByteArray &body)
     return polls;
 }
 
-PollResponseArray readPollResponses(const QByteArray &body)
+PollResponseArray readPollResponses(const QJsonObject &answer, SharedTexts &texts)
 {
-    SharedTexts texts;
     QList<PollResponse> responses;
     const auto take = [&](const auto &valueAt) {
         responses.append({texts.shared(readText(valueAt(0), voteFields[0])),
@@ -153,7 +136,7 @@ PollResponseArray readPollResponses(const QByteArray &body)
                           texts.shared(readText(valueAt(2), voteFields[2])),
                           timeIn(valueAt(3), voteFields[3])});
     };
-    if (!readTable(body, QLatin1String("responses"), voteFields, take))
+    if (!readTable(answer, QLatin1String("responses"), voteFields, take))
         return std::nullopt;
     return responses;
 }
@@ -179,30 +162,28 @@ SurveyCollectionPtr readSurveys(const QByteArray &body)
     return surveys;
 }
 
-SurveyResponseArray readSurveyResponses(const QByteArray &body)
+SurveyResponseArray readSurveyResponses(const QJsonObject &answer, SharedTexts &texts)
 {
     const QLatin1String name("responses");
     const QLatin1String usersName("users");
     const QLatin1String answersName("answers");
-    const QJsonObject object = readObject(body);
-    if (readMember(object, name).isNull())
+    if (readMember(answer, name).isNull())
         return std::nullopt;
-    SharedTexts texts;
     QStringList users;
-    readEach(readList(readMember(object, usersName), usersName), "user",
+    readEach(readList(readMember(answer, usersName), usersName), "user",
              [&](const QJsonValue &user) { users << readText(user, QLatin1String("user")); });
     QList<SurveyResponse> answers;
-    readTable(readObject(readMember(object, answersName), answersName), answerFields,
+    readTable(readObject(readMember(answer, answersName), answersName), answerFields,
               [&](const auto &valueAt) {
-                  SurveyResponse answer;
-                  answer.questionGuid = texts.shared(readText(valueAt(0), answerFields[0]));
-                  answer.answerGuid = texts.shared(readText(valueAt(1), answerFields[1]));
-                  answer.answer = texts.shared(readText(valueAt(2), answerFields[2]));
-                  answer.answerTxt = texts.shared(readText(valueAt(3), answerFields[3]));
-                  answers << answer;
+                  SurveyResponse response;
+                  response.questionGuid = texts.shared(readText(valueAt(0), answerFields[0]));
+                  response.answerGuid = texts.shared(readText(valueAt(1), answerFields[1]));
+                  response.answer = texts.shared(readText(valueAt(2), answerFields[2]));
+                  response.answerTxt = texts.shared(readText(valueAt(3), answerFields[3]));
+                  answers << response;
               });
     QList<SurveyResponse> responses;
-    readTable(readObject(readMember(object, name), name), responseFields, [&](const auto &valueAt) {
+    readTable(readObject(readMember(answer, name), name), responseFields, [&](const auto &valueAt) {
         SurveyResponse response = at(answers, valueAt(1), responseFields[1]);
         response.userGuid = at(users, valueAt(0), responseFields[0]);
         response.answerDate = timeIn(valueAt(2), responseFields[2]);

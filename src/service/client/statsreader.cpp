@@ -96,10 +96,10 @@ void readWholeTable(const QJsonObject &object, QLatin1String name,
 
 } // namespace
 
-QList<Deployment> readDeployments(const QByteArray &body)
+QList<Deployment> readDeployments(const QJsonObject &answer)
 {
     QList<Deployment> deployments;
-    readTable(body, QLatin1String("deployments"), deploymentFields, [&](const auto &valueAt) {
+    readTable(answer, QLatin1String("deployments"), deploymentFields, [&](const auto &valueAt) {
         deployments.append({readText(valueAt(0), deploymentFields[0]),
                             readText(valueAt(1), deploymentFields[1]),
                             timeIn(valueAt(2), deploymentFields[2])});
@@ -119,7 +119,7 @@ qint16 readCount(const QByteArray &body)
     return Zel::Int16::from(readInt64(readMember(readObject(body), name), name)).value();
 }
 
-ParticipantCollectionPtr readParticipants(const QByteArray &body)
+ParticipantCollectionPtr readParticipants(const QJsonObject &answer)
 {
     auto participants = std::make_shared<ParticipantCollection>();
     const auto take = [&](const auto &valueAt) {
@@ -131,12 +131,12 @@ ParticipantCollectionPtr readParticipants(const QByteArray &body)
         record->LastViewed = timeIn(valueAt(8), participationFields[8]);
         participants->add(record);
     };
-    if (!readTable(body, QLatin1String("participants"), participationFields, take))
+    if (!readTable(answer, QLatin1String("participants"), participationFields, take))
         return nullptr;
     return participants;
 }
 
-RegistrantCollectionPtr readRegistrants(const QByteArray &body)
+RegistrantCollectionPtr readRegistrants(const QJsonObject &answer)
 {
     auto registrants = std::make_shared<RegistrantCollection>();
     const auto take = [&](const auto &valueAt) {
@@ -148,22 +148,21 @@ RegistrantCollectionPtr readRegistrants(const QByteArray &body)
         record->LastViewed = timeOrNone(valueAt(8), participationFields[8]);
         registrants->add(record);
     };
-    if (!readTable(body, QLatin1String("registrants"), participationFields, take))
+    if (!readTable(answer, QLatin1String("registrants"), participationFields, take))
         return nullptr;
     return registrants;
 }
 
-PageViewCollectionPtr readPageViews(const QByteArray &body)
+PageViewCollectionPtr readPageViews(const QJsonObject &answer)
 {
     const QLatin1String name("pageViews");
-    const QJsonObject object = readObject(body);
-    if (readMember(object, name).isNull())
+    if (readMember(answer, name).isNull())
         return nullptr;
     std::vector<StatsUserPtr> people;
-    readWholeTable(object, QLatin1String("people"), personFields,
+    readWholeTable(answer, QLatin1String("people"), personFields,
                    [&](const auto &valueAt) { people.push_back(readPerson(valueAt)); });
     auto views = std::make_shared<PageViewCollection>();
-    readWholeTable(object, name, viewFields, [&](const auto &valueAt) {
+    readWholeTable(answer, name, viewFields, [&](const auto &valueAt) {
         auto record = std::make_shared<PageViewRecord>();
         const qint64 person = readInt64(valueAt(0), viewFields[0]);
         if (person < 0 || static_cast<std::size_t>(person) >= people.size())
@@ -177,7 +176,7 @@ PageViewCollectionPtr readPageViews(const QByteArray &body)
     return views;
 }
 
-QuestionCollectionPtr readQuestions(const QByteArray &body)
+QuestionCollectionPtr readQuestions(const QJsonObject &answer)
 {
     auto questions = std::make_shared<QuestionCollection>();
     const auto take = [&](const auto &valueAt) {
@@ -193,7 +192,7 @@ QuestionCollectionPtr readQuestions(const QByteArray &body)
         record->AnsweredSpecified = record->Answered.isValid();
         questions->add(record);
     };
-    if (!readTable(body, QLatin1String("questions"), questionFields, take))
+    if (!readTable(answer, QLatin1String("questions"), questionFields, take))
         return nullptr;
     return questions;
 }

@@ -6,18 +6,19 @@
 #include "common/contract/studioservice.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 
 namespace QXSC {
 
 // Statistics from the bodies of answers; see recordreader.h. A number that the contract has no room
 // for is run-time error 6 (overflow).
 
-QList<Deployment> readDeployments(const QByteArray &body);
+QList<Deployment> readDeployments(const QJsonObject &answer);
 double readStatistic(const QByteArray &body);
 qint16 readCount(const QByteArray &body);
-ParticipantCollectionPtr readParticipants(const QByteArray &body);
-RegistrantCollectionPtr readRegistrants(const QByteArray &body);
-PageViewCollectionPtr readPageViews(const QByteArray &body);
-QuestionCollectionPtr readQuestions(const QByteArray &body);
+ParticipantCollectionPtr readParticipants(const QJsonObject &answer);
+RegistrantCollectionPtr readRegistrants(const QJsonObject &answer);
+PageViewCollectionPtr readPageViews(const QJsonObject &answer);
+QuestionCollectionPtr readQuestions(const QJsonObject &answer);
 
 } // namespace QXSC

@@ -64,14 +64,21 @@ void readTable(const QJsonObject &table, const std::array<QLatin1String, Count> 
 /// The same for the one list of an answer.
 /// @returns false for null
 template <std::size_t Count, typename Take>
-bool readTable(const QByteArray &body, QLatin1String name,
+bool readTable(const QJsonObject &answer, QLatin1String name,
                const std::array<QLatin1String, Count> &fields, const Take &take)
 {
-    const QJsonValue value = readMember(readObject(body), name);
+    const QJsonValue value = readMember(answer, name);
     if (value.isNull())
         return false;
     readTable(readObject(value, name), fields, take);
     return true;
+}
+
+template <std::size_t Count, typename Take>
+bool readTable(const QByteArray &body, QLatin1String name,
+               const std::array<QLatin1String, Count> &fields, const Take &take)
+{
+    return readTable(readObject(body), name, fields, take);
 }
 
 } // namespace QXSC

@@ -36,7 +36,7 @@ ThemeTemplateCollectionPtr readUses(const QJsonValue &value, QLatin1String name)
 
 } // namespace
 
-ThemeCollectionPtr readThemes(const QByteArray &body)
+ThemeCollectionPtr readThemes(const QJsonObject &answer)
 {
     auto themes = std::make_shared<ThemeCollection>();
     const auto take = [&](const auto &valueAt) {
@@ -53,7 +53,7 @@ ThemeCollectionPtr readThemes(const QByteArray &body)
         record->templates = readUses(valueAt(9), themeFields[9]);
         themes->add(record);
     };
-    if (!readTable(body, QLatin1String("themes"), themeFields, take))
+    if (!readTable(answer, QLatin1String("themes"), themeFields, take))
         return nullptr;
     return themes;
 }

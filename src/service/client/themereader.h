@@ -5,13 +5,14 @@
 #include "common/contract/themerecord.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 
 namespace QXSC {
 
 // The records of themes from the bodies of answers; see recordreader.h.
 
 /// Null when the service says null.
-ThemeCollectionPtr readThemes(const QByteArray &body);
+ThemeCollectionPtr readThemes(const QJsonObject &answer);
 /// Null when the service says null: there is no such template.
 TemplateRecordPtr readTemplate(const QByteArray &body);
 

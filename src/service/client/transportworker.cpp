@@ -16,6 +16,8 @@ QNetworkRequest networkRequest(const Request &call)
     request.setRawHeader("User-Agent", "ZelServiceClient");
     if (!call.body.isEmpty())
         request.setRawHeader("Content-Type", call.contentType);
+    if (!call.idempotencyKey.isEmpty())
+        request.setRawHeader("Idempotency-Key", call.idempotencyKey);
     if (!call.token.isEmpty())
         request.setRawHeader("Authorization", "Bearer " + call.token);
     // The token goes where it was meant to go and nowhere else; nothing is remembered between

@@ -3,6 +3,7 @@
 #include "service/daemon/api.h"
 
 #include "service/daemon/hostguard.h"
+#include "service/daemon/idempotency.h"
 #include "service/daemon/logline.h"
 #include "service/daemon/problem.h"
 #include "service/daemon/routes.h"
@@ -140,6 +141,20 @@ Problem methodNotAllowed(const QByteArrayList &allowed)
                    {{QByteArrayLiteral("Allow"), allowed.join(", ")}});
 }
 
+QByteArrayList patterns()
+{
+    QByteArrayList result;
+    for (const Route &route : Api::routes())
+        result << route.pattern;
+    return result;
+}
+
+/// Balancers ask whether the service is well by its bare address, and get to know nothing else.
+bool answersForAnyHost(const QByteArray &path)
+{
+    return path == "/healthz" || path == "/readyz";
+}
+
 } // namespace
 
 const QList<Route> &Api::routes()
@@ -175,14 +190,24 @@ const QList<Route> &Api::routes()
 
 Api::Api(Store &store)
     : m_store(store)
+    , m_monitor(std::make_unique<Monitor>(store, patterns()))
+    , m_guard(std::make_shared<HostGuard>())
 {
+}
+
+Api::~Api() = default;
+
+void Api::setHostGuard(const HostGuard &guard)
+{
+    m_guard = std::make_shared<HostGuard>(guard);
 }
 
 HttpPlan Api::plan(const HttpRequest &head) const
 {
     try {
-        refuseForeignPages(head);
         const QByteArray path = pathOf(head.target);
+        if (!answersForAnyHost(path))
+            m_guard.load()->check(head);
         const QByteArray method = head.method == "HEAD" ? QByteArrayLiteral("GET") : head.method;
         QByteArrayList allowed;
         for (const Route &route : routes()) {
@@ -222,7 +247,10 @@ HttpPlan Api::planOf(const Route &route, const QStringList &parameters) const
 HttpResponse Api::run(const Route &route, const QStringList &parameters,
                       const HttpRequest &request) const
 {
-    return guarded(request, [&] { return route.handler(callOf(route, parameters, request)); });
+    return guarded(request, [&] {
+        const Call call = callOf(route, parameters, request);
+        return takesIdempotencyKey(route) ? answerOnce(route, call) : route.handler(call);
+    });
 }
 
 BodyStart Api::begin(const Route &route, const QStringList &parameters,
@@ -241,7 +269,7 @@ BodyStart Api::begin(const Route &route, const QStringList &parameters,
 Call Api::callOf(const Route &route, const QStringList &parameters,
                  const HttpRequest &request) const
 {
-    Call call{request, m_store, parameters, {}};
+    Call call{request, m_store, parameters, {}, m_monitor.get()};
     if (route.access != Access::Public)
         call.session = sessionOf(request);
     if (route.access == Access::Account && call.session.accountId == 0)

@@ -3,9 +3,14 @@
 #pragma once
 
 #include "platform/core/export.h"
+#include "service/daemon/hostguard.h"
+#include "service/daemon/monitor.h"
 #include "service/daemon/route.h"
 
 #include <QList>
+
+#include <atomic>
+#include <memory>
 
 namespace Zel::Service {
 
@@ -15,11 +20,20 @@ class ZEL_EXPORT Api
 {
 public:
     explicit Api(Store &store);
+    ~Api();
+    Api(const Api &) = delete;
+    Api &operator=(const Api &) = delete;
 
     /// What is to be done with a request; made from its head alone, never throws.
     HttpPlan plan(const HttpRequest &head) const;
 
     static const QList<Route> &routes();
+
+    /// What the service is called from now on. Any thread may say so.
+    void setHostGuard(const HostGuard &guard);
+
+    /// What is counted, and whether the service is ready.
+    Monitor &monitor() const { return *m_monitor; }
 
 private:
     HttpPlan planOf(const Route &route, const QStringList &parameters) const;
@@ -32,6 +46,8 @@ private:
     Session sessionOf(const HttpRequest &request) const;
 
     Store &m_store;
+    std::unique_ptr<Monitor> m_monitor;
+    std::atomic<std::shared_ptr<const HostGuard>> m_guard;
 };
 
 } // namespace Zel::Service

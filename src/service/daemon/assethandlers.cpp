@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/assetcalls.h"
+#include "service/daemon/deploymentcalls.h"
 #include "service/daemon/filesection.h"
 #include "service/daemon/handlers.h"
-#include "service/daemon/jsonwriter.h"
+#include "service/daemon/listcall.h"
 #include "service/daemon/signedaddress.h"
 
 #include <QUrl>
@@ -34,13 +35,13 @@ void expectDone(Assets::Outcome outcome, const QString &notFoundSentence,
         throw notAllowed(notAllowedSentence);
 }
 
-QString thumbnailAddress(const Call &call, const Asset &asset)
+QString thumbnailAddress(const AddressSigner &signer, const Asset &asset, qint64 expiry)
 {
     if (!asset.thumbnail)
         return QString();
     const QByteArray path =
         "/t/" + asset.guid.toLatin1() + '/' + QByteArray::number(listedThumbnail);
-    return QString::fromLatin1(signedAddress(call, path, thumbnailExpiry(call.store.clock())));
+    return QString::fromLatin1(signer.address(path, expiry));
 }
 
 AssetFile fileOf(const Call &call, qint64 accountId, qint64 position)
@@ -65,30 +66,58 @@ HttpResponse bytesOf(const Call &call, qint64 position)
 
 } // namespace
 
+/// `first` and `count` name a section of the list, which comes page by page: its place carries how
+/// many rows of it are still to come.
 HttpResponse listAssets(const Call &call)
 {
     constexpr qint64 most = std::numeric_limits<qint32>::max();
-    Assets::Filter filter;
-    filter.formats = call.queryTextOrEmpty("formats", longestFormats);
-    filter.name = call.queryTextOrEmpty("name", Assets::longestName);
-    filter.first = call.queryNumber("first", most, 0);
-    filter.count = call.queryNumber("count", most, 0);
-    QList<Asset> assets;
-    expectDone(call.store.assets.list(assetUserOf(call), folderIdOf(call), filter, assets),
-               QStringLiteral("There is no such folder."),
-               QStringLiteral("You may not list this folder."));
-    JsonWriter json;
-    json.beginObject().key("assets").beginObject().key("columns").beginArray();
-    for (const char *column : {"guid", "name", "detail", "date", "thumbnail", "type"})
-        json.text(QString::fromLatin1(column));
-    json.endArray().key("rows").beginArray();
-    for (const Asset &asset : assets) {
-        json.beginArray().text(asset.guid).text(asset.name).text(asset.detail);
-        json.integer(asset.createdAt).text(thumbnailAddress(call, asset)).text(asset.assetType);
-        json.endArray();
+    constexpr qint64 allOfThem = -1;
+    const Assets::Filter filter{call.queryTextOrEmpty("name", Assets::longestName),
+                                call.queryTextOrEmpty("formats", longestFormats)};
+    const qint64 first = call.queryNumber("first", most, 0);
+    const qint64 count = call.queryNumber("count", most, 0);
+    const AddressSigner signer(call);
+    const qint64 expiry = thumbnailExpiry(call.store.clock());
+    ListCall page(call, "assets");
+    Assets::Place after;
+    qint64 wanted = count == 0 ? allOfThem : count;
+    if (!page.isFirst()) {
+        after = {page.text(), page.text()};
+        wanted = page.number();
     }
-    json.endArray().endObject().endObject();
-    return jsonResponse(json.json());
+    return jsonResponse(call.store.database.snapshot([&] {
+        JsonWriter json;
+        json.beginObject();
+        beginTable(json, "assets", {"guid", "name", "detail", "date", "thumbnail", "type"});
+        PageRows rows(json, page.limit());
+        Assets::Place last;
+        qint64 toPass = page.isFirst() ? first : 0;
+        qint64 left = wanted;
+        const auto write = [&](const Asset &asset, const Assets::Place &place) {
+            if (toPass > 0) {
+                --toPass;
+                return true;
+            }
+            if (left == 0 || !rows.takeOne())
+                return false;
+            json.beginArray().text(asset.guid).text(asset.name).text(asset.detail);
+            json.integer(asset.createdAt).text(thumbnailAddress(signer, asset, expiry));
+            json.text(asset.assetType).endArray();
+            last = place;
+            left -= left > 0 ? 1 : 0;
+            return true;
+        };
+        expectDone(
+            call.store.assets.visitAfter(assetUserOf(call), folderIdOf(call), filter, after, write),
+            QStringLiteral("There is no such folder."),
+            QStringLiteral("You may not list this folder."));
+        endTable(json);
+        page.writeNext(json, rows.hasMore()
+                                 ? std::optional(QJsonArray{last.nameKey, last.guid, left})
+                                 : std::nullopt);
+        json.endObject();
+        return json.json();
+    }));
 }
 
 HttpResponse deleteAsset(const Call &call)

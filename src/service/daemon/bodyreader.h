@@ -2,31 +2,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
+#include "service/daemon/serverstream.h"
 
-#include <utility> // before asio's awaitable, which forgets it
+#include <QByteArray>
 
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/redirect_error.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
-#include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/buffer_body.hpp>
 #include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/error.hpp>
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
 
 #include <algorithm>
 #include <cstdint>
 
-#include <sys/socket.h>
-
 namespace Zel::Service {
 
 /// One read of a body that the parser takes apart; smaller buffers made uploads several times
 /// slower.
 constexpr std::size_t readBufferBytes = 64 * 1024;
+
+/// Whether what came is not HTTP, other than by ending too early.
+inline bool isMalformed(const boost::system::error_code &error)
+{
+    namespace http = boost::beast::http;
+    return error.category() == http::make_error_code(http::error::bad_method).category() &&
+           error != http::error::partial_message && error != http::error::end_of_stream;
+}
 
 /// Reads the body of a request piece by piece. For the server's one source file only: whoever
 /// includes it includes the HTTP library.
@@ -48,9 +54,8 @@ public:
     /// Fills a piece, to its end unless the body ends before. Returns how much came, also before an
     /// error.
     /// @param buffer what was read behind the head; its room is what a chunked body is read into
-    boost::asio::awaitable<qsizetype> read(boost::beast::tcp_stream &stream,
-                                           boost::beast::flat_buffer &buffer, QByteArray &piece,
-                                           boost::system::error_code &error)
+    boost::asio::awaitable<qsizetype> read(ServerStream &stream, boost::beast::flat_buffer &buffer,
+                                           QByteArray &piece, boost::system::error_code &error)
     {
         return m_isChunked ? readChunks(stream, buffer, piece, error)
                            : readPlain(stream, buffer, piece, error);
@@ -60,17 +65,10 @@ public:
     /// its end, or when the connection broke, which the next `read` tells. For the thread that
     /// takes the body in: what it has just read is in its processor's cache, and while the client
     /// is fast enough nobody has to be woken.
-    qsizetype readReady(boost::beast::tcp_stream &stream, QByteArray &piece)
+    qsizetype readReady(ServerStream &stream, QByteArray &piece)
     {
         const std::size_t wanted = wantedOf(piece);
-        std::size_t have = 0;
-        while (have < wanted) {
-            const ssize_t count = ::recv(stream.socket().native_handle(), piece.data() + have,
-                                         wanted - have, MSG_DONTWAIT);
-            if (count <= 0)
-                break;
-            have += static_cast<std::size_t>(count);
-        }
+        const std::size_t have = stream.readReady(piece.data(), wanted);
         m_left -= have;
         return static_cast<qsizetype>(have);
     }
@@ -82,7 +80,7 @@ private:
         return static_cast<std::size_t>(std::min(m_left, static_cast<std::uint64_t>(piece.size())));
     }
 
-    boost::asio::awaitable<qsizetype> readChunks(boost::beast::tcp_stream &stream,
+    boost::asio::awaitable<qsizetype> readChunks(ServerStream &stream,
                                                  boost::beast::flat_buffer &buffer,
                                                  QByteArray &piece,
                                                  boost::system::error_code &error)
@@ -101,7 +99,7 @@ private:
 
     /// From the socket to its place, as much at once as there is: the parser would copy it, and
     /// asio's own loop asks for no more than 64 KiB.
-    boost::asio::awaitable<qsizetype> readPlain(boost::beast::tcp_stream &stream,
+    boost::asio::awaitable<qsizetype> readPlain(ServerStream &stream,
                                                 boost::beast::flat_buffer &buffer,
                                                 QByteArray &piece, boost::system::error_code &error)
     {

@@ -49,7 +49,7 @@ TimeRange openRangeOf(const Call &call)
             to.isEmpty() ? std::numeric_limits<qint64>::max() : timeOf("to", to)};
 }
 
-void beginTable(JsonWriter &json, QByteArrayView name, std::initializer_list<const char *> columns)
+void beginTable(JsonWriter &json, QByteArrayView name, std::span<const char *const> columns)
 {
     json.key(name).beginObject().key("columns").beginArray();
     for (const char *column : columns)

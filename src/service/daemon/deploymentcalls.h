@@ -6,6 +6,7 @@
 #include "service/daemon/route.h"
 
 #include <initializer_list>
+#include <span>
 
 namespace Zel::Service {
 
@@ -18,7 +19,14 @@ TimeRange rangeOf(const Call &call);
 /// The same where `to` may be left out, which is the end of time.
 TimeRange openRangeOf(const Call &call);
 /// {name: {"columns": [...], "rows": [ and so on, up to where rows are written.
-void beginTable(JsonWriter &json, QByteArrayView name, std::initializer_list<const char *> columns);
+void beginTable(JsonWriter &json, QByteArrayView name, std::span<const char *const> columns);
+
+inline void beginTable(JsonWriter &json, QByteArrayView name,
+                       std::initializer_list<const char *> columns)
+{
+    beginTable(json, name, std::span<const char *const>(columns.begin(), columns.size()));
+}
+
 void endTable(JsonWriter &json);
 
 } // namespace Zel::Service

@@ -11,6 +11,8 @@ namespace Zel::Service {
 
 HttpResponse health(const Call &call);
 HttpResponse interfaceDocument(const Call &call);
+HttpResponse readiness(const Call &call);
+HttpResponse metrics(const Call &call);
 
 HttpResponse createSession(const Call &call);
 HttpResponse endSession(const Call &call);

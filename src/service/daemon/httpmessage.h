@@ -32,6 +32,7 @@ struct ZEL_EXPORT HttpRequest
     QByteArray requestId;
     QString peerAddress;
     quint16 localPort = 0;
+    bool isEncrypted = false; ///< came by TLS
 
     /// The first header of that name whatever its case; empty when there is none.
     QByteArray header(QByteArrayView name) const;
@@ -76,7 +77,8 @@ enum class Lane
 {
     Immediate, ///< on the socket's own thread: must not block
     Worker,    ///< on the worker pool: may block on the database
-    SignIn     ///< on the few threads that hash passwords
+    SignIn,    ///< on the few threads that hash passwords
+    Health     ///< on threads that nothing else keeps busy: for those who watch the service
 };
 
 /// What is to be done with a request, decided from its head before its body is read.
@@ -98,7 +100,9 @@ struct HttpLogEntry
     QByteArray route; ///< "-" for a request without a route
     QString peerAddress;
     int status = 0;
-    qint64 milliseconds = 0;
+    qint64 microseconds = 0; ///< from the first byte of the request to its answer
+    qint64 received = 0;     ///< bytes of the request, head and body
+    qint64 sent = 0;         ///< bytes of the answer's body
 };
 
 } // namespace Zel::Service

@@ -5,12 +5,12 @@
 #include "service/daemon/bodyreader.h"
 #include "service/daemon/logline.h"
 #include "service/daemon/problem.h"
-#include "service/daemon/workerpool.h"
+#include "service/daemon/responsehead.h"
+#include "service/daemon/servercore.h"
+#include "service/daemon/serverstream.h"
 
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
-#include <boost/asio/io_context.hpp>
-#include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/redirect_error.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/strand.hpp>
@@ -18,20 +18,13 @@
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
 
-#include <QDateTime>
 #include <QElapsedTimer>
-#include <QLocale>
 #include <QRandomGenerator>
 
 #include <algorithm>
-#include <atomic>
-#include <condition_variable>
 #include <limits>
-#include <mutex>
 #include <optional>
-#include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 // No lambda with captures that own something may stand inside a co_await expression: some compilers
@@ -61,53 +54,21 @@ constexpr std::size_t longestBuffer = 128 * 1024;
 constexpr std::chrono::milliseconds lingerTime{2000};
 constexpr std::size_t lingerBytes = 4 * 1024 * 1024;
 
-QByteArray bytes(boost::beast::string_view text)
-{
-    return QByteArray(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-boost::beast::string_view view(const QByteArray &text)
-{
-    return {text.constData(), static_cast<std::size_t>(text.size())};
-}
-
 QByteArray newRequestId()
 {
     return QByteArray::number(QRandomGenerator::global()->generate64(), 16).rightJustified(16, '0');
 }
 
-/// The date in the form of HTTP (RFC 9110, 5.6.7).
-QByteArray httpDate()
-{
-    return QLocale::c()
-        .toString(QDateTime::currentDateTimeUtc(),
-                  QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"))
-        .toLatin1();
-}
+/// The first byte of every TLS connection: a record of the handshake.
+constexpr unsigned char tlsHandshake = 0x16;
 
-Problem noHttp()
+QString addressText(const asio::ip::address &address)
 {
-    return Problem(400, QByteArrayLiteral("bad-request"),
-                   QStringLiteral("The request is not valid HTTP."));
-}
-
-Problem headTooLarge()
-{
-    return Problem(431, QByteArrayLiteral("header-too-large"),
-                   QStringLiteral("The head of the request is too large."));
-}
-
-Problem tooLarge(qint64 limit)
-{
-    return Problem(413, QByteArrayLiteral("too-large"),
-                   QStringLiteral("The request is larger than %1 bytes.").arg(limit));
-}
-
-Problem tooBusy()
-{
-    return Problem(503, QByteArrayLiteral("unavailable"),
-                   QStringLiteral("The service has too much to do. Try again shortly."),
-                   {{QByteArrayLiteral("Retry-After"), QByteArrayLiteral("1")}});
+    // One client has one address, whichever of the two families it was listened on.
+    if (address.is_v6() && address.to_v6().is_v4_mapped())
+        return QString::fromStdString(
+            asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6()).to_string());
+    return QString::fromStdString(address.to_string());
 }
 
 /// Nothing when it cannot be read.
@@ -122,50 +83,24 @@ QByteArray readPiece(ByteSource &file, qint64 offset, qint64 most)
     }
 }
 
-template <class Message>
-void setHead(Message &message, const HttpResponse &response, const QByteArray &requestId,
-             bool keepAlive)
-{
-    message.set(http::field::date, view(httpDate()));
-    message.set("X-Request-Id", view(requestId));
-    message.set("X-Content-Type-Options", "nosniff");
-    message.set(http::field::cache_control, "no-store"); // unless the answer says otherwise
-    if (!response.contentType.isEmpty())
-        message.set(http::field::content_type, view(response.contentType));
-    for (const HttpHeader &header : response.headers)
-        message.set(view(header.name), view(header.value));
-    message.keep_alive(keepAlive);
-    const bool bodyless = response.status == 204 || response.status == 304;
-    if (!bodyless)
-        message.content_length(static_cast<std::uint64_t>(
-            response.file ? response.file->length : qint64(response.body.size())));
-}
-
 } // namespace
 
-ListenError::ListenError(Kind kind, const std::string &text)
-    : std::runtime_error(text)
-    , m_kind(kind)
-{
-}
-
-ListenError::~ListenError() = default;
-
 /// Answers the requests of one client, one after the other. All of it runs on one strand.
-class Connection : public std::enable_shared_from_this<Connection>
+class Connection : public LiveConnection
 {
 public:
-    Connection(HttpServer::Private &server, tcp::socket socket);
-    ~Connection();
+    Connection(ServerCore &server, tcp::socket socket);
+    ~Connection() override;
 
     void start();
-    /// Ends the connection: at once, or when it is not answering a request.
-    void end(bool atOnce);
+    void end(bool atOnce) override;
 
 private:
     using HeadParser = http::request_parser<http::empty_body>;
 
     asio::awaitable<void> run(std::shared_ptr<Connection> self);
+    asio::awaitable<void> answerRequests();
+    asio::awaitable<bool> encrypt(const TlsContext &tls);
     asio::awaitable<bool> waitForRequest();
     asio::awaitable<bool> readHead(HeadParser &parser);
     asio::awaitable<bool> readBody(HeadParser &head, const HttpPlan &plan, HttpRequest &request);
@@ -186,103 +121,112 @@ private:
     asio::awaitable<error_code> writeMessage(Message &message);
     asio::awaitable<void> refuse(HttpRequest request, Problem problem);
     asio::awaitable<void> linger();
+    asio::awaitable<void> takeRest();
     HttpRequest requestOf(const http::request_header<> &head) const;
-    void log(const HttpRequest &request, const QByteArray &route, int status,
-             const QElapsedTimer &since) const;
+    void log(const HttpRequest &request, const QByteArray &route, const HttpResponse &response);
+    void setBusy(bool busy);
+    void countBytes();
 
-    HttpServer::Private &m_server;
-    beast::tcp_stream m_stream;
+    ServerCore &m_server;
+    ServerStream m_stream;
     beast::flat_buffer m_buffer{longestBuffer};
     QString m_peer;
     quint16 m_localPort = 0;
-    bool m_busy = false;
+    bool m_busy = false; ///< a request has begun to come in
     bool m_ending = false;
     QElapsedTimer m_since;
+    std::uint64_t m_unread = 0;         ///< what a client may still send of a refused body
+    std::uint64_t m_receivedBefore = 0; ///< this request
+    std::uint64_t m_receivedCounted = 0;
+    std::uint64_t m_sentCounted = 0;
 };
 
-class HttpServer::Private
-{
-public:
-    explicit Private(const HttpServerOptions &serverOptions);
-
-    void listen();
-    void stop();
-
-    WorkerPool &pool(Lane lane) { return lane == Lane::SignIn ? *signInWorkers : *workers; }
-
-    const HttpServerOptions options;
-
-    // The living connections, for draining. Each takes itself out when it is destroyed, the last of
-    // them by the context below.
-    std::mutex mutex;
-    std::condition_variable connectionsChanged;
-    std::set<Connection *> connections;
-    std::atomic<bool> draining{false};
-
-    asio::io_context context;
-    std::unique_ptr<WorkerPool> workers;
-    std::unique_ptr<WorkerPool> signInWorkers;
-    quint16 port = 0;
-
-private:
-    asio::awaitable<void> acceptAll();
-    void endConnections(bool atOnce);
-    bool waitForConnections(std::chrono::milliseconds time);
-
-    tcp::acceptor m_acceptor;
-    std::vector<std::thread> m_threads;
-    bool m_running = false;
-};
-
-Connection::Connection(HttpServer::Private &server, tcp::socket socket)
+Connection::Connection(ServerCore &server, tcp::socket socket)
     : m_server(server)
     , m_stream(std::move(socket))
 {
     error_code ignored;
     const auto peer = m_stream.socket().remote_endpoint(ignored);
-    m_peer = QString::fromStdString(peer.address().to_string());
+    m_peer = addressText(peer.address());
     m_localPort = m_stream.socket().local_endpoint(ignored).port();
     m_stream.socket().set_option(tcp::no_delay(true), ignored);
-    const std::lock_guard lock(m_server.mutex);
-    m_server.connections.insert(this);
+    m_server.add(this);
 }
 
 Connection::~Connection()
 {
-    {
-        const std::lock_guard lock(m_server.mutex);
-        m_server.connections.erase(this);
-    }
-    m_server.connectionsChanged.notify_all();
+    setBusy(false);
+    countBytes();
+    m_server.remove(this);
 }
 
 void Connection::start()
 {
-    asio::co_spawn(m_stream.get_executor(), run(shared_from_this()), asio::detached);
+    asio::co_spawn(m_stream.get_executor(),
+                   run(std::static_pointer_cast<Connection>(shared_from_this())), asio::detached);
 }
 
 void Connection::end(bool atOnce)
 {
-    asio::post(m_stream.get_executor(), [self = shared_from_this(), atOnce] {
-        self->m_ending = true;
-        if (!atOnce && self->m_busy)
-            return;
-        // Not closed: a worker may be reading from it.
-        error_code ignored;
-        self->m_stream.socket().shutdown(tcp::socket::shutdown_both, ignored);
-        self->m_stream.cancel();
-    });
+    asio::post(m_stream.get_executor(),
+               [self = std::static_pointer_cast<Connection>(shared_from_this()), atOnce] {
+                   self->m_ending = true;
+                   if (!atOnce && self->m_busy)
+                       return;
+                   // Not closed: a worker may be reading from it. One that is encrypted says
+                   // good-bye first.
+                   error_code ignored;
+                   if (atOnce || !self->m_stream.isEncrypted())
+                       self->m_stream.socket().shutdown(tcp::socket::shutdown_both, ignored);
+                   self->m_stream.cancel();
+               });
 }
 
 asio::awaitable<void> Connection::run(std::shared_ptr<Connection> self)
 {
     Q_UNUSED(self); // keeps the connection alive
+    const auto tls = m_server.tls();
+    if (tls && !co_await encrypt(*tls))
+        co_return;
+    co_await answerRequests();
+    setBusy(false);
+    if (m_stream.isEncrypted())
+        co_await m_stream.endSending(lingerTime);
+    error_code ignored;
+    m_stream.socket().shutdown(tcp::socket::shutdown_both, ignored);
+}
+
+/// Encrypts the connection; false when the client does not get that far.
+asio::awaitable<bool> Connection::encrypt(const TlsContext &tls)
+{
+    error_code error;
+    m_stream.expires_after(m_server.options.limits.header);
+    const std::size_t count = co_await m_stream.tcp().async_read_some(
+        m_buffer.prepare(headBufferBytes), asio::redirect_error(asio::use_awaitable, error));
+    if (error)
+        co_return false; // somebody who only looked whether the port is open
+    m_buffer.commit(count);
+    m_since.start();
+    if (*static_cast<const unsigned char *>(m_buffer.data().data()) != tlsHandshake) {
+        co_await refuse(requestOf({}), notEncrypted());
+        co_return false;
+    }
+    error = co_await m_stream.encrypt(tls, m_buffer);
+    ++(error ? m_server.handshakesFailed : m_server.handshakes);
+    if (error && m_server.options.handshakeFailed)
+        m_server.options.handshakeFailed(m_peer, QString::fromStdString(error.message()));
+    co_return !error;
+}
+
+asio::awaitable<void> Connection::answerRequests()
+{
     bool open = true;
-    while (open && !m_ending && !m_server.draining) {
-        m_busy = false;
+    while (open && !m_ending && !m_server.isDraining()) {
+        setBusy(false);
+        countBytes();
         if (!co_await waitForRequest())
             co_return;
-        m_busy = true;
+        setBusy(true);
         m_since.start();
         HeadParser head;
         head.header_limit(m_server.options.limits.headerBytes);
@@ -305,19 +249,18 @@ asio::awaitable<void> Connection::run(std::shared_ptr<Connection> self)
                 co_return;
             response = co_await answer(plan, request);
         }
-        const bool keepAlive = wantsMore && whole && !m_ending && !m_server.draining;
-        log(request, plan.route, response.status, m_since);
+        const bool keepAlive = wantsMore && whole && !m_ending && !m_server.isDraining();
+        log(request, plan.route, response);
         open = co_await write(request, response, keepAlive) && keepAlive;
         if (!whole)
             co_await linger();
     }
-    error_code ignored;
-    m_stream.socket().shutdown(tcp::socket::shutdown_both, ignored);
 }
 
 /// Waits for the first byte of a request; false when the client went away or stayed silent.
 asio::awaitable<bool> Connection::waitForRequest()
 {
+    m_receivedBefore = m_stream.received() - m_buffer.size();
     if (m_buffer.size() > 0)
         co_return true; // sent together with the request before
     m_buffer.shrink_to_fit();
@@ -364,6 +307,7 @@ asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &pla
     const auto limit = static_cast<std::uint64_t>(plan.bodyLimit);
     const auto length = head.content_length();
     if (length && *length > limit) {
+        m_unread = *length;
         co_await refuse(request, tooLarge(plan.bodyLimit));
         co_return false;
     }
@@ -381,11 +325,12 @@ asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &pla
         request.body = QByteArray::fromStdString(parser.get().body());
         co_return true;
     }
-    if (error == http::error::body_limit)
+    if (error == http::error::body_limit) {
+        m_unread = lingerBytes;
         co_await refuse(request, tooLarge(plan.bodyLimit));
-    else if (error.category() == http::make_error_code(http::error::bad_method).category() &&
-             error != http::error::partial_message && error != http::error::end_of_stream)
+    } else if (isMalformed(error)) {
         co_await refuse(request, noHttp());
+    }
     co_return false;
 }
 
@@ -411,6 +356,7 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
     const auto limit = static_cast<std::uint64_t>(plan.bodyLimit);
     const auto length = head.content_length();
     if (length && *length > limit) {
+        m_unread = *length;
         co_await refuse(request, tooLarge(plan.bodyLimit));
         co_return std::nullopt;
     }
@@ -441,6 +387,7 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
         m_stream.expires_after(m_server.options.limits.body);
         const qsizetype count = co_await body.read(m_stream, m_buffer, *piece, error);
         if (error == http::error::body_limit) {
+            m_unread = lingerBytes;
             co_await refuse(request, tooLarge(plan.bodyLimit));
             co_return std::nullopt;
         }
@@ -454,6 +401,8 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
         };
         if (count > 0 && !*answer && !co_await onWorker(plan.lane, std::move(take)))
             *answer = tooBusy().response(request.requestId);
+        if (isMalformed(error))
+            co_await refuse(request, noHttp());
         if (error)
             co_return std::nullopt;
     }
@@ -589,8 +538,8 @@ asio::awaitable<error_code> Connection::writeFile(const HttpRequest &request,
 /// Answers a request that is not read to its end, and closes the connection.
 asio::awaitable<void> Connection::refuse(HttpRequest request, Problem problem)
 {
-    log(request, QByteArrayLiteral("-"), problem.status(), m_since);
     const HttpResponse response = problem.response(request.requestId);
+    log(request, QByteArrayLiteral("-"), response);
     if (co_await write(request, response, false))
         co_await linger();
 }
@@ -600,14 +549,37 @@ asio::awaitable<void> Connection::refuse(HttpRequest request, Problem problem)
 asio::awaitable<void> Connection::linger()
 {
     error_code error;
-    m_stream.socket().shutdown(tcp::socket::shutdown_send, error);
+    if (m_stream.isEncrypted())
+        co_await takeRest();
+    co_await m_stream.endSending(lingerTime);
     m_stream.expires_after(lingerTime);
     std::size_t taken = 0;
     while (!error && taken < lingerBytes) {
         m_buffer.clear();
+        taken += co_await m_stream.tcp().async_read_some(
+            m_buffer.prepare(readBufferBytes), asio::redirect_error(asio::use_awaitable, error));
+    }
+}
+
+/// Takes in what an encrypted client is still sending of a refused body. Many take the good-bye of
+/// TLS for the end of it all and never look at the answer before it when they are not done sending.
+asio::awaitable<void> Connection::takeRest()
+{
+    asio::steady_timer patience(m_stream.get_executor(), lingerTime);
+    patience.async_wait([self = shared_from_this(), this](const error_code &cancelled) {
+        if (!cancelled)
+            m_stream.cancel();
+    });
+    const std::uint64_t most = std::min<std::uint64_t>(m_unread, lingerBytes);
+    std::uint64_t taken = m_buffer.size();
+    error_code error;
+    while (!error && taken < most) {
+        m_buffer.clear();
+        m_stream.expires_after(2 * lingerTime); // only if the wait above was over between two reads
         taken += co_await m_stream.async_read_some(
             m_buffer.prepare(readBufferBytes), asio::redirect_error(asio::use_awaitable, error));
     }
+    patience.cancel();
 }
 
 HttpRequest Connection::requestOf(const http::request_header<> &head) const
@@ -620,125 +592,50 @@ HttpRequest Connection::requestOf(const http::request_header<> &head) const
     request.requestId = newRequestId();
     request.peerAddress = m_peer;
     request.localPort = m_localPort;
+    request.isEncrypted = m_stream.isEncrypted();
     return request;
 }
 
-void Connection::log(const HttpRequest &request, const QByteArray &route, int status,
-                     const QElapsedTimer &since) const
+void Connection::log(const HttpRequest &request, const QByteArray &route,
+                     const HttpResponse &response)
 {
-    if (m_server.options.log)
-        m_server.options.log({request.requestId, request.method, route, request.peerAddress, status,
-                              since.elapsed()});
-}
-
-HttpServer::Private::Private(const HttpServerOptions &serverOptions)
-    : options(serverOptions)
-    , context(serverOptions.ioThreads)
-    , m_acceptor(asio::make_strand(context))
-{
-}
-
-void HttpServer::Private::listen()
-{
-    error_code error;
-    const auto address = asio::ip::make_address(options.address.toStdString(), error);
-    const auto check = [&error] {
-        if (error)
-            throw ListenError(error == asio::error::address_in_use ? ListenError::Kind::InUse
-                                                                   : ListenError::Kind::Other,
-                              error.message());
-    };
-    check();
-    const tcp::endpoint endpoint(address, options.port);
-    m_acceptor.open(endpoint.protocol(), error);
-    check();
-    m_acceptor.set_option(asio::socket_base::reuse_address(true), error);
-    check();
-    m_acceptor.bind(endpoint, error);
-    check();
-    m_acceptor.listen(asio::socket_base::max_listen_connections, error);
-    check();
-    port = m_acceptor.local_endpoint(error).port();
-
-    const unsigned processors = std::max(1U, std::thread::hardware_concurrency());
-    const auto count =
-        options.workers > 0 ? static_cast<unsigned>(options.workers) : std::max(8U, 2 * processors);
-    workers = std::make_unique<WorkerPool>(count, options.limits.workerQueue);
-    signInWorkers = std::make_unique<WorkerPool>(static_cast<std::size_t>(options.signInWorkers),
-                                                 options.limits.signInQueue);
-    asio::co_spawn(m_acceptor.get_executor(), acceptAll(), asio::detached);
-    for (int i = 0; i < options.ioThreads; ++i)
-        m_threads.emplace_back([this] { context.run(); });
-    m_running = true;
-}
-
-asio::awaitable<void> HttpServer::Private::acceptAll()
-{
-    asio::steady_timer pause(m_acceptor.get_executor());
-    while (!draining) {
-        error_code error;
-        tcp::socket socket(asio::make_strand(context));
-        co_await m_acceptor.async_accept(socket, asio::redirect_error(asio::use_awaitable, error));
-        if (error && !draining) {
-            // Most often no file handle is left; there will be when a connection ends.
-            pause.expires_after(std::chrono::milliseconds(100));
-            co_await pause.async_wait(asio::redirect_error(asio::use_awaitable, error));
-            continue;
-        }
-        bool full = false;
-        {
-            const std::lock_guard lock(mutex);
-            full = connections.size() >= options.limits.connections;
-        }
-        if (!error && !full && !draining)
-            std::make_shared<Connection>(*this, std::move(socket))->start();
-    }
-}
-
-void HttpServer::Private::endConnections(bool atOnce)
-{
-    std::vector<std::shared_ptr<Connection>> alive; // let go of after the lock: they take it, too
-    const std::lock_guard lock(mutex);
-    for (Connection *connection : connections) {
-        // One on its way out cannot be locked any more; it needs no telling.
-        if (auto one = connection->weak_from_this().lock()) {
-            one->end(atOnce);
-            alive.push_back(std::move(one));
-        }
-    }
-}
-
-bool HttpServer::Private::waitForConnections(std::chrono::milliseconds time)
-{
-    std::unique_lock lock(mutex);
-    return connectionsChanged.wait_for(lock, time, [this] { return connections.empty(); });
-}
-
-void HttpServer::Private::stop()
-{
-    if (!m_running)
+    if (!m_server.options.log)
         return;
-    m_running = false;
-    draining = true;
-    asio::post(m_acceptor.get_executor(), [this] {
-        error_code ignored;
-        m_acceptor.close(ignored);
-    });
-    endConnections(false);
-    if (!waitForConnections(options.limits.drain)) {
-        endConnections(true);
-        waitForConnections(std::chrono::milliseconds(2000));
-    }
-    workers->stop();
-    signInWorkers->stop();
-    context.stop();
-    for (std::thread &thread : m_threads)
-        thread.join();
-    m_threads.clear();
+    HttpLogEntry entry{request.requestId, request.method, route, request.peerAddress,
+                       response.status};
+    entry.microseconds = m_since.nsecsElapsed() / 1000;
+    entry.received = static_cast<qint64>(m_stream.received() - m_receivedBefore);
+    entry.sent = request.method == "HEAD" ? 0 : bodyBytes(response);
+    m_server.options.log(entry);
 }
+
+void Connection::setBusy(bool busy)
+{
+    if (m_busy != busy)
+        m_server.inFlight += busy ? 1 : -1;
+    m_busy = busy;
+}
+
+/// Tells the server of the bytes that came and went since this was called before.
+void Connection::countBytes()
+{
+    m_server.received += static_cast<qint64>(m_stream.received() -
+                                             std::exchange(m_receivedCounted, m_stream.received()));
+    m_server.sent +=
+        static_cast<qint64>(m_stream.sent() - std::exchange(m_sentCounted, m_stream.sent()));
+}
+
+namespace {
+
+void takeConnection(ServerCore &server, tcp::socket socket)
+{
+    std::make_shared<Connection>(server, std::move(socket))->start();
+}
+
+} // namespace
 
 HttpServer::HttpServer(const HttpServerOptions &options)
-    : d(std::make_unique<Private>(options))
+    : d(std::make_unique<ServerCore>(options, takeConnection))
 {
 }
 
@@ -754,12 +651,22 @@ void HttpServer::start()
 
 quint16 HttpServer::port() const
 {
-    return d->port;
+    return d->port();
 }
 
 void HttpServer::stop()
 {
     d->stop();
+}
+
+void HttpServer::replaceTls(std::shared_ptr<const TlsContext> tls)
+{
+    d->replaceTls(std::move(tls));
+}
+
+HttpServerFigures HttpServer::figures() const
+{
+    return d->figures();
 }
 
 } // namespace Zel::Service

@@ -23,7 +23,8 @@ struct Document
 const Document &document()
 {
     static const Document made = [] {
-        const QByteArray json = QJsonDocument(openApiDocument(Api::routes())).toJson();
+        const QByteArray json =
+            QJsonDocument(openApiDocument(Api::routes())).toJson(QJsonDocument::Compact);
         const QByteArray hash = QCryptographicHash::hash(json, QCryptographicHash::Sha256);
         return Document{json, '"' + hash.toHex().left(32) + '"'};
     }();

@@ -34,16 +34,15 @@ public:
         termios hidden = m_before;
         hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
-        std::fputs("Password: ", stderr);
     }
 
     ~NoEcho()
     {
-        if (!m_active)
-            return;
-        tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
-        std::fputs("\n", stderr);
+        if (m_active)
+            tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
     }
+
+    bool isTerminal() const { return m_active; }
 
     NoEcho(const NoEcho &) = delete;
     NoEcho &operator=(const NoEcho &) = delete;
@@ -52,6 +51,15 @@ private:
     termios m_before{};
     bool m_active = false;
 };
+
+QString asked(const char *question, QFile &file)
+{
+    std::fputs(question, stderr);
+    std::fflush(stderr);
+    const QString line = firstLine(file);
+    std::fputs("\n", stderr); // that of the line was not shown
+    return line;
+}
 
 } // namespace
 
@@ -71,7 +79,13 @@ QString passwordFromStandardInput()
     QFile file;
     if (!file.open(stdin, QIODevice::ReadOnly))
         return QString();
-    return firstLine(file);
+    if (!noEcho.isTerminal())
+        return firstLine(file);
+    // What nobody can see is typed twice.
+    const QString password = asked("Password: ", file);
+    if (asked("Once more: ", file) != password)
+        throw std::runtime_error("the two passwords differ.");
+    return password;
 }
 
 } // namespace Zel::Service

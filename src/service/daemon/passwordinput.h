@@ -9,7 +9,8 @@ namespace Zel::Service {
 /// The first line of a file. Throws `std::runtime_error` when it cannot be read.
 QString passwordFromFile(const QString &path);
 
-/// The first line of standard input; at a terminal it is asked for and not shown.
+/// The first line of standard input; at a terminal it is asked for twice and not shown;
+/// throws `std::runtime_error` when what was typed differs.
 QString passwordFromStandardInput();
 
 } // namespace Zel::Service

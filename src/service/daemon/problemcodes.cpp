@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/problemcodes.h"
 
+#include "service/daemon/idempotency.h"
+
 namespace Zel::Service {
 
 const QList<ProblemCode> &problemCodes()
@@ -9,12 +11,13 @@ const QList<ProblemCode> &problemCodes()
     using enum Occurs;
     static const QList<ProblemCode> all{
         {"bad-request", 400, Everywhere, "It is not valid HTTP."},
+        {"not-encrypted", 400, Everywhere, "The service takes encrypted connections only."},
         {"bad-json", 400, WithJson, "The body is not valid JSON."},
         {"invalid", 400, WithValues, "A value is missing, not known or not as it has to be."},
         {"invalid-text", 400, WithText, "A text has a character that cannot be stored."},
         {"signed-out", 401, WithSession, "There is no valid token: sign in again."},
         {"bad-credentials", 401, WhereListed, "The user name or the password is wrong."},
-        {"bad-key", 401, WhereListed, "It is not the key of the deployment."},
+        {"bad-key", 401, WhereListed, "It is not the key that opens this."},
         {"foreign-origin", 403, Everywhere, "A page of another site made a browser ask."},
         {"no-account", 403, WithAccount, "The session has not chosen an account."},
         {"account-refused", 403, WhereListed, "The person cannot work for that account."},
@@ -35,10 +38,12 @@ const QList<ProblemCode> &problemCodes()
         {"too-large", 413, Everywhere, "It is larger than the service takes."},
         {"bad-range", 416, WhereListed, "The file has no such section."},
         {"wrong-host", 421, Everywhere, "The service does not answer for that host name."},
+        {"key-reused", 422, WithKey, "The Idempotency-Key was used for another call."},
         {"too-many-attempts", 429, WhereListed, "Too many attempts to sign in. Wait."},
         {"header-too-large", 431, Everywhere, "The head of the request is over 16 KiB."},
         {"internal", 500, Everywhere, "The service failed; its log names the cause."},
         {"unavailable", 503, Everywhere, "The service cannot do it now. Try again shortly."},
+        {"not-ready", 503, WhereListed, "The service cannot do its work, or is about to stop."},
         {"storage-full", 507, WhereListed, "The service has no room for more files."},
     };
     return all;
@@ -49,7 +54,8 @@ namespace {
 bool canOccur(Occurs occurs, const Route &route)
 {
     const bool takesJson = !route.text.body.isEmpty();
-    const bool takesValues = takesJson || !route.text.query.isEmpty();
+    const bool takesKey = takesIdempotencyKey(route);
+    const bool takesValues = takesJson || takesKey || !route.text.query.isEmpty();
     switch (occurs) {
     case Occurs::Everywhere:
         return true;
@@ -61,6 +67,8 @@ bool canOccur(Occurs occurs, const Route &route)
         return takesValues || !route.text.places.isEmpty();
     case Occurs::WithValues:
         return takesValues;
+    case Occurs::WithKey:
+        return takesKey;
     case Occurs::WithJson:
         return takesJson;
     case Occurs::WhereListed:

@@ -14,6 +14,7 @@ enum class Occurs
     WithAccount,    ///< those that need a chosen account
     WithText,       ///< those that read a text: of the path, the query or a JSON body
     WithValues,     ///< those that read the query or a JSON body
+    WithKey,        ///< those that take a key of the header Idempotency-Key
     WithJson,       ///< those that read a JSON body
     WhereListed,    ///< those that say so in the route table
     OutsideOfRoutes ///< none: what is asked for is no route

@@ -41,9 +41,12 @@ ZEL_EXPORT int runProgram(const QStringList &arguments);
 
 // What the commands share.
 
-/// Parses one command's arguments; throws `UsageError` or `HelpShown`. Adds --database and --help.
+/// Parses one command's arguments; throws `UsageError` or `HelpShown`. Adds --database and --help,
+/// and to the help the command's example and the exit codes.
 void parseCommand(QCommandLineParser &parser, const QString &command, const QString &description,
                   const QStringList &arguments);
+/// Prints the help of a command without options.
+void showHelp(const QString &command, const QString &description);
 /// The database of --database or, so that a password need not stand in the process list, of the
 /// environment variable ZEL_DATABASE.
 DatabaseAddress databaseAddress(const QCommandLineParser &parser);
@@ -67,7 +70,9 @@ void print(const QString &line);
 int serveCommand(const QStringList &arguments);
 int migrateCommand(const QStringList &arguments);
 int importCommand(const QStringList &arguments);
+int exportCommand(const QStringList &arguments);
 int simulateCommand(const QStringList &arguments);
+int accountCommand(const QStringList &arguments);
 int userCommand(const QStringList &arguments);
 int trashCommand(const QStringList &arguments);
 int doctorCommand(const QStringList &arguments);

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/deploymentcalls.h"
 #include "service/daemon/handlers.h"
 #include "service/daemon/jsonfields.h"
-#include "service/daemon/jsonwriter.h"
+#include "service/daemon/listcall.h"
 #include "service/daemon/problem.h"
 
 #include <QUuid>
@@ -14,6 +15,9 @@ namespace Zel::Service {
 namespace {
 
 constexpr qsizetype longestTypeId = 256;
+/// No project type is that long, so there is nothing of a longer one; only the address of a call
+/// has to end somewhere.
+constexpr qsizetype longestTypeAskedFor = 16 * 1024;
 constexpr qsizetype longestGuid = 36;
 
 constexpr std::array columns{"guid",     "name",      "description", "created",
@@ -100,22 +104,36 @@ HttpResponse listProjectTypes(const Call &call)
 
 HttpResponse listProjects(const Call &call)
 {
-    const QString type = call.queryText("type", longestTypeId);
-    const auto projects = call.store.projects.list(call.session.accountId, type);
-    if (!projects)
-        return jsonResponse(QByteArrayLiteral("{\"projects\":null}"));
-    JsonWriter json;
-    json.beginObject().key("projects").beginObject().key("columns").beginArray();
-    for (const char *column : columns)
-        json.text(QString::fromLatin1(column));
-    json.endArray().key("rows").beginArray();
-    for (const Project &project : *projects) {
-        json.beginArray();
-        writeProject(json, project, [](const char *) {});
-        json.endArray();
-    }
-    json.endArray().endObject().endObject();
-    return jsonResponse(json.json());
+    const QString type = call.queryText("type", longestTypeAskedFor);
+    ListCall page(call, "projects");
+    Projects::Place after;
+    if (!page.isFirst())
+        after = {page.text(), page.text()};
+    return jsonResponse(call.store.database.snapshot([&] {
+        JsonWriter json;
+        json.beginObject();
+        beginTable(json, "projects", columns);
+        PageRows rows(json, page.limit());
+        Projects::Place last;
+        const bool known = call.store.projects.visitAfter(
+            call.session.accountId, type, after,
+            [&](const Project &project, const Projects::Place &place) {
+                if (!rows.takeOne())
+                    return false;
+                json.beginArray();
+                writeProject(json, project, [](const char *) {});
+                json.endArray();
+                last = place;
+                return true;
+            });
+        if (!known)
+            return QByteArrayLiteral("{\"projects\":null,\"next\":null}");
+        endTable(json);
+        page.writeNext(json, rows.hasMore() ? std::optional(QJsonArray{last.nameKey, last.guid})
+                                            : std::nullopt);
+        json.endObject();
+        return json.json();
+    }));
 }
 
 HttpResponse createProject(const Call &call)

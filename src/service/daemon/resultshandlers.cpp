@@ -4,6 +4,7 @@
 #include "service/daemon/assetcalls.h"
 #include "service/daemon/deploymentcalls.h"
 #include "service/daemon/handlers.h"
+#include "service/daemon/listcall.h"
 
 #include <QHash>
 
@@ -50,6 +51,21 @@ void writeAnswer(JsonWriter &json, const Survey &survey, const SurveyReplyList::
     json.text(positions.join(QLatin1Char(':'))).text(texts.join(QLatin1String("; "))).endArray();
 }
 
+ArrivalPlace placeIn(ListCall &page)
+{
+    if (page.isFirst())
+        return {};
+    const qint64 arrived = page.number();
+    return {arrived, page.bytes()};
+}
+
+std::optional<QJsonArray> valuesOf(const std::optional<ArrivalPlace> &place)
+{
+    if (!place)
+        return std::nullopt;
+    return QJsonArray{place->arrived, ListCall::valueOf(place->id)};
+}
+
 } // namespace
 
 HttpResponse listPolls(const Call &call)
@@ -67,20 +83,23 @@ HttpResponse listPolls(const Call &call)
 HttpResponse listPollResponses(const Call &call)
 {
     const DeploymentRef deployment = deploymentOf(call);
+    ListCall page(call, "poll-responses");
+    const ArrivalPlace after = placeIn(page);
     QList<Poll> polls;
-    QList<StoredVote> votes;
+    ListPage<StoredVote, ArrivalPlace> votes;
     call.store.database.snapshot([&] {
-        polls = call.store.polls.list(deployment);
-        votes = call.store.polls.votes(deployment);
+        polls = call.store.polls.definitions(deployment);
+        votes = call.store.polls.votes(deployment, after, page.limit());
     });
     JsonWriter json;
     json.beginObject();
     beginTable(json, "responses", {"user", "question", "answer", "at"});
-    for (const StoredVote &vote : std::as_const(votes)) {
+    for (const StoredVote &vote : std::as_const(votes.rows)) {
         json.beginArray().text(vote.userGuid).text(polls.at(vote.pollNo - 1).guid);
         json.text(QString::number(vote.choiceNo)).integer(vote.at).endArray();
     }
     endTable(json);
+    page.writeNext(json, valuesOf(votes.next));
     json.endObject();
     return jsonResponse(json.json());
 }
@@ -101,16 +120,19 @@ HttpResponse listSurveys(const Call &call)
     return jsonResponse(json.json());
 }
 
-/// Respondents and answers stand in tables of their own: a response is three numbers.
+/// Respondents and answers stand in tables of their own, those of the page: a response is three
+/// numbers.
 HttpResponse listSurveyResponses(const Call &call)
 {
     const DeploymentRef deployment = deploymentOf(call);
     const QString guid = call.parameters.at(1).toLower();
+    ListCall page(call, "responses");
+    const ArrivalPlace after = placeIn(page);
     QList<Survey> surveys;
     std::optional<SurveyReplyList> list;
     call.store.database.snapshot([&] {
-        surveys = call.store.surveys.list(deployment);
-        list = call.store.surveys.replies(deployment, guid);
+        surveys = call.store.surveys.definitions(deployment);
+        list = call.store.surveys.replies(deployment, guid, after, page.limit());
     });
     const auto survey = std::find_if(surveys.cbegin(), surveys.cend(),
                                      [&guid](const Survey &one) { return one.guid == guid; });
@@ -131,6 +153,7 @@ HttpResponse listSurveyResponses(const Call &call)
         json.endArray();
     }
     endTable(json);
+    page.writeNext(json, valuesOf(list->next));
     json.endObject();
     return jsonResponse(json.json());
 }

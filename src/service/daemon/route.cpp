@@ -79,6 +79,11 @@ QString Call::queryTextOrEmpty(const QByteArray &name, qsizetype longest) const
     return findQueryText(request.target, name, longest).value_or(QString());
 }
 
+std::optional<QString> Call::queryTextIfGiven(const QByteArray &name, qsizetype longest) const
+{
+    return findQueryText(request.target, name, longest);
+}
+
 qint64 Call::queryNumber(const QByteArray &name, qint64 most, qint64 fallback) const
 {
     constexpr qsizetype longestNumber = 20;

@@ -15,6 +15,8 @@
 
 namespace Zel::Service {
 
+class Monitor;
+
 /// Who may call a route.
 enum class Access
 {
@@ -30,11 +32,14 @@ struct ZEL_EXPORT Call
     Store &store;
     QStringList parameters; ///< what stood in the pattern's {places}, in their order
     Session session;        ///< empty on public routes
+    Monitor *monitor = nullptr;
 
     /// The value of a query parameter that must be there once. Throws `Problem`.
     QString queryText(const QByteArray &name, qsizetype longest) const;
     /// The same for one that may be missing, which reads as empty.
     QString queryTextOrEmpty(const QByteArray &name, qsizetype longest) const;
+    /// The same, nothing when it is missing.
+    std::optional<QString> queryTextIfGiven(const QByteArray &name, qsizetype longest) const;
     /// A whole number of the query from 0 to `most`; `fallback` when it is missing.
     qint64 queryNumber(const QByteArray &name, qint64 most, qint64 fallback) const;
 };
@@ -65,6 +70,8 @@ struct ZEL_EXPORT Route
 
     Route &by(Access who);
     Route &on(Lane where);
+    /// Bodies of that many bytes, where `jsonBodyLimit` is too few.
+    Route &upTo(qint64 bytes);
     Route &named(const char *id, const char *summary);
     /// More than the summary: what holds and what does not go without saying.
     Route &says(const char *description);
@@ -73,6 +80,8 @@ struct ZEL_EXPORT Route
     Route &place(const RouteParameter &place);
     Route &query(const char *name, const char *schema, const char *says);
     Route &optionalQuery(const char *name, const char *schema, const char *says);
+    /// A list that comes page by page: see `ListCall`.
+    Route &paged();
     Route &takes(const char *schema);
     Route &takesBytes(const char *contentType = "application/octet-stream");
     /// A JSON answer; without a schema one without a body.

@@ -17,6 +17,12 @@ Route &Route::on(Lane where)
     return *this;
 }
 
+Route &Route::upTo(qint64 bytes)
+{
+    bodyLimit = bytes;
+    return *this;
+}
+
 Route &Route::named(const char *id, const char *summary)
 {
     text.id = id;
@@ -53,6 +59,12 @@ Route &Route::optionalQuery(const char *name, const char *schema, const char *sa
 {
     text.query << RouteParameter{name, schema, says, false};
     return *this;
+}
+
+Route &Route::paged()
+{
+    optionalQuery("limit", "PageLimit", "The most rows of the answer, which may have fewer.");
+    return optionalQuery("after", "PagePlace", "The `next` of the answer before, to go on there.");
 }
 
 Route &Route::takes(const char *schema)

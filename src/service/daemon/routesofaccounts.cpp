@@ -15,6 +15,24 @@ QList<Route> serviceRoutes()
             .named("health", "Whether the program answers")
             .says("Asks nobody else; it says nothing about the database.")
             .gives(200, "Health"),
+        get("/readyz", readiness)
+            .by(Access::Public)
+            .on(Lane::Health)
+            .named("readiness", "Whether the service can do its work")
+            .says("The database answers and has the form this program needs, files can be stored, "
+                  "and the service is not about to stop. It answers within two seconds.")
+            .gives(200, "Readiness")
+            .refuses("not-ready"),
+        get("/metrics", metrics)
+            .by(Access::Public)
+            .on(Lane::Health)
+            .named("metrics", "Figures for Prometheus")
+            .says(
+                "For callers on the same machine, or, where the service was given a token for it, "
+                "for whoever brings that.")
+            .givesText(200, "text/plain", "Prometheus text format 0.0.4.")
+            .refuses("not-allowed")
+            .refuses("bad-key"),
         get("/v1/openapi.json", interfaceDocument)
             .by(Access::Public)
             .on(Lane::Immediate)
@@ -64,7 +82,8 @@ QList<Route> projectRoutes()
             .gives(200, "ProjectTypeList"),
         get("/v1/projects", listProjects)
             .named("listProjects", "The projects of one type, by name")
-            .query("type", "ProjectTypeID", "The type whose projects are wanted.")
+            .query("type", "WantedProjectType", "The type whose projects are wanted.")
+            .paged()
             .gives(200, "ProjectList"),
         post("/v1/projects", createProject)
             .named("createProject", "Make a project")
@@ -83,6 +102,7 @@ QList<Route> projectRoutes()
         get("/v1/projects/{guid}/deployments", listDeployments)
             .named("listDeployments", "The deployments of a project, the newest first")
             .place(project)
+            .paged()
             .gives(200, "DeploymentList")
             .refuses("not-found"),
     };

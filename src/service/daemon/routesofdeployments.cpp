@@ -3,10 +3,14 @@
 // The routes of deployments: figures, questions, results and what players report.
 #include "service/daemon/handlers.h"
 #include "service/daemon/routes.h"
+#include "service/store/audience.h"
 
 namespace Zel::Service {
 
 namespace {
+
+/// Of a question and its answer, with each character as the longest of JSON's escapes.
+constexpr qint64 questionBodyLimit = 2 * 6 * longestQuestion + 1024;
 
 const RouteParameter deployment{"guid", "Guid", "The deployment."};
 const RouteParameter question{"guid", "Guid", "The question."};
@@ -49,6 +53,7 @@ QList<Route> statisticsRoutes()
             .gives(200, "Count"),
         readRange("/v1/deployments/{guid}/participants", listParticipants)
             .named("listParticipants", "Those who looked at pages, by their first view")
+            .paged()
             .gives(200, "ParticipantList"),
         read("/v1/deployments/{guid}/registrants/count", countRegistrants)
             .named("countRegistrants", "How many persons have registered")
@@ -61,6 +66,7 @@ QList<Route> statisticsRoutes()
         readRange("/v1/deployments/{guid}/registrants", listRegistrants)
             .named("listRegistrants", "All who have registered, by registration")
             .says("All are listed; the range says who of them took part.")
+            .paged()
             .gives(200, "RegistrantList"),
         readRange("/v1/deployments/{guid}/page-views/count", countPageViews)
             .named("countPageViews", "How many page views have an attribute of that value")
@@ -71,6 +77,7 @@ QList<Route> statisticsRoutes()
         readRange("/v1/deployments/{guid}/page-views", listPageViews)
             .named("listPageViews", "The page views of a range, by time")
             .says("People stand in a table of their own; a view names its person by position.")
+            .paged()
             .gives(200, "PageViewList"),
     };
 }
@@ -83,8 +90,10 @@ QList<Route> questionRoutes()
             .says("A question whose time is not known is in every range.")
             .query("from", "Time", "The first moment of the range.")
             .optionalQuery("to", "Time", "The last moment of the range; without it there is none.")
+            .paged()
             .gives(200, "QuestionList"),
         put("/v1/questions/{guid}", updateQuestion)
+            .upTo(questionBodyLimit)
             .named("updateQuestion", "Answer and reword a question")
             .says("Not for viewers.")
             .place(question)
@@ -111,6 +120,7 @@ QList<Route> resultsRoutes()
             .gives(200, "PollList"),
         read("/v1/deployments/{guid}/poll-responses", listPollResponses)
             .named("listPollResponses", "The votes in order of arrival")
+            .paged()
             .gives(200, "PollResponseList"),
         read("/v1/deployments/{guid}/surveys", listSurveys)
             .named("listSurveys", "The surveys with their answers counted")
@@ -120,6 +130,7 @@ QList<Route> resultsRoutes()
             .says("Respondents and answers stand in lists of their own; a response names them by "
                   "position.")
             .place({"survey", "Guid", "The survey."})
+            .paged()
             .gives(200, "SurveyResponseList"),
     };
 }

@@ -12,7 +12,6 @@ namespace Zel::Service {
 namespace {
 
 constexpr qsizetype longestAppName = 256;
-constexpr qsizetype longestAccountNumber = 64;
 constexpr qint64 msPerSecond = 1000;
 
 /// Larger than what the store accepts, so that a name or password that is too long gets the same
@@ -87,7 +86,8 @@ HttpResponse endSession(const Call &call)
 HttpResponse chooseAccount(const Call &call)
 {
     JsonFields fields(call.request.body);
-    const QString text = fields.text(QStringLiteral("accountId"), longestAccountNumber);
+    // Whatever is no number of an account is one that nobody can work for.
+    const QString text = fields.text(QStringLiteral("accountId"), jsonBodyLimit);
     fields.expectNoMore();
     if (!call.store.sessions.bindAccount(call.session, accountNumber(text)))
         throw Problem(403, QByteArrayLiteral("account-refused"),

@@ -38,7 +38,7 @@ ShutdownWatch::ShutdownWatch(QObject *parent)
     m_signals = signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
     if (m_signals < 0)
         throw std::runtime_error("the stop signals cannot be watched");
-    watch(m_signals, false);
+    watch(m_signals, [this] { return takeSignal(); });
 }
 
 ShutdownWatch::~ShutdownWatch()
@@ -61,7 +61,10 @@ void ShutdownWatch::restoreSignals()
 
 void ShutdownWatch::watchStandardInput()
 {
-    watch(STDIN_FILENO, true);
+    watch(STDIN_FILENO, [] {
+        char buffer[4096]; // someone may write to it; that means nothing
+        return read(STDIN_FILENO, buffer, sizeof buffer) <= 0;
+    });
 }
 
 void ShutdownWatch::watchProcess(qint64 pid)
@@ -70,18 +73,27 @@ void ShutdownWatch::watchProcess(qint64 pid)
     m_process = static_cast<int>(syscall(SYS_pidfd_open, static_cast<pid_t>(pid), 0U));
     if (m_process < 0)
         throw UsageError(QStringLiteral("there is no process %1 to watch.").arg(pid));
-    watch(m_process, false);
+    watch(m_process, [] { return true; });
 }
 
-void ShutdownWatch::watch(int descriptor, bool untilEnd)
+/// Takes a signal off the queue, else it would strike once it is let through again; false for one
+/// that does not end the program.
+bool ShutdownWatch::takeSignal()
+{
+    signalfd_siginfo signal{};
+    const bool isHangUp = read(m_signals, &signal, sizeof signal) == sizeof signal &&
+                          signal.ssi_signo == SIGHUP && m_onHangUp;
+    if (isHangUp)
+        m_onHangUp();
+    return !isHangUp;
+}
+
+void ShutdownWatch::watch(int descriptor, const std::function<bool()> &isEnd)
 {
     auto *notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [notifier, descriptor, untilEnd] {
-        // Reading takes a signal off the queue; else it would strike once it is let through again.
-        char buffer[4096];
-        const ssize_t count = read(descriptor, buffer, sizeof buffer);
-        if (untilEnd && count > 0)
-            return; // someone wrote to it; that means nothing
+    connect(notifier, &QSocketNotifier::activated, this, [notifier, isEnd] {
+        if (!isEnd())
+            return;
         notifier->setEnabled(false);
         QCoreApplication::quit();
     });

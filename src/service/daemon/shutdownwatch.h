@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 class QSocketNotifier;
 
 namespace Zel::Service {
@@ -23,14 +25,20 @@ public:
     void watchStandardInput();
     /// Stops when that process ends; throws `UsageError` when there is none.
     void watchProcess(qint64 pid);
+
+    /// What SIGHUP does instead of ending the program.
+    void onHangUp(const std::function<void()> &action) { m_onHangUp = action; }
+
     /// From now on a further signal ends the program at once.
     void restoreSignals();
 
 private:
-    void watch(int descriptor, bool untilEnd);
+    void watch(int descriptor, const std::function<bool()> &isEnd);
+    bool takeSignal();
 
     int m_signals = -1;
     int m_process = -1;
+    std::function<void()> m_onHangUp;
 };
 
 } // namespace Zel::Service

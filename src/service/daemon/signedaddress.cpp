@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/signedaddress.h"
 
+#include "service/daemon/hostguard.h"
 #include "service/daemon/problem.h"
 
 #include <QCryptographicHash>
@@ -74,7 +75,7 @@ QByteArray pathPart(const QString &name)
 } // namespace
 
 AddressSigner::AddressSigner(const Call &call)
-    : m_origin("http://" + call.request.header("Host"))
+    : m_origin(originOf(call.request))
     , m_account(call.session.accountId)
     , m_key(keyOf(call.store))
 {

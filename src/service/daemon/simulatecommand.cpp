@@ -1,7 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/exitcodes.h"
+#include "service/daemon/numberoption.h"
 #include "service/daemon/program.h"
+#include "service/daemon/progressline.h"
+#include "service/store/migrations.h"
 #include "service/store/simulation.h"
 #include "service/store/store.h"
 
@@ -14,22 +17,16 @@ namespace Zel::Service {
 
 namespace {
 
-qint64 numberOf(const QCommandLineParser &parser, const char *name, qint64 least, qint64 most)
-{
-    bool ok = false;
-    const qint64 number = parser.value(QLatin1String(name)).toLongLong(&ok);
-    if (!ok || number < least || number > most)
-        throw UsageError(QStringLiteral("--%1 is a whole number from %2 to %3.")
-                             .arg(QLatin1String(name))
-                             .arg(least)
-                             .arg(most));
-    return number;
-}
-
 void addNumber(QCommandLineParser &parser, const char *name, const QString &text, qint64 fallback)
 {
     parser.addOption(
         {QLatin1String(name), text, QStringLiteral("number"), QString::number(fallback)});
+}
+
+qint64 numberOption(const QCommandLineParser &parser, const char *name, qint64 least, qint64 most)
+{
+    return numberIn(parser.value(QLatin1String(name)), QLatin1String("--") + QLatin1String(name),
+                    least, most);
 }
 
 } // namespace
@@ -47,17 +44,27 @@ int simulateCommand(const QStringList &arguments)
     parser.addOption({QStringLiteral("project"),
                       QStringLiteral("The project that gets the new deployment."),
                       QStringLiteral("guid")});
+    parser.addOption(
+        {QStringLiteral("dry-run"), QStringLiteral("Says what would be made; stores nothing.")});
+    addQuietOption(parser);
     parseCommand(parser, QStringLiteral("simulate"),
                  QStringLiteral("Makes a deployment with a made-up audience, for trying things out "
                                 "and measuring."),
                  arguments);
-    plan.participants = numberOf(parser, "participants", 1, SimulationPlan::mostParticipants);
-    plan.days = numberOf(parser, "days", 1, SimulationPlan::mostDays);
-    plan.seed = numberOf(parser, "seed", 0, std::numeric_limits<qint64>::max());
-    const qint64 account = numberOf(parser, "account", 1, std::numeric_limits<qint32>::max());
+    if (!parser.positionalArguments().isEmpty())
+        throw UsageError(QStringLiteral("simulate takes no further arguments."));
+    plan.participants = numberOption(parser, "participants", 1, SimulationPlan::mostParticipants);
+    plan.days = numberOption(parser, "days", 1, SimulationPlan::mostDays);
+    plan.seed = numberOption(parser, "seed", 0, std::numeric_limits<qint64>::max());
+    const qint64 account =
+        accountNumberIn(parser.value(QStringLiteral("account")), QStringLiteral("--account"));
+    const bool dryRun = parser.isSet(QStringLiteral("dry-run"));
     const QString project = parser.value(QStringLiteral("project")).toLower();
     Database database(databaseAddress(parser));
-    makeReady(database);
+    if (dryRun)
+        Migrations(database).requireCurrent();
+    else
+        makeReady(database);
     Store store(database);
     if (!store.projects.find(account, project))
         throw std::runtime_error(
@@ -68,9 +75,21 @@ int simulateCommand(const QStringList &arguments)
     const Deployment deployment{QUuid::createUuid().toString(QUuid::WithoutBraces), project,
                                 QStringLiteral("Simulated audience %1").arg(plan.seed),
                                 plan.beginsAt};
+    if (dryRun) {
+        const SimulatedCount would = countSimulated(plan);
+        print(QStringLiteral("%1 participants, %2 registrants, %3 page views would be stored; "
+                             "nothing was: this was a dry run.")
+                  .arg(plan.participants)
+                  .arg(would.registrants)
+                  .arg(would.views));
+        return ExitFine;
+    }
     database.tx([&] { store.deployments.put(account, deployment); });
+    ProgressLine line(isQuiet(parser));
     const SimulatedCount count =
-        simulate(store.audience, store.deployments.find(account, deployment.guid).value(), plan);
+        simulate(store.audience, store.deployments.find(account, deployment.guid).value(), plan,
+                 line.progress());
+    line.clear();
     print(QStringLiteral("deployment %1: %2 participants, %3 registrants, %4 page views")
               .arg(deployment.guid)
               .arg(plan.participants)

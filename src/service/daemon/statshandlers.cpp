@@ -5,6 +5,7 @@
 #include "service/daemon/deploymentcalls.h"
 #include "service/daemon/handlers.h"
 #include "service/daemon/jsonfields.h"
+#include "service/daemon/listcall.h"
 
 namespace Zel::Service {
 
@@ -25,7 +26,8 @@ void writePerson(JsonWriter &json, const AudiencePerson &person)
     json.integer(person.registeredAt);
 }
 
-HttpResponse participationResponse(const char *name, const QList<Participation> &rows)
+HttpResponse participationResponse(const char *name, const QList<Participation> &rows,
+                                   const ListCall &page, const std::optional<QJsonArray> &next)
 {
     JsonWriter json;
     json.beginObject();
@@ -42,6 +44,7 @@ HttpResponse participationResponse(const char *name, const QList<Participation> 
         json.integer(time(row.firstAt)).integer(time(row.lastAt)).endArray();
     }
     endTable(json);
+    page.writeNext(json, next);
     json.endObject();
     return jsonResponse(json.json());
 }
@@ -80,18 +83,25 @@ HttpResponse noContent()
 
 HttpResponse listDeployments(const Call &call)
 {
-    const auto list =
-        call.store.deployments.list(call.session.accountId, call.parameters.first().toLower());
+    ListCall page(call, "deployments", mostLongRows);
+    DeploymentPlace after;
+    if (!page.isFirst())
+        after = {page.number(), page.text()};
+    const auto list = call.store.deployments.list(
+        call.session.accountId, call.parameters.first().toLower(), after, page.limit());
     if (!list)
         throw notFound(QStringLiteral("There is no such project."));
     JsonWriter json;
     json.beginObject();
     beginTable(json, "deployments", {"guid", "name", "published"});
-    for (const Deployment &deployment : *list) {
+    for (const Deployment &deployment : list->rows) {
         json.beginArray().text(deployment.guid).text(deployment.name);
         json.integer(deployment.publishedAt).endArray();
     }
     endTable(json);
+    page.writeNext(json, list->next
+                             ? std::optional(QJsonArray{list->next->publishedAt, list->next->guid})
+                             : std::nullopt);
     json.endObject();
     return jsonResponse(json.json());
 }
@@ -150,22 +160,39 @@ HttpResponse countPageViews(const Call &call)
 HttpResponse listParticipants(const Call &call)
 {
     const DeploymentRef deployment = deploymentOf(call);
-    return participationResponse("participants",
-                                 call.store.statistics.participants(deployment, rangeOf(call)));
+    ListCall page(call, "participants", mostLongRows);
+    const qint64 after = page.isFirst() ? Statistics::beforeAll : page.number();
+    const auto list =
+        call.store.statistics.participants(deployment, rangeOf(call), after, page.limit());
+    return participationResponse("participants", list.rows, page,
+                                 list.next ? std::optional(QJsonArray{*list.next}) : std::nullopt);
 }
 
 HttpResponse listRegistrants(const Call &call)
 {
     const DeploymentRef deployment = deploymentOf(call);
-    return participationResponse("registrants",
-                                 call.store.statistics.registrants(deployment, rangeOf(call)));
+    ListCall page(call, "registrants", mostLongRows);
+    RegistrantPlace after;
+    if (!page.isFirst())
+        after = {page.number(), page.text()};
+    const auto list =
+        call.store.statistics.registrants(deployment, rangeOf(call), after, page.limit());
+    return participationResponse(
+        "registrants", list.rows, page,
+        list.next ? std::optional(QJsonArray{list.next->at, list.next->userId}) : std::nullopt);
 }
 
-/// People stand in a table of their own, so that a view is four numbers.
+/// People stand in a table of their own, so that a view is four numbers. A page brings those it
+/// names.
 HttpResponse listPageViews(const Call &call)
 {
     const DeploymentRef deployment = deploymentOf(call);
-    const PageViewList list = call.store.statistics.pageViews(deployment, rangeOf(call));
+    ListCall page(call, "page-views");
+    PageViewList::Place after;
+    if (!page.isFirst())
+        after = {page.number(), page.bytes()};
+    const PageViewList list =
+        call.store.statistics.pageViews(deployment, rangeOf(call), after, page.limit());
     JsonWriter json;
     json.beginObject();
     beginTable(json, "people", {"user", "firstName", "lastName", "email", "registered"});
@@ -181,6 +208,9 @@ HttpResponse listPageViews(const Call &call)
         json.boolean(view.closed).endArray();
     }
     endTable(json);
+    page.writeNext(
+        json, list.next ? std::optional(QJsonArray{list.next->at, ListCall::valueOf(list.next->id)})
+                        : std::nullopt);
     json.endObject();
     return jsonResponse(json.json());
 }
@@ -188,22 +218,37 @@ HttpResponse listPageViews(const Call &call)
 HttpResponse listQuestions(const Call &call)
 {
     const DeploymentRef deployment = deploymentOf(call);
-    const QList<StoredQuestion> questions =
-        call.store.questions.list(deployment, openRangeOf(call));
-    JsonWriter json;
-    json.beginObject();
-    beginTable(json, "questions",
-               {"guid", "status", "user", "firstName", "lastName", "email", "registered",
-                "question", "answer", "submitted", "answered"});
-    for (const StoredQuestion &question : questions) {
-        json.beginArray().text(question.guid).text(question.status);
-        writePerson(json, question.person);
-        json.text(question.questionText).text(question.answerText);
-        json.integer(question.submittedAt).integer(question.answeredAt).endArray();
-    }
-    endTable(json);
-    json.endObject();
-    return jsonResponse(json.json());
+    const TimeRange range = openRangeOf(call);
+    ListCall page(call, "questions", mostLongRows);
+    Questions::Place after;
+    if (!page.isFirst())
+        after = {page.numberOrNull(), page.text()};
+    return jsonResponse(call.store.database.snapshot([&] {
+        JsonWriter json;
+        json.beginObject();
+        beginTable(json, "questions",
+                   {"guid", "status", "user", "firstName", "lastName", "email", "registered",
+                    "question", "answer", "submitted", "answered"});
+        PageRows rows(json, page.limit());
+        Questions::Place last;
+        const auto write = [&](const StoredQuestion &question, const Questions::Place &place) {
+            if (!rows.takeOne())
+                return false;
+            json.beginArray().text(question.guid).text(question.status);
+            writePerson(json, question.person);
+            json.text(question.questionText).text(question.answerText);
+            json.integer(question.submittedAt).integer(question.answeredAt).endArray();
+            last = place;
+            return true;
+        };
+        call.store.questions.visitAfter(deployment, range, after, write);
+        endTable(json);
+        const QJsonValue at = last.submittedAt ? QJsonValue(*last.submittedAt) : QJsonValue();
+        page.writeNext(json,
+                       rows.hasMore() ? std::optional(QJsonArray{at, last.guid}) : std::nullopt);
+        json.endObject();
+        return json.json();
+    }));
 }
 
 HttpResponse updateQuestion(const Call &call)

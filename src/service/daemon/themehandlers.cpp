@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/assetcalls.h"
+#include "service/daemon/deploymentcalls.h"
 #include "service/daemon/filesection.h"
 #include "service/daemon/handlers.h"
-#include "service/daemon/jsonwriter.h"
+#include "service/daemon/listcall.h"
 #include "service/daemon/signedaddress.h"
 
 #include <array>
@@ -67,21 +68,34 @@ HttpResponse listThemes(const Call &call)
     const Themes::Scope scope = scopeOf(call);
     const AddressSigner signer(call);
     const qint64 expiry = thumbnailExpiry(call.store.clock());
-    const JsonWriter answer = call.store.database.snapshot([&] {
+    ListCall page(call, "themes", mostLongRows);
+    Themes::Place after;
+    if (!page.isFirst())
+        after = {page.text(), page.text(), page.number()};
+    return jsonResponse(call.store.database.snapshot([&] {
         JsonWriter json;
-        json.beginObject().key("themes").beginObject().key("columns").beginArray();
-        for (const char *column : {"guid", "name", "description", "width", "height", "created",
-                                   "modified", "wizardXml", "previewUrl", "templates"})
-            json.text(QString::fromLatin1(column));
-        json.endArray().key("rows").beginArray();
-        call.store.themes.list({call.session.accountId, call.session.userId}, scope,
-                               [&](const Theme &theme, const QList<TemplateUse> &templates) {
-                                   writeTheme(json, theme, templates, signer, expiry);
-                               });
-        json.endArray().endObject().endObject();
-        return json;
-    });
-    return jsonResponse(answer.json());
+        json.beginObject();
+        beginTable(json, "themes",
+                   {"guid", "name", "description", "width", "height", "created", "modified",
+                    "wizardXml", "previewUrl", "templates"});
+        PageRows rows(json, page.limit());
+        Themes::Place last;
+        call.store.themes.visitAfter({call.session.accountId, call.session.userId}, scope, after,
+                                     [&](const Theme &theme, const QList<TemplateUse> &templates,
+                                         const Themes::Place &place) {
+                                         if (!rows.takeOne())
+                                             return false;
+                                         writeTheme(json, theme, templates, signer, expiry);
+                                         last = place;
+                                         return true;
+                                     });
+        endTable(json);
+        page.writeNext(json, rows.hasMore() ? std::optional(QJsonArray{last.nameKey, last.guid,
+                                                                       last.accountId})
+                                            : std::nullopt);
+        json.endObject();
+        return json.json();
+    }));
 }
 
 HttpResponse findTemplate(const Call &call)

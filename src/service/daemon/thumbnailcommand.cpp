@@ -53,6 +53,14 @@ void giveUpEverything()
 
 int thumbnailCommand(const QStringList &arguments)
 {
+    const QString first = arguments.value(0);
+    if (first == QLatin1String("--help") || first == QLatin1String("-h")) {
+        showHelp(QStringLiteral("thumbnail"),
+                 QStringLiteral("Reads a picture from standard input and writes its thumbnails to "
+                                "standard output, within narrow limits of memory and time. The "
+                                "service runs this itself; it takes no options."));
+        throw HelpShown();
+    }
     if (!arguments.isEmpty())
         throw UsageError(QStringLiteral("thumbnail reads a picture from standard input and writes "
                                         "for the service; it takes no arguments."));

@@ -29,6 +29,12 @@ bool WorkerPool::post(std::function<void()> job)
     return true;
 }
 
+std::size_t WorkerPool::waiting() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_queue.size();
+}
+
 void WorkerPool::stop()
 {
     {

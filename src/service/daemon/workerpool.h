@@ -27,13 +27,16 @@ public:
     /// Queues a job; false when the queue is full or the pool has stopped.
     bool post(std::function<void()> job);
 
+    /// How many jobs wait for a thread.
+    std::size_t waiting() const;
+
     /// Takes no further job, works off the queue and joins the threads.
     void stop();
 
 private:
     void work();
 
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::function<void()>> m_queue;
     std::vector<std::thread> m_threads;

@@ -38,6 +38,26 @@ const SqlText storeRole(R"sql(
     ON CONFLICT (account_id, user_id) DO UPDATE SET role = excluded.role
 )sql");
 
+const SqlText listAccounts(R"sql(
+    SELECT account_id, name FROM account ORDER BY account_id NULLS FIRST
+)sql");
+
+const SqlText listMembers(R"sql(
+    SELECT m.user_id, u.login, m.role
+    FROM membership m
+    JOIN app_user u ON u.user_id = m.user_id
+    WHERE m.account_id = $1
+    ORDER BY u.login_key NULLS FIRST
+)sql");
+
+const SqlText dropRights(R"sql(
+    DELETE FROM folder_perm WHERE account_id = $1 AND user_id = $2
+)sql");
+
+const SqlText dropMember(R"sql(
+    DELETE FROM membership WHERE account_id = $1 AND user_id = $2
+)sql");
+
 Account accountOf(const SqlRow &row)
 {
     return {row.integer(0), row.text(1)};
@@ -64,6 +84,24 @@ std::optional<QString> Accounts::role(qint64 accountId, const QString &userId)
 {
     return m_database.row(findRole, {accountId, userId},
                           [](const SqlRow &row) { return row.text(0); });
+}
+
+QList<Account> Accounts::all()
+{
+    return m_database.rows(listAccounts, {}, accountOf);
+}
+
+QList<Member> Accounts::members(qint64 accountId)
+{
+    return m_database.rows(listMembers, {accountId}, [](const SqlRow &row) {
+        return Member{row.text(0), row.text(1), row.text(2)};
+    });
+}
+
+void Accounts::removeMember(qint64 accountId, const QString &userId)
+{
+    m_database.exec(dropRights, {accountId, userId});
+    m_database.exec(dropMember, {accountId, userId});
 }
 
 void Accounts::add(const Account &account)

@@ -6,6 +6,8 @@
 #include "service/store/storabletext.h"
 
 #include <algorithm>
+#include <tuple>
+#include <vector>
 
 namespace Zel {
 
@@ -54,18 +56,20 @@ const SqlText countAssets(R"sql(
     WHERE account_id = $1 AND folder_id = $2 AND deleted_at IS NULL
 )sql");
 
-/// The children of each folder in order of name.
+/// The children of each folder by the UTF-8 bytes of their folded names, as the databases order
+/// texts, then by number.
 QHash<qint64, QList<AssetFolder>> childrenOf(const QHash<qint64, AssetFolder> &folders)
 {
-    QHash<qint64, QList<AssetFolder>> children;
+    using Keyed = std::tuple<QByteArray, qint64>;
+    std::vector<Keyed> order;
+    order.reserve(static_cast<std::size_t>(folders.size()));
     for (const AssetFolder &folder : folders)
+        order.emplace_back(foldedKey(folder.name).toUtf8(), folder.folderId);
+    std::sort(order.begin(), order.end());
+    QHash<qint64, QList<AssetFolder>> children;
+    for (const auto &[key, folderId] : order) {
+        const AssetFolder folder = folders.value(folderId);
         children[folder.parentId].append(folder);
-    for (QList<AssetFolder> &list : children) {
-        std::sort(list.begin(), list.end(), [](const AssetFolder &a, const AssetFolder &b) {
-            const QString keyOfA = foldedKey(a.name);
-            const QString keyOfB = foldedKey(b.name);
-            return keyOfA == keyOfB ? a.folderId < b.folderId : keyOfA < keyOfB;
-        });
     }
     return children;
 }

@@ -3,7 +3,7 @@
 #include "service/store/assets.h"
 
 #include "service/store/contenttype.h"
-#include "service/store/database.h"
+#include "service/store/listpage.h"
 #include "service/store/storabletext.h"
 
 #include <QSet>
@@ -15,12 +15,15 @@ namespace Zel {
 namespace {
 
 const SqlText listAssets(R"sql(
-    SELECT a.guid, a.name, a.detail, a.asset_type, a.created_at, a.created_by, f.ext, b.thumbnail
+    SELECT a.guid, a.name, a.detail, a.asset_type, a.created_at, a.created_by, f.ext, b.thumbnail,
+           a.name_key
     FROM asset a
     JOIN asset_file f ON f.account_id = a.account_id AND f.guid = a.guid AND f.pos = 0
     JOIN blob b ON b.account_id = f.account_id AND b.sha = f.sha
     WHERE a.account_id = $1 AND a.folder_id = $2 AND a.deleted_at IS NULL
+      AND (a.name_key, a.guid) > ($3, $4)
     ORDER BY a.name_key NULLS FIRST, a.guid NULLS FIRST
+    LIMIT $5
 )sql");
 
 const SqlText findAssetFolder(R"sql(
@@ -156,30 +159,43 @@ Assets::Assets(Database &database, AssetFolders &folders, BlobStore &blobs, cons
 {
 }
 
-Assets::Outcome Assets::list(const AssetUser &user, qint64 folderId, const Filter &filter,
-                             QList<Asset> &assets)
+Assets::Outcome Assets::visitAfter(const AssetUser &user, qint64 folderId, const Filter &filter,
+                                   const Place &after, const Visitor &visit)
 {
-    return m_database.snapshot([&] {
-        const auto letters = m_folders.letters(user, folderId);
-        if (!letters)
-            return Outcome::NotFound;
-        if (!letters->contains(QLatin1Char('R')))
-            return Outcome::NotAllowed;
-        const QSet<QString> wanted = wantedExtensions(filter.formats);
-        const QString part = foldedKey(filter.name);
-        assets.clear();
-        m_database.query(listAssets, {user.accountId, folderId}, [&](const SqlRow &row) {
-            if (!wanted.isEmpty() && !wanted.contains(row.text(6)))
-                return;
-            if (!part.isEmpty() && !foldedKey(row.text(1)).contains(part))
-                return;
-            assets.append({row.text(0), folderId, row.text(1), row.text(2), row.text(3),
-                           row.integer(4), row.text(5), row.boolean(7)});
+    constexpr qint64 rowsAtOnce = 256;
+    const auto letters = m_folders.letters(user, folderId);
+    if (!letters)
+        return Outcome::NotFound;
+    if (!letters->contains(QLatin1Char('R')))
+        return Outcome::NotAllowed;
+    const QSet<QString> wanted = wantedExtensions(filter.formats);
+    const QString part = foldedKey(filter.name);
+
+    struct Listed
+    {
+        Asset asset;
+        QString extension;
+    };
+
+    readInBatches<Listed, Place>(
+        m_database, listAssets, rowsAtOnce, after,
+        [&](const Place &place) {
+            return SqlValues{user.accountId, folderId, place.nameKey, place.guid};
+        },
+        [&](const SqlRow &row) {
+            return std::pair(Listed{{row.text(0), folderId, row.text(1), row.text(2), row.text(3),
+                                     row.integer(4), row.text(5), row.boolean(7)},
+                                    row.text(6)},
+                             Place{row.text(8), row.text(0)});
+        },
+        [&](const Listed &listed, const Place &place) {
+            if (!wanted.isEmpty() && !wanted.contains(listed.extension))
+                return true;
+            if (!part.isEmpty() && !foldedKey(listed.asset.name).contains(part))
+                return true;
+            return visit(listed.asset, place);
         });
-        const qsizetype count = filter.count > 0 ? filter.count : assets.size();
-        assets = assets.mid(std::min<qsizetype>(filter.first, assets.size()), count);
-        return Outcome::Done;
-    });
+    return Outcome::Done;
 }
 
 Assets::Outcome Assets::find(const AssetUser &user, const QString &guid, QList<AssetFile> &files)

@@ -10,6 +10,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace Zel {
@@ -64,15 +65,24 @@ public:
     {
         QString name;    ///< part of the asset's name, whatever its case; empty for any
         QString formats; ///< extensions without dot, parted by commas; "0" or empty for any
-        qint64 first = 0;
-        qint64 count = 0; ///< 0 for all
     };
+
+    /// Where an asset stands in the list of its folder; one without texts comes before all others.
+    struct Place
+    {
+        QString nameKey;
+        QString guid;
+    };
+
+    using Visitor = std::function<bool(const Asset &, const Place &)>;
 
     Assets(Database &database, AssetFolders &folders, BlobStore &blobs, const Clock &clock);
 
-    /// The assets of a folder in order of name, then guid.
-    Outcome list(const AssetUser &user, qint64 folderId, const Filter &filter,
-                 QList<Asset> &assets);
+    /// Shows the assets of a folder that come after a place, in order of name, then guid, to
+    /// `visit`, until it returns false. Only inside a snapshot of the caller's, which may be run
+    /// again from its start.
+    Outcome visitAfter(const AssetUser &user, qint64 folderId, const Filter &filter,
+                       const Place &after, const Visitor &visit);
     /// The asset's files in their order, when the person may list its folder.
     Outcome find(const AssetUser &user, const QString &guid, QList<AssetFile> &files);
     /// Puts an asset into the trash.

@@ -84,7 +84,7 @@ ZEL_EXPORT AskedQuestion questionIn(FileRecord &record);
 /// the row brings none.
 QByteArray rowIdIn(FileRecord &record, const QStringList &content);
 /// The id of a row that is told from all others by `content`.
-QByteArray contentId(const QStringList &content);
+ZEL_EXPORT QByteArray contentId(const QStringList &content);
 
 /// 63 bits made from texts. Two different ones get the same number once in some thousand million
 /// audiences of 30,000.

@@ -11,18 +11,21 @@ namespace Zel {
 
 namespace {
 
-QList<FileRecord> recordsOf(const QString &path)
+void visitRecords(const QString &path, const RecordVisitor &visit)
 {
-    return path.endsWith(QLatin1String(".csv")) ? readCsvRecords(path) : readJsonLines(path);
+    if (path.endsWith(QLatin1String(".csv")))
+        visitCsvRecords(path, visit);
+    else
+        visitJsonLines(path, visit);
 }
 
 template <class Row>
 void readRows(AudienceFiles::Rows<Row> &into, const QString &path, Row (*read)(FileRecord &))
 {
-    for (FileRecord &record : recordsOf(path)) {
+    visitRecords(path, [&](FileRecord &record) {
         into.rows << read(record);
         into.places << record.place;
-    }
+    });
 }
 
 } // namespace

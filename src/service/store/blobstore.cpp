@@ -88,7 +88,11 @@ BlobState BlobStore::verify(const BlobId &blob)
     const auto source = open(blob);
     if (!source)
         return BlobState::Missing;
-    return checksumOf(*source) == blob.sha ? BlobState::Whole : BlobState::Damaged;
+    try {
+        return checksumOf(*source) == blob.sha ? BlobState::Whole : BlobState::Damaged;
+    } catch (const BlobError &) {
+        return BlobState::Damaged; // some of it cannot be read
+    }
 }
 
 void BlobStore::add(const BlobId &blob, ByteSource &bytes, const QByteArrayList &thumbnails)

@@ -106,7 +106,7 @@ enum class BlobState
 {
     Whole,
     Missing,
-    Damaged ///< there are other bytes than the checksum says
+    Damaged ///< there are other bytes than the checksum says, or not all of them
 };
 
 /// The bytes of the files of assets and of the previews of themes, and the parts of uploads. Used
@@ -176,6 +176,9 @@ public:
     /// Removes the bytes of what was forgotten, and of parts that nobody can know any more.
     /// `unnamed` are the checksums that no row of any account names. Under a hold for clearing.
     virtual void clear(const QStringList &unnamed) = 0;
+
+    /// Whether bytes could be stored now, as far as the place they lie in is concerned.
+    virtual bool isWritable() = 0;
 
     /// Bytes that can still be stored, as far as that can be known.
     qint64 room();

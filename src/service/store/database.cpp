@@ -20,7 +20,6 @@ namespace Zel {
 
 namespace {
 
-constexpr int retrySeconds = 10;
 constexpr int longestPauseMs = 250;
 
 using Connections = std::map<quint64, std::unique_ptr<SqlConnection>>;
@@ -136,7 +135,7 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
         function();
         return;
     }
-    const QDeadlineTimer deadline(retrySeconds * 1000);
+    const QDeadlineTimer deadline(m_retryLimit);
     int lostRetries = 1;
     // Of two transactions that look for a key, do not find it and add it, PostgreSQL may tell the
     // later one of the key instead of the conflict. Run again, it finds the key.
@@ -168,6 +167,7 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
             current.rollBack();
             throw;
         }
+        m_repeated.fetch_add(1, std::memory_order_relaxed);
         if (!turn.owns_lock())
             turn.lock();
         pauseBeforeRetry(attempt);

@@ -10,6 +10,8 @@
 
 #include <QList>
 
+#include <atomic>
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <type_traits>
@@ -40,6 +42,10 @@ public:
     Database &operator=(const Database &) = delete;
 
     const DatabaseAddress &address() const { return m_address; }
+
+    /// How long `tx` goes on running a function again that others get in the way of; 10 seconds
+    /// unless set. To be set before other threads use the database.
+    void setRetryLimit(std::chrono::milliseconds limit) { m_retryLimit = limit; }
 
     /// Opens this thread's connection, so that an address that does not work is known at once.
     void open();
@@ -78,8 +84,8 @@ public:
                   const std::function<void(const SqlRow &)> &visit);
 
     /// Runs `write` in one serializable transaction and returns what it returns. When another
-    /// transaction got in the way, `write` is run again from its start (for 10 seconds at most,
-    /// with growing random pauses), so it must change nothing but the database and its own
+    /// transaction got in the way, `write` is run again from its start (see `setRetryLimit`, with
+    /// growing random pauses), so it must change nothing but the database and its own
     /// variables. A database error inside must leave `write`: what follows one would not be stored.
     /// Inside another `tx` it is part of that one.
     ///
@@ -108,6 +114,9 @@ public:
     /// value of its last row.
     QVariant runNative(const QString &sql);
 
+    /// How many times a transaction was run again since this object was made.
+    qint64 repeatedTransactions() const { return m_repeated; }
+
 private:
     template <class Result, class Function>
     Result transaction(Function &function, bool readOnly)
@@ -128,6 +137,8 @@ private:
     DatabaseAddress m_address;
     Missing m_missing;
     quint64 m_id;
+    std::atomic<qint64> m_repeated{0};
+    std::chrono::milliseconds m_retryLimit = std::chrono::seconds(10);
 };
 
 } // namespace Zel

@@ -160,10 +160,11 @@ void DatabaseBlobs::remove(qint64 accountId, const QString &contentId)
 void DatabaseBlobs::prepare(BlobPart &part, const QString &sha, const QByteArrayList &thumbnails)
 {
     Q_UNUSED(sha);
-    part.flush();
+    auto &open = dynamic_cast<DatabasePart &>(part);
+    open.flushOrBegin();
     if (thumbnails.isEmpty())
         return;
-    const auto &place = dynamic_cast<DatabasePart &>(part).place();
+    const auto &place = open.place();
     m_database.tx([&] {
         for (qsizetype i = 0; i < thumbnails.size(); ++i)
             m_database.exec(putThumbnail, {place.id.accountId, place.contentId,

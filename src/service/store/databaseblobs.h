@@ -44,6 +44,7 @@ public:
     std::unique_ptr<BlobHold> hold(BlobHold::Mode mode) override;
     void forget(const BlobId &blob) override;
     void clear(const QStringList &unnamed) override;
+    bool isWritable() override { return true; } // as the database is
 
 protected:
     /// What a SQLite file can grow by; a server does not tell.

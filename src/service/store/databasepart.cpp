@@ -131,8 +131,18 @@ void DatabasePart::append(const char *data, qint64 count)
 
 void DatabasePart::flush()
 {
-    if (m_pending.isEmpty())
-        return;
+    if (!m_pending.isEmpty())
+        storePending();
+}
+
+void DatabasePart::flushOrBegin()
+{
+    if (!m_pending.isEmpty() || m_place.contentId.isEmpty())
+        storePending();
+}
+
+void DatabasePart::storePending()
+{
     // What fails is let go of: whoever sends it asks how far it came and sends it again.
     auto letGo = qScopeGuard([this] {
         m_pending.clear();
@@ -163,6 +173,8 @@ void DatabasePart::storeChunk(const QString &contentId)
     const qint64 accountId = m_place.id.accountId;
     if (m_place.contentId.isEmpty())
         m_database.exec(addContent, {accountId, contentId, partKey(m_place.id), m_now});
+    if (m_pending.isEmpty())
+        return;
     if (m_database.exec(addChunk, {accountId, contentId, m_place.stored, qint64(m_pending.size()),
                                    m_pending}) != 1)
         throw BlobBusy();

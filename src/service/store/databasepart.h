@@ -69,6 +69,9 @@ public:
 
     const Place &place() const { return m_place; }
 
+    /// Stores what is there, be it without a byte.
+    void flushOrBegin();
+
     qint64 size() const override { return m_place.stored + m_pending.size(); }
 
     QByteArray read(qint64 offset, qint64 most) override;
@@ -78,6 +81,7 @@ public:
     std::unique_ptr<LocalFile> localFile() override;
 
 private:
+    void storePending();
     void storeChunk(const QString &contentId);
 
     Database &m_database;

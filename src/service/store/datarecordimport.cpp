@@ -7,6 +7,33 @@
 
 namespace Zel {
 
+namespace {
+
+ImportOutcome takeSaved(Store &store, const WorkspaceFiles::SavedRecordEntry &entry)
+{
+    const auto &[place, accountId, guid, entries, size] = entry.record;
+    const auto fail = [&place = place](const QString &sentence) {
+        throw WorkspaceFileError(place, sentence);
+    };
+    const QList<Theme> themes = store.themes.withGuid(guid);
+    if (!store.accounts.find(accountId))
+        fail(QStringLiteral("there is no account %1.").arg(accountId));
+    if (themes.isEmpty() ||
+        (themes.first().accountId != accountId && themes.first().accountId != 0))
+        fail(QStringLiteral("account %1 has no theme %2.").arg(accountId).arg(guid));
+    const auto user = store.users.find(entry.savedByLogin);
+    if (!user)
+        fail(QStringLiteral("there is no user \"%1\".").arg(entry.savedByLogin));
+    const StoredRecord record{entry.version, user->userId, entries};
+    const auto before = store.dataRecords.saved(accountId, guid);
+    if (before == record)
+        return ImportOutcome::Unchanged;
+    store.dataRecords.storeSaved(accountId, guid, record);
+    return before ? ImportOutcome::Changed : ImportOutcome::Added;
+}
+
+} // namespace
+
 ImportCount importDataRecords(Store &store, const WorkspaceFiles &files)
 {
     const auto take = [&store](const WorkspaceFiles::DataRecordEntry &entry) {
@@ -21,7 +48,14 @@ ImportCount importDataRecords(Store &store, const WorkspaceFiles &files)
         store.dataRecords.storeImported(entry.accountId, entry.guid, entry.entries);
         return before ? ImportOutcome::Changed : ImportOutcome::Added;
     };
-    return countImports(QStringLiteral("data records"), files.dataRecords, take);
+    ImportCount sum = countImports(QStringLiteral("data records"), files.dataRecords, take);
+    const ImportCount saved =
+        countImports(sum.kind, files.savedRecords,
+                     [&store](const auto &entry) { return takeSaved(store, entry); });
+    sum.added += saved.added;
+    sum.changed += saved.changed;
+    sum.unchanged += saved.unchanged;
+    return sum;
 }
 
 } // namespace Zel

@@ -153,6 +153,11 @@ std::optional<StoredRecord> DataRecords::imported(qint64 themeAccountId, const Q
     return read({themeAccountId, themeGuid, false});
 }
 
+std::optional<StoredRecord> DataRecords::saved(qint64 accountId, const QString &themeGuid)
+{
+    return read({accountId, themeGuid, true});
+}
+
 DataRecords::Save DataRecords::save(const ThemeUser &user, const QString &themeGuid, qint64 version,
                                     const QList<RecordValue> &values)
 {
@@ -197,12 +202,24 @@ void DataRecords::storeImported(qint64 themeAccountId, const QString &themeGuid,
 {
     const auto before = head({themeAccountId, themeGuid, false});
     const qint64 version = before ? before->version + 1 : 1;
-    m_database.exec(putHead, {themeAccountId, themeGuid, false, version, std::nullopt});
-    m_database.exec(dropEntries, {themeAccountId, themeGuid, false});
+    replace({themeAccountId, themeGuid, false}, {version, QString(), entries});
+}
+
+void DataRecords::storeSaved(qint64 accountId, const QString &themeGuid, const StoredRecord &record)
+{
+    replace({accountId, themeGuid, true}, record);
+}
+
+void DataRecords::replace(const Key &key, const StoredRecord &record)
+{
+    const std::optional<QString> savedBy =
+        record.savedById.isEmpty() ? std::nullopt : std::optional(record.savedById);
+    m_database.exec(putHead, {key.accountId, key.themeGuid, key.edited, record.version, savedBy});
+    m_database.exec(dropEntries, {key.accountId, key.themeGuid, key.edited});
     qint64 position = 0;
-    for (const RecordEntry &entry : entries)
-        m_database.exec(addEntry, {themeAccountId, themeGuid, false, position++, entry.label,
-                                   entry.type, entry.hidden, entry.ext, entry.source,
+    for (const RecordEntry &entry : record.entries)
+        m_database.exec(addEntry, {key.accountId, key.themeGuid, key.edited, position++,
+                                   entry.label, entry.type, entry.hidden, entry.ext, entry.source,
                                    entry.buttonText, entry.width, entry.height, entry.value.text,
                                    entry.value.guid, entry.value.dependencies});
 }

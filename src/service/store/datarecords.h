@@ -96,6 +96,13 @@ public:
     /// The record of a theme as it was imported; inside a transaction or snapshot.
     std::optional<StoredRecord> imported(qint64 themeAccountId, const QString &themeGuid);
 
+    /// The record that an account has saved of a theme; inside a transaction or snapshot.
+    std::optional<StoredRecord> saved(qint64 accountId, const QString &themeGuid);
+
+    /// Stores a record as one that an account has saved, in place of a former one. Only inside a
+    /// transaction.
+    void storeSaved(qint64 accountId, const QString &themeGuid, const StoredRecord &record);
+
     /// Stores the record of a theme as imported, in place of a former one, whose version grows by
     /// one. Only inside a transaction.
     void storeImported(qint64 themeAccountId, const QString &themeGuid,
@@ -112,6 +119,7 @@ private:
     std::optional<Key> keyOf(const ThemeUser &user, const QString &themeGuid);
     std::optional<StoredRecord> read(const Key &key);
     std::optional<StoredRecord> head(const Key &key);
+    void replace(const Key &key, const StoredRecord &record);
     void write(const Key &key, const StoredRecord &before, const QList<RecordValue> &values);
 
     Database &m_database;

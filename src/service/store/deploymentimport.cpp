@@ -36,16 +36,41 @@ void defineSurveys(Store &store, const DeploymentRef &deployment, const Audience
                                                 "key can be changed now."));
 }
 
+/// Takes many rows in part by part, so that it can be seen how far it is.
+template <class Row, class Take>
+ImportCount takeParts(const QString &kind, const AudienceFiles::Rows<Row> &rows,
+                      const Progress &progress, const Take &take)
+{
+    constexpr qsizetype rowsAtOnce = 20'000;
+    Intake sum;
+    for (qsizetype at = 0; at < rows.rows.size(); at += rowsAtOnce) {
+        tell(progress, kind, at, rows.rows.size());
+        const Intake part = take(rows.rows.mid(at, rowsAtOnce));
+        sum.added += part.added;
+        sum.changed += part.changed;
+        sum.known += part.known;
+        for (Intake::Refusal refusal : part.refused) {
+            refusal.row += at;
+            sum.refused << refusal;
+        }
+    }
+    return counted(kind, rows, sum);
+}
+
 QList<ImportCount> takeAudience(Store &store, const DeploymentRef &deployment,
-                                const AudienceFiles &files)
+                                const AudienceFiles &files, const Progress &progress)
 {
     definePolls(store, deployment, files);
     defineSurveys(store, deployment, files);
     return {
-        counted(QStringLiteral("registrants"), files.registrations,
-                store.audience.takeRegistrations(deployment, files.registrations.rows)),
-        counted(QStringLiteral("page views"), files.views,
-                store.audience.takeViews(deployment, files.views.rows)),
+        takeParts(QStringLiteral("registrants"), files.registrations, progress,
+                  [&](const QList<Registration> &rows) {
+                      return store.audience.takeRegistrations(deployment, rows);
+                  }),
+        takeParts(QStringLiteral("page views"), files.views, progress,
+                  [&](const QList<PageView> &rows) {
+                      return store.audience.takeViews(deployment, rows);
+                  }),
         counted(QStringLiteral("questions"), files.questions,
                 store.questions.take(deployment, files.questions.rows)),
         counted(QStringLiteral("votes"), files.votes,
@@ -91,10 +116,13 @@ void add(QList<ImportCount> &sums, const QList<ImportCount> &counts)
 
 } // namespace
 
-QHash<QString, AudienceFiles> newAudiences(Store &store, const WorkspaceFiles &files)
+QHash<QString, AudienceFiles> newAudiences(Store &store, const WorkspaceFiles &files,
+                                           const Progress &progress)
 {
     QHash<QString, AudienceFiles> audiences;
+    qint64 done = 0;
     for (const WorkspaceFiles::DeploymentEntry &entry : files.deployments) {
+        tell(progress, QStringLiteral("deployments read"), done++, files.deployments.size());
         if (!entry.folder.isEmpty() &&
             !store.deployments.hasFiles(entry.accountId, entry.deployment.guid, entry.filesHash))
             audiences.insert(entry.folder, AudienceFiles::read({entry.folder}));
@@ -103,7 +131,8 @@ QHash<QString, AudienceFiles> newAudiences(Store &store, const WorkspaceFiles &f
 }
 
 QList<ImportCount> importDeployments(Store &store, const WorkspaceFiles &files,
-                                     const QHash<QString, AudienceFiles> &audiences)
+                                     const QHash<QString, AudienceFiles> &audiences,
+                                     const Progress &progress)
 {
     QList<ImportCount> counts{countImports(QStringLiteral("deployments"), files.deployments,
                                            [&store](const WorkspaceFiles::DeploymentEntry &entry) {
@@ -115,16 +144,17 @@ QList<ImportCount> importDeployments(Store &store, const WorkspaceFiles &files,
             continue;
         const QString guid = entry.deployment.guid;
         const auto deployment = store.deployments.find(entry.accountId, guid);
-        add(counts, takeAudience(store, deployment.value(), *audience));
+        add(counts, takeAudience(store, deployment.value(), *audience, progress));
         store.deployments.setFilesHash(entry.accountId, guid, entry.filesHash);
     }
     return counts;
 }
 
 QList<ImportCount> importAudience(Store &store, const DeploymentRef &deployment,
-                                  const AudienceFiles &files)
+                                  const AudienceFiles &files, const ImportOptions &options)
 {
-    return store.database.tx([&] { return takeAudience(store, deployment, files); });
+    return importInside(store, options,
+                        [&] { return takeAudience(store, deployment, files, options.progress); });
 }
 
 } // namespace Zel

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/deployments.h"
 
-#include "service/store/database.h"
 #include "service/store/securebytes.h"
 #include "service/store/serverkeys.h"
 
@@ -16,8 +15,9 @@ const SqlText findProject(R"sql(
 
 const SqlText listDeployments(R"sql(
     SELECT guid, project_guid, name, published_at FROM deployment
-    WHERE account_id = $1 AND project_guid = $2
+    WHERE account_id = $1 AND project_guid = $2 AND (published_at, guid) < ($3, $4)
     ORDER BY published_at DESC NULLS LAST, guid DESC NULLS LAST
+    LIMIT $5
 )sql");
 
 const SqlText findDeployment(R"sql(
@@ -87,14 +87,21 @@ QByteArray Deployments::hashOf(const QString &key) const
     return keyedHash(m_key, key.toUtf8());
 }
 
-std::optional<QList<Deployment>> Deployments::list(qint64 accountId, const QString &projectGuid)
+std::optional<Deployments::Page> Deployments::list(qint64 accountId, const QString &projectGuid,
+                                                   const DeploymentPlace &after, qint64 limit)
 {
-    return m_database.snapshot([&]() -> std::optional<QList<Deployment>> {
+    return m_database.snapshot([&]() -> std::optional<Page> {
         const auto known = m_database.row(findProject, {accountId, projectGuid},
                                           [](const SqlRow &row) { return row.text(0); });
         if (!known)
             return std::nullopt;
-        return m_database.rows(listDeployments, {accountId, projectGuid}, deploymentOf);
+        return readPage<Deployment, DeploymentPlace>(
+            m_database, listDeployments, {accountId, projectGuid, after.publishedAt, after.guid},
+            limit, [](const SqlRow &row) {
+                const Deployment deployment = deploymentOf(row);
+                return std::pair(deployment,
+                                 DeploymentPlace{deployment.publishedAt, deployment.guid});
+            });
     });
 }
 

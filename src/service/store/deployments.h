@@ -4,6 +4,8 @@
 
 #include "platform/core/export.h"
 
+#include "service/store/listpage.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -12,7 +14,6 @@
 
 namespace Zel {
 
-class Database;
 class ServerKeys;
 
 /// A published event, as it is stored.
@@ -24,6 +25,13 @@ struct Deployment
     qint64 publishedAt = 0; ///< milliseconds UTC
 
     bool operator==(const Deployment &) const = default;
+};
+
+/// Where a deployment stands in the list of its project; the default comes before all others.
+struct DeploymentPlace
+{
+    qint64 publishedAt = std::numeric_limits<qint64>::max();
+    QString guid;
 };
 
 /// How the rows of an audience name their deployment.
@@ -44,9 +52,12 @@ public:
 
     Deployments(Database &database, ServerKeys &keys);
 
+    using Page = ListPage<Deployment, DeploymentPlace>;
+
     /// The deployments of a project, the newest first; nothing when the account has no such
     /// project.
-    std::optional<QList<Deployment>> list(qint64 accountId, const QString &projectGuid);
+    std::optional<Page> list(qint64 accountId, const QString &projectGuid,
+                             const DeploymentPlace &after = {}, qint64 limit = allRows);
     std::optional<DeploymentRef> find(qint64 accountId, const QString &guid);
     /// The deployment whose key is given; nothing when it is that of another one.
     std::optional<DeploymentRef> findByKey(const QString &guid, const QString &key);

@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStorageInfo>
+#include <QTemporaryFile>
 
 #include <cerrno>
 #include <chrono>
@@ -239,6 +240,13 @@ void FileBlobs::clear(const QStringList &unnamed)
         if (parts.fileInfo().lastModified() < since)
             QFile::remove(parts.filePath());
     }
+}
+
+bool FileBlobs::isWritable()
+{
+    makeFolder(m_folder);
+    QTemporaryFile file(m_folder + QLatin1String("/ready-XXXXXX"));
+    return file.open() && file.write("ready") > 0 && file.flush();
 }
 
 qint64 FileBlobs::measuredRoom()

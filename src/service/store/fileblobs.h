@@ -40,6 +40,7 @@ public:
     std::unique_ptr<BlobHold> hold(BlobHold::Mode mode) override;
     void forget(const BlobId &blob) override;
     void clear(const QStringList &unnamed) override;
+    bool isWritable() override;
 
 protected:
     qint64 measuredRoom() override;

@@ -55,6 +55,9 @@ QString forSqlite(QString sql)
     sql.replace(boolean, QStringLiteral("\\1 INTEGER CHECK (\\1 IN (0, 1))"));
     sql.replace(QLatin1String(" BIGINT"), QLatin1String(" INTEGER"));
     sql.replace(QLatin1String(" BYTEA"), QLatin1String(" BLOB"));
+    // It has no other place for NULL in an index, and cannot be told so.
+    if (sql.startsWith(QLatin1String("CREATE INDEX")))
+        sql.remove(QLatin1String(" NULLS FIRST"));
     if (sql.startsWith(QLatin1String("CREATE TABLE")))
         sql.replace(tableEnd, QStringLiteral(") STRICT"));
     return sql;

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <atomic>
+
 namespace Zel {
 
 /// Argon2id password hashes in libsodium's text form, which carries its own salt and cost.
@@ -24,6 +26,8 @@ public:
     QString hash(const QString &password) const;
     /// Compares in constant time. A hash that is none verifies nothing.
     bool verify(const QString &hash, const QString &password) const;
+    /// Whether a text is a hash that `verify` can check at a cost that can be borne.
+    static bool isHash(const QString &text);
     /// Whether a hash is weaker than what `hash` makes now. A hasher at minimal cost never says so:
     /// it would weaken what it touches.
     bool isOutdated(const QString &hash) const;
@@ -32,10 +36,14 @@ public:
     /// does not exist, so that the answer takes as long.
     const QString &dummy() const { return m_dummy; }
 
+    /// How many hashes were made or compared with since it was made.
+    qint64 hashes() const { return m_hashes; }
+
 private:
     unsigned long long m_operations;
     size_t m_memory;
     bool m_isStrong;
+    mutable std::atomic<qint64> m_hashes{0};
     QString m_dummy;
 };
 

@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/polls.h"
 
-#include "service/store/arrival.h"
 #include "service/store/bulktext.h"
-#include "service/store/database.h"
 #include "service/store/recordfile.h"
 
 #include <QHash>
@@ -35,9 +33,10 @@ const SqlText countVotes(R"sql(
 )sql");
 
 const SqlText listVotes(R"sql(
-    SELECT user_guid, question_no, answer_no, voted_at FROM poll_vote
-    WHERE account_id = $1 AND dep_no = $2
+    SELECT user_guid, question_no, answer_no, voted_at, arrived, vote_id FROM poll_vote
+    WHERE account_id = $1 AND dep_no = $2 AND (arrived, vote_id) > ($3, $4)
     ORDER BY arrived NULLS FIRST, vote_id NULLS FIRST
+    LIMIT $5
 )sql");
 
 const SqlText findVoteOf(R"sql(
@@ -222,7 +221,7 @@ Vote voteIn(FileRecord &record)
     return vote;
 }
 
-QList<Poll> Polls::list(const DeploymentRef &deployment)
+QList<Poll> Polls::definitions(const DeploymentRef &deployment)
 {
     return m_database.snapshot([&] {
         const SqlValues key{deployment.accountId, deployment.number};
@@ -232,6 +231,15 @@ QList<Poll> Polls::list(const DeploymentRef &deployment)
         m_database.query(listAnswers, key, [&](const SqlRow &row) {
             polls[row.integer(0) - 1].choices.append({row.text(1), row.text(2), 0});
         });
+        return polls;
+    });
+}
+
+QList<Poll> Polls::list(const DeploymentRef &deployment)
+{
+    return m_database.snapshot([&] {
+        const SqlValues key{deployment.accountId, deployment.number};
+        QList<Poll> polls = definitions(deployment);
         m_database.query(countVotes, key, [&](const SqlRow &row) {
             polls[row.integer(0) - 1].choices[row.integer(1) - 1].votes = row.integer(2);
         });
@@ -239,11 +247,15 @@ QList<Poll> Polls::list(const DeploymentRef &deployment)
     });
 }
 
-QList<StoredVote> Polls::votes(const DeploymentRef &deployment)
+ListPage<StoredVote, ArrivalPlace> Polls::votes(const DeploymentRef &deployment,
+                                                const ArrivalPlace &after, qint64 limit)
 {
-    return m_database.rows(
-        listVotes, {deployment.accountId, deployment.number}, [](const SqlRow &row) {
-            return StoredVote{row.text(0), row.integer(1), row.integer(2), row.integer(3)};
+    return readPage<StoredVote, ArrivalPlace>(
+        m_database, listVotes, {deployment.accountId, deployment.number, after.arrived, after.id},
+        limit, [](const SqlRow &row) {
+            return std::pair(
+                StoredVote{row.text(0), row.integer(1), row.integer(2), row.integer(3)},
+                ArrivalPlace{row.integer(4), row.bytes(5)});
         });
 }
 

@@ -3,8 +3,10 @@
 #pragma once
 
 #include "platform/core/export.h"
+#include "service/store/arrival.h"
 #include "service/store/audience.h"
 #include "service/store/clock.h"
+#include "service/store/listpage.h"
 
 namespace Zel {
 
@@ -58,10 +60,13 @@ public:
     {
     }
 
+    /// Without the votes.
+    QList<Poll> definitions(const DeploymentRef &deployment);
     /// With the votes each answer has now.
     QList<Poll> list(const DeploymentRef &deployment);
-    /// All votes in order of arrival.
-    QList<StoredVote> votes(const DeploymentRef &deployment);
+    /// Votes in order of arrival.
+    ListPage<StoredVote, ArrivalPlace>
+    votes(const DeploymentRef &deployment, const ArrivalPlace &after = {}, qint64 limit = allRows);
     /// A person has one vote in a poll, or one for each answer where it is a multiple one; further
     /// ones are refused.
     Intake take(const DeploymentRef &deployment, const QList<Vote> &votes);

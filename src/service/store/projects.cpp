@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/projects.h"
 
-#include "service/store/database.h"
+#include "service/store/listpage.h"
 #include "service/store/storabletext.h"
 #include "service/store/themes.h"
 
@@ -28,11 +28,12 @@ const SqlText putType(R"sql(
 
 const SqlText listProjects(R"sql(
     SELECT p.guid, p.type_id, p.name, p.description, p.created_at, p.modified_at, p.created_by,
-           u.display_name, p.event_at, p.published, p.theme_guid
+           u.display_name, p.event_at, p.published, p.theme_guid, p.name_key
     FROM project p
     JOIN app_user u ON u.user_id = p.created_by
-    WHERE p.account_id = $1 AND p.type_id = $2
+    WHERE p.account_id = $1 AND p.type_id = $2 AND (p.name_key, p.guid) > ($3, $4)
     ORDER BY p.name_key NULLS FIRST, p.guid NULLS FIRST
+    LIMIT $5
 )sql");
 
 const SqlText findProject(R"sql(
@@ -59,6 +60,9 @@ const SqlText changeProject(R"sql(
                        theme_guid = $12
     WHERE account_id = $1 AND guid = $2
 )sql");
+
+/// Of projects, whose descriptions may be long.
+constexpr qint64 rowsAtOnce = 256;
 
 Project projectOf(const SqlRow &row)
 {
@@ -110,14 +114,35 @@ QList<ProjectKind> Projects::types(qint64 accountId)
     });
 }
 
+bool Projects::visitAfter(qint64 accountId, const QString &typeId, const Place &after,
+                          const Visitor &visit)
+{
+    const auto known = m_database.row(findType, {accountId, typeId},
+                                      [](const SqlRow &row) { return row.text(0); });
+    if (!known)
+        return false;
+    readInBatches<Project, Place>(
+        m_database, listProjects, rowsAtOnce, after,
+        [&](const Place &place) {
+            return SqlValues{accountId, typeId, place.nameKey, place.guid};
+        },
+        [](const SqlRow &row) {
+            return std::pair(projectOf(row), Place{row.text(11), row.text(0)});
+        },
+        visit);
+    return true;
+}
+
 std::optional<QList<Project>> Projects::list(qint64 accountId, const QString &typeId)
 {
     return m_database.snapshot([&]() -> std::optional<QList<Project>> {
-        const auto known = m_database.row(findType, {accountId, typeId},
-                                          [](const SqlRow &row) { return row.text(0); });
-        if (!known)
-            return std::nullopt;
-        return m_database.rows(listProjects, {accountId, typeId}, projectOf);
+        QList<Project> projects;
+        const bool known =
+            visitAfter(accountId, typeId, {}, [&](const Project &project, const Place &) {
+                projects << project;
+                return true;
+            });
+        return known ? std::optional(projects) : std::nullopt;
     });
 }
 

@@ -8,6 +8,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace Zel {
@@ -57,7 +58,21 @@ public:
 
     Projects(Database &database, Themes &themes, const Clock &clock);
 
+    /// Where a project stands in the list of its type; one without texts comes before all others.
+    struct Place
+    {
+        QString nameKey;
+        QString guid;
+    };
+
+    using Visitor = std::function<bool(const Project &, const Place &)>;
+
     QList<ProjectKind> types(qint64 accountId);
+    /// Shows the projects of a type that come after a place, in order of name, then guid, to
+    /// `visit`, until it returns false. False when there is no such type. Only inside a snapshot
+    /// of the caller's, which may be run again from its start.
+    bool visitAfter(qint64 accountId, const QString &typeId, const Place &after,
+                    const Visitor &visit);
     /// The projects of a type in order of name, then guid; nothing when there is no such type.
     std::optional<QList<Project>> list(qint64 accountId, const QString &typeId);
     std::optional<Project> find(qint64 accountId, const QString &guid);

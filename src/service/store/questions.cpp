@@ -3,9 +3,8 @@
 #include "service/store/questions.h"
 
 #include "service/store/bulktext.h"
-#include "service/store/database.h"
+#include "service/store/listpage.h"
 #include "service/store/recordfile.h"
-#include "service/store/wholeread.h"
 
 #include <QSet>
 #include <QUuid>
@@ -16,8 +15,25 @@ namespace {
 
 const QString submitted = QStringLiteral("SUBMITTED");
 const QString staged = QStringLiteral("STAGED");
+const QString answered = QStringLiteral("ANSWERED");
 
-const SqlText listQuestions(R"sql(
+/// Of questions, whose texts may be long.
+constexpr qint64 rowsAtOnce = 64;
+
+const SqlText listUntimed(R"sql(
+    SELECT q.guid, q.status, p.user_id, r.first_name, r.last_name, r.email, r.registered_at,
+           q.question_text, q.answer_text, q.submitted_at, q.answered_at
+    FROM question q
+    JOIN audience_person p
+        ON p.account_id = q.account_id AND p.dep_no = q.dep_no AND p.person_no = q.person_no
+    LEFT JOIN registrant r
+        ON r.account_id = q.account_id AND r.dep_no = q.dep_no AND r.person_no = q.person_no
+    WHERE q.account_id = $1 AND q.dep_no = $2 AND q.submitted_at IS NULL AND q.guid > $3
+    ORDER BY q.guid NULLS FIRST
+    LIMIT $4
+)sql");
+
+const SqlText listTimed(R"sql(
     SELECT q.guid, q.status, p.user_id, r.first_name, r.last_name, r.email, r.registered_at,
            q.question_text, q.answer_text, q.submitted_at, q.answered_at
     FROM question q
@@ -26,8 +42,9 @@ const SqlText listQuestions(R"sql(
     LEFT JOIN registrant r
         ON r.account_id = q.account_id AND r.dep_no = q.dep_no AND r.person_no = q.person_no
     WHERE q.account_id = $1 AND q.dep_no = $2
-      AND (q.submitted_at IS NULL OR (q.submitted_at >= $3 AND q.submitted_at < $4))
+      AND (q.submitted_at, q.guid) > ($3, $4) AND q.submitted_at < $5
     ORDER BY q.submitted_at NULLS FIRST, q.guid NULLS FIRST
+    LIMIT $6
 )sql");
 
 const BulkText addQuestions(R"sql(
@@ -44,7 +61,8 @@ const SqlText findQuestion(R"sql(
 )sql");
 
 const SqlText changeTexts(R"sql(
-    UPDATE question SET answer_text = $3, question_text = $4, answered_at = $5
+    UPDATE question SET question_text = $4,
+        answered_at = CASE WHEN answer_text = $3 THEN answered_at ELSE $5 END, answer_text = $3
     WHERE account_id = $1 AND guid = $2
 )sql");
 
@@ -88,7 +106,10 @@ AskedQuestion questionIn(FileRecord &record)
     AskedQuestion question;
     question.guid = record.guid(QStringLiteral("id"));
     question.userId = record.text(QStringLiteral("user"), longestUserId);
-    question.text = record.text(QStringLiteral("text"), longestQuestion);
+    // Only a moderator can leave a question without words.
+    question.text = record.has(QStringLiteral("status"))
+                        ? record.textOrEmpty(QStringLiteral("text"), longestQuestion)
+                        : record.text(QStringLiteral("text"), longestQuestion);
     question.at = record.timeOrEmpty(QStringLiteral("at"));
     question.status = submitted;
     if (record.has(QStringLiteral("status")))
@@ -131,6 +152,16 @@ QString Questions::escaped(const QString &text)
     return result;
 }
 
+QString Questions::unescaped(const QString &text)
+{
+    QString result = text;
+    // "&" last: what it brings about is no entity.
+    for (const auto &[entity, character] :
+         {std::pair("&apos;", '\''), {"&quot;", '"'}, {"&gt;", '>'}, {"&lt;", '<'}, {"&amp;", '&'}})
+        result.replace(QLatin1String(entity), QString(QLatin1Char(character)));
+    return result;
+}
+
 bool Questions::isModeration(const QString &status)
 {
     return status == staged || status == QLatin1String("RETRACT") ||
@@ -139,7 +170,7 @@ bool Questions::isModeration(const QString &status)
 
 bool Questions::isPlayback(const QString &status)
 {
-    return status == QLatin1String("PUBLISH") || status == QLatin1String("ANSWERED");
+    return status == QLatin1String("PUBLISH") || status == answered;
 }
 
 bool Questions::isStatus(const QString &status)
@@ -147,13 +178,49 @@ bool Questions::isStatus(const QString &status)
     return status == submitted || isModeration(status) || isPlayback(status);
 }
 
-QList<StoredQuestion> Questions::list(const DeploymentRef &deployment, const TimeRange &range)
+void Questions::visitAfter(const DeploymentRef &deployment, const TimeRange &range,
+                           const Place &after, const Visitor &visit)
 {
     const HourCut cut(range);
-    return readWhole(m_database, [&] {
-        return m_database.rows(listQuestions,
-                               {deployment.accountId, deployment.number, cut.from, cut.end},
-                               questionOf);
+    const auto entryOf = [](const SqlRow &row) {
+        const StoredQuestion question = questionOf(row);
+        return std::pair(question, Place{question.submittedAt, question.guid});
+    };
+    bool goesOn = true;
+    const auto show = [&](const StoredQuestion &question, const Place &place) {
+        goesOn = visit(question, place);
+        return goesOn;
+    };
+    if (!after.submittedAt)
+        readInBatches<StoredQuestion, Place>(
+            m_database, listUntimed, rowsAtOnce, after,
+            [&](const Place &place) {
+                return SqlValues{deployment.accountId, deployment.number, place.guid};
+            },
+            entryOf, show);
+    if (!goesOn)
+        return;
+    const bool isBefore = after.submittedAt.value_or(cut.from) < cut.from;
+    // No question has an empty guid, so this is before the first one of the range.
+    const Place begin = isBefore || !after.submittedAt ? Place{cut.from, QString()} : after;
+    readInBatches<StoredQuestion, Place>(
+        m_database, listTimed, rowsAtOnce, begin,
+        [&](const Place &place) {
+            return SqlValues{deployment.accountId, deployment.number, place.submittedAt, place.guid,
+                             cut.end};
+        },
+        entryOf, show);
+}
+
+QList<StoredQuestion> Questions::list(const DeploymentRef &deployment, const TimeRange &range)
+{
+    return m_database.snapshot([&] {
+        QList<StoredQuestion> questions;
+        visitAfter(deployment, range, {}, [&](const StoredQuestion &question, const Place &) {
+            questions << question;
+            return true;
+        });
+        return questions;
     });
 }
 
@@ -216,7 +283,7 @@ Questions::Played Questions::setPlayed(const DeploymentRef &deployment, const QS
         const auto found = find(m_database, deployment.accountId, guid);
         if (!found || found->depNo != deployment.number)
             return Played::Unknown;
-        if (found->status == status)
+        if (found->status == status || found->status == answered)
             return Played::Known;
         if (found->status != staged && !isPlayback(found->status))
             return Played::NotStaged;

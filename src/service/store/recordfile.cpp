@@ -100,7 +100,12 @@ std::optional<qint64> FileRecord::timeOrEmpty(const QString &name)
     if (!time.isValid() || time.timeSpec() == Qt::LocalTime)
         refuse(QStringLiteral("\"%1\" must be a time with its zone like 2026-03-04T15:00:00Z.")
                    .arg(name));
-    return time.toMSecsSinceEpoch();
+    // A zone can move the first and the last day out of the years that can be written.
+    const qint64 milliseconds = time.toMSecsSinceEpoch();
+    if (milliseconds < earliestTime || milliseconds > latestTime)
+        refuse(
+            QStringLiteral("\"%1\" must be a time within the years 1 to 9999 of UTC.").arg(name));
+    return milliseconds;
 }
 
 qint64 FileRecord::time(const QString &name)

@@ -12,6 +12,7 @@
 #include <QSet>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace Zel {
@@ -58,10 +59,16 @@ private:
 /// The records of a JSON file that holds a list of objects.
 ZEL_EXPORT QList<FileRecord> readJsonRecords(const QString &path);
 
-/// The records of a file that holds one JSON object a line. Empty lines are passed over.
-ZEL_EXPORT QList<FileRecord> readJsonLines(const QString &path);
+using RecordVisitor = std::function<void(FileRecord &)>;
 
-/// The records of a CSV file (RFC 4180, UTF-8, comma) whose first line names the columns.
+/// Shows the records of a file that holds one JSON object a line to `visit`, one at a time: a list
+/// of a million takes gigabytes. Empty lines are passed over.
+ZEL_EXPORT void visitJsonLines(const QString &path, const RecordVisitor &visit);
+
+/// The same for a CSV file (RFC 4180, UTF-8, comma) whose first line names the columns.
+ZEL_EXPORT void visitCsvRecords(const QString &path, const RecordVisitor &visit);
+
+/// The records of a CSV file that is not long.
 ZEL_EXPORT QList<FileRecord> readCsvRecords(const QString &path);
 
 } // namespace Zel

@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QStringDecoder>
 
+#include <optional>
+
 namespace Zel {
 
 namespace {
@@ -17,6 +19,16 @@ QByteArray readAll(const QString &path)
         throw WorkspaceFileError({path, 0},
                                  QStringLiteral("cannot be read: %1.").arg(file.errorString()));
     return file.readAll();
+}
+
+/// Qt drops a byte order mark at the beginning of every text; it keeps the escape of one. The mark
+/// of the file itself goes.
+QByteArray withMarksEscaped(QByteArray json)
+{
+    const QByteArray mark = "\xef\xbb\xbf";
+    if (json.startsWith(mark))
+        json.remove(0, mark.size());
+    return json.replace(mark, "\\ufeff");
 }
 
 int lineAt(const QByteArray &text, qsizetype offset)
@@ -47,7 +59,7 @@ QList<int> memberLines(const QByteArray &json)
     return lines;
 }
 
-/// Cuts a CSV text into rows; keeps the line each row begins at.
+/// Cuts a CSV text into rows, one at a time; knows the line each row begins at.
 class CsvRows
 {
 public:
@@ -63,11 +75,15 @@ public:
     {
     }
 
-    QList<Row> read()
+    /// The next row that is not blank; nothing at the end.
+    std::optional<Row> next()
     {
-        while (m_at < m_text.size())
-            readRow();
-        return m_rows;
+        while (m_at < m_text.size()) {
+            Row row = readRow();
+            if (row.cells != QStringList{QString()})
+                return row;
+        }
+        return std::nullopt;
     }
 
 private:
@@ -78,7 +94,7 @@ private:
 
     bool at(char c) const { return m_at < m_text.size() && m_text.at(m_at) == QLatin1Char(c); }
 
-    void readRow()
+    Row readRow()
     {
         Row row;
         row.line = m_line;
@@ -95,8 +111,7 @@ private:
             refuse(
                 QStringLiteral("a comma or the end of the line is missing after a quoted text."));
         ++m_line;
-        if (row.cells != QStringList{QString()}) // a blank line
-            m_rows << row;
+        return row;
     }
 
     QString readCell()
@@ -129,14 +144,13 @@ private:
     QString m_text;
     qsizetype m_at = 0;
     int m_line = 1;
-    QList<Row> m_rows;
 };
 
 } // namespace
 
 QList<FileRecord> readJsonRecords(const QString &path)
 {
-    const QByteArray json = readAll(path);
+    const QByteArray json = withMarksEscaped(readAll(path));
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError)
@@ -158,12 +172,14 @@ QList<FileRecord> readJsonRecords(const QString &path)
     return records;
 }
 
-QList<FileRecord> readJsonLines(const QString &path)
+void visitJsonLines(const QString &path, const RecordVisitor &visit)
 {
-    QList<FileRecord> records;
-    int number = 0;
-    for (const QByteArray &line : readAll(path).split('\n')) {
-        ++number;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw WorkspaceFileError({path, 0},
+                                 QStringLiteral("cannot be read: %1.").arg(file.errorString()));
+    for (int number = 1; !file.atEnd(); ++number) {
+        const QByteArray line = withMarksEscaped(file.readLine());
         if (line.trimmed().isEmpty())
             continue;
         FileRecord record;
@@ -175,34 +191,39 @@ QList<FileRecord> readJsonLines(const QString &path)
         if (!document.isObject())
             record.refuse(QStringLiteral("must be an object."));
         record.fields = document.object();
-        records << record;
+        visit(record);
     }
-    return records;
 }
 
-QList<FileRecord> readCsvRecords(const QString &path)
+void visitCsvRecords(const QString &path, const RecordVisitor &visit)
 {
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString text = decoder(readAll(path));
     if (decoder.hasError())
         throw WorkspaceFileError({path, 0}, QStringLiteral("is not UTF-8."));
-    const QList<CsvRows::Row> rows = CsvRows(path, text).read();
-    if (rows.isEmpty())
+    CsvRows rows(path, text);
+    const auto head = rows.next();
+    if (!head)
         throw WorkspaceFileError({path, 1}, QStringLiteral("the line with the columns' names is "
                                                            "missing."));
-    const QStringList names = rows.first().cells;
-    QList<FileRecord> records;
-    for (const CsvRows::Row &row : rows.mid(1)) {
+    const QStringList &names = head->cells;
+    while (const auto row = rows.next()) {
         FileRecord record;
-        record.place = {path, row.line};
-        if (row.cells.size() != names.size())
+        record.place = {path, row->line};
+        if (row->cells.size() != names.size())
             record.refuse(QStringLiteral("the line has %1 cells instead of %2.")
-                              .arg(row.cells.size())
+                              .arg(row->cells.size())
                               .arg(names.size()));
         for (qsizetype i = 0; i < names.size(); ++i)
-            record.fields.insert(names.at(i), row.cells.at(i));
-        records << record;
+            record.fields.insert(names.at(i), row->cells.at(i));
+        visit(record);
     }
+}
+
+QList<FileRecord> readCsvRecords(const QString &path)
+{
+    QList<FileRecord> records;
+    visitCsvRecords(path, [&records](FileRecord &record) { records << record; });
     return records;
 }
 

@@ -40,6 +40,10 @@ const SqlText endSession(R"sql(
     DELETE FROM session WHERE token_hash = $1
 )sql");
 
+const SqlText endSessionsOf(R"sql(
+    DELETE FROM session WHERE user_id = $1
+)sql");
+
 const SqlText removeExpired(R"sql(
     DELETE FROM session WHERE expires_at <= $1
 )sql");
@@ -106,6 +110,11 @@ bool Sessions::bindAccount(const Session &session, qint64 accountId)
     return m_database.tx([&] {
         return m_database.exec(bindSession, {session.tokenHash, accountId, session.userId}) == 1;
     });
+}
+
+qint64 Sessions::endAll(const QString &userId)
+{
+    return m_database.exec(endSessionsOf, {userId});
 }
 
 void Sessions::end(const Session &session)

@@ -54,6 +54,8 @@ public:
     bool bindAccount(const Session &session, qint64 accountId);
 
     void end(const Session &session);
+    /// Ends all sessions of a person; returns how many there were. Only inside a transaction.
+    qint64 endAll(const QString &userId);
 
 private:
     QByteArray hashOf(const QString &token) const;

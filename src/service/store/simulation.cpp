@@ -97,14 +97,27 @@ void addViews(QList<PageView> &views, Dice &dice, const SimulationPlan &plan, qi
 
 } // namespace
 
+SimulatedCount countSimulated(const SimulationPlan &plan)
+{
+    Dice dice(plan.seed);
+    SimulatedCount count{plan.registrants(), 0};
+    for (qint64 person = 0; person < plan.participants; ++person) {
+        QList<PageView> views;
+        addViews(views, dice, plan, person);
+        count.views += views.size();
+    }
+    return count;
+}
+
 SimulatedCount simulate(Audience &audience, const DeploymentRef &deployment,
-                        const SimulationPlan &plan)
+                        const SimulationPlan &plan, const Progress &progress)
 {
     SimulatedCount count;
     Dice dice(plan.seed);
     QList<PageView> views;
     for (qint64 person = 0; person < plan.participants; ++person) {
         addViews(views, dice, plan, person);
+        tell(progress, QStringLiteral("participants"), person + 1, plan.participants);
         if (views.size() < rowsAtOnce && person + 1 < plan.participants)
             continue;
         count.views += audience.takeViews(deployment, views).added;
@@ -123,6 +136,7 @@ SimulatedCount simulate(Audience &audience, const DeploymentRef &deployment,
         row.email = QStringLiteral("person%1@example.org").arg(number);
         row.at = plan.beginsAt - dice.below(20 * dayMs);
         rows << row;
+        tell(progress, QStringLiteral("registrants"), number + 1, registrants);
         if (rows.size() < rowsAtOnce && number + 1 < registrants)
             continue;
         count.registrants += audience.takeRegistrations(deployment, rows).added;

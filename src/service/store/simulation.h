@@ -4,6 +4,7 @@
 
 #include "platform/core/export.h"
 #include "service/store/deployments.h"
+#include "service/store/progress.h"
 
 namespace Zel {
 
@@ -35,6 +36,9 @@ struct SimulatedCount
 
 /// Stores the audience of a plan in a deployment, part by part, each in a transaction of its own.
 ZEL_EXPORT SimulatedCount simulate(Audience &audience, const DeploymentRef &deployment,
-                                   const SimulationPlan &plan);
+                                   const SimulationPlan &plan, const Progress &progress = {});
+
+/// How many `simulate` would store.
+ZEL_EXPORT SimulatedCount countSimulated(const SimulationPlan &plan);
 
 } // namespace Zel

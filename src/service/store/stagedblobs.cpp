@@ -6,8 +6,9 @@
 
 namespace Zel {
 
-StagedBlobs::StagedBlobs(BlobStore &blobs)
+StagedBlobs::StagedBlobs(BlobStore &blobs, Mode mode)
     : m_blobs(blobs)
+    , m_mode(mode)
 {
 }
 
@@ -39,6 +40,8 @@ void StagedBlobs::take(const BlobId &blob, const QByteArray &bytes)
 
 void StagedBlobs::name(const BlobId &blob)
 {
+    if (m_mode == Mode::NameNothing)
+        return;
     const auto staged = m_staged.constFind({blob.accountId, blob.sha});
     if (staged == m_staged.constEnd())
         m_blobs.expect(blob);

@@ -13,7 +13,13 @@ namespace Zel {
 class StagedBlobs
 {
 public:
-    explicit StagedBlobs(BlobStore &blobs);
+    enum class Mode
+    {
+        Name,
+        NameNothing ///< for a dry run, which stages nothing either
+    };
+
+    explicit StagedBlobs(BlobStore &blobs, Mode mode = Mode::Name);
     ~StagedBlobs();
     StagedBlobs(const StagedBlobs &) = delete;
     StagedBlobs &operator=(const StagedBlobs &) = delete;
@@ -29,6 +35,7 @@ public:
 
 private:
     BlobStore &m_blobs;
+    Mode m_mode;
     QHash<std::pair<qint64, QString>, PartId> m_staged;
     QList<PartId> m_parts;
 };

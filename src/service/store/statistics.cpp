@@ -100,19 +100,22 @@ const SqlText sumByScreenDepth(R"sql(
 
 const SqlText listParticipants(R"sql(
     SELECT p.user_id, r.first_name, r.last_name, r.email, r.registered_at, v.seconds, v.first_at,
-           v.last_at
+           v.last_at, v.person_no
     FROM (
         SELECT person_no, CAST(SUM(seconds) AS BIGINT) AS seconds, MIN(first_at) AS first_at,
                MAX(last_at) AS last_at
         FROM (
             SELECT person_no, seconds, first_at, last_at FROM view_tally
             WHERE account_id = $1 AND dep_no = $2 AND hour_no >= $3 AND hour_no < $4
+              AND person_no > $9
             UNION ALL
             SELECT person_no, time_spent, view_at, view_at FROM page_view
             WHERE account_id = $1 AND dep_no = $2 AND view_at >= $5 AND view_at < $6
+              AND person_no > $9
             UNION ALL
             SELECT person_no, time_spent, view_at, view_at FROM page_view
             WHERE account_id = $1 AND dep_no = $2 AND view_at >= $7 AND view_at < $8
+              AND person_no > $9
         ) each_view
         GROUP BY person_no
     ) v
@@ -120,7 +123,8 @@ const SqlText listParticipants(R"sql(
         ON p.account_id = $1 AND p.dep_no = $2 AND p.person_no = v.person_no
     LEFT JOIN registrant r
         ON r.account_id = $1 AND r.dep_no = $2 AND r.person_no = v.person_no
-    ORDER BY v.first_at NULLS FIRST, p.user_id NULLS FIRST
+    ORDER BY v.person_no NULLS FIRST
+    LIMIT $10
 )sql");
 
 const SqlText listRegistrants(R"sql(
@@ -144,33 +148,30 @@ const SqlText listRegistrants(R"sql(
         ) each_view
         GROUP BY person_no
     ) v ON v.person_no = r.person_no
-    WHERE r.account_id = $1 AND r.dep_no = $2
+    WHERE r.account_id = $1 AND r.dep_no = $2 AND (r.registered_at, p.user_id) > ($9, $10)
     ORDER BY r.registered_at NULLS FIRST, p.user_id NULLS FIRST
+    LIMIT $11
 )sql");
 
+// Those who made the views between two of them, the first one not included.
 const SqlText listPeople(R"sql(
     SELECT p.user_id, r.first_name, r.last_name, r.email, r.registered_at, p.person_no
     FROM audience_person p
     LEFT JOIN registrant r
         ON r.account_id = p.account_id AND r.dep_no = p.dep_no AND r.person_no = p.person_no
     WHERE p.account_id = $1 AND p.dep_no = $2 AND p.person_no IN (
-        SELECT person_no FROM view_tally
-        WHERE account_id = $1 AND dep_no = $2 AND hour_no >= $3 AND hour_no < $4
-        UNION ALL
         SELECT person_no FROM page_view
-        WHERE account_id = $1 AND dep_no = $2 AND view_at >= $5 AND view_at < $6
-        UNION ALL
-        SELECT person_no FROM page_view
-        WHERE account_id = $1 AND dep_no = $2 AND view_at >= $7 AND view_at < $8
+        WHERE account_id = $1 AND dep_no = $2 AND (view_at, view_id) > ($3, $4)
+          AND (view_at, view_id) <= ($5, $6)
     )
 )sql");
 
 // Reads nothing but the index that is in this order.
 const SqlText listViews(R"sql(
-    SELECT view_at, person_no, time_spent, closed FROM page_view
-    WHERE account_id = $1 AND dep_no = $2 AND view_at >= $3 AND view_at < $4
-    ORDER BY view_at NULLS FIRST, person_no NULLS FIRST, time_spent NULLS FIRST,
-             closed NULLS FIRST
+    SELECT view_at, person_no, time_spent, closed, view_id FROM page_view
+    WHERE account_id = $1 AND dep_no = $2 AND (view_at, view_id) > ($3, $4) AND view_at < $5
+    ORDER BY view_at NULLS FIRST, view_id NULLS FIRST
+    LIMIT $6
 )sql");
 
 SqlValues valuesOf(const DeploymentRef &deployment, const TimeRange &range)
@@ -294,37 +295,64 @@ qint64 Statistics::hitCount(const DeploymentRef &deployment, const TimeRange &ra
     return number(sumBy(attribute), values);
 }
 
-QList<Participation> Statistics::participants(const DeploymentRef &deployment,
-                                              const TimeRange &range)
+ListPage<Participation, qint64> Statistics::participants(const DeploymentRef &deployment,
+                                                         const TimeRange &range, qint64 after,
+                                                         qint64 limit)
 {
     return readWhole(m_database, [&] {
-        return m_database.rows(listParticipants, valuesOf(deployment, range), participationOf);
+        return readPage<Participation, qint64>(
+            m_database, listParticipants, valuesOf(deployment, range) << after, limit,
+            [](const SqlRow &row) { return std::pair(participationOf(row), row.integer(8)); });
     });
 }
 
-QList<Participation> Statistics::registrants(const DeploymentRef &deployment,
-                                             const TimeRange &range)
+ListPage<Participation, RegistrantPlace> Statistics::registrants(const DeploymentRef &deployment,
+                                                                 const TimeRange &range,
+                                                                 const RegistrantPlace &after,
+                                                                 qint64 limit)
 {
     return readWhole(m_database, [&] {
-        return m_database.rows(listRegistrants, valuesOf(deployment, range), participationOf);
+        return readPage<Participation, RegistrantPlace>(
+            m_database, listRegistrants, valuesOf(deployment, range) << after.at << after.userId,
+            limit, [](const SqlRow &row) {
+                return std::pair(participationOf(row),
+                                 RegistrantPlace{row.integer(4), row.text(0)});
+            });
     });
 }
 
-PageViewList Statistics::pageViews(const DeploymentRef &deployment, const TimeRange &range)
+PageViewList Statistics::pageViews(const DeploymentRef &deployment, const TimeRange &range,
+                                   const PageViewList::Place &after, qint64 limit)
 {
+    using View = PageViewList::View;
+    using Place = PageViewList::Place;
+    const HourCut cut(range);
+    // No view has an empty id, so this is before the first one of the range.
+    const Place begin = after.at < cut.from ? Place{cut.from, QByteArray()} : after;
     return readWhole(m_database, [&] {
-        PageViewList list;
+        QList<qint64> persons;
+        Place last;
+        auto page = readPage<View, Place>(
+            m_database, listViews,
+            {deployment.accountId, deployment.number, begin.at, begin.id, cut.end}, limit,
+            [&](const SqlRow &row) {
+                persons << row.integer(1);
+                last = {row.integer(0), row.bytes(4)};
+                return std::pair(View{0, row.integer(0), row.integer(2), row.boolean(3)}, last);
+            });
+        PageViewList list{{}, std::move(page.rows), page.next};
+        if (list.views.isEmpty())
+            return list;
         QHash<qint64, qsizetype> positions;
-        m_database.query(listPeople, valuesOf(deployment, range), [&](const SqlRow &row) {
-            positions.insert(row.integer(5), list.people.size());
-            list.people << personOf(row);
-        });
-        const HourCut cut(range);
-        m_database.query(listViews, {deployment.accountId, deployment.number, cut.from, cut.end},
-                         [&](const SqlRow &row) {
-                             list.views.append({positions.value(row.integer(1)), row.integer(0),
-                                                row.integer(2), row.boolean(3)});
-                         });
+        m_database.query(
+            listPeople,
+            {deployment.accountId, deployment.number, begin.at, begin.id, last.at, last.id},
+            [&](const SqlRow &row) {
+                positions.insert(row.integer(5), list.people.size());
+                list.people << personOf(row);
+            });
+        for (qsizetype i = 0; i < list.views.size(); ++i)
+            list.views[i].person = positions.value(persons.at(i));
         return list;
     });
 }

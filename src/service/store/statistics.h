@@ -4,6 +4,7 @@
 
 #include "platform/core/export.h"
 #include "service/store/deployments.h"
+#include "service/store/listpage.h"
 #include "service/store/sqltext.h"
 #include "service/store/sqlvalue.h"
 #include "service/store/timerange.h"
@@ -39,7 +40,14 @@ struct Participation
     qint64 lastAt = 0;
 };
 
-/// The page views of a range; each names its person by the position in `people`.
+/// Where a registrant stands among the others; the default comes before all.
+struct RegistrantPlace
+{
+    qint64 at = std::numeric_limits<qint64>::min();
+    QString userId;
+};
+
+/// Page views of a range; each names its person by the position in `people`.
 struct PageViewList
 {
     struct View
@@ -50,8 +58,16 @@ struct PageViewList
         bool closed = false;
     };
 
+    /// Where a view stands among the others; the default comes before all.
+    struct Place
+    {
+        qint64 at = std::numeric_limits<qint64>::min();
+        QByteArray id;
+    };
+
     QList<AudiencePerson> people;
     QList<View> views;
+    std::optional<Place> next; ///< that of the last view, when there are more
 };
 
 /// The figures and lists of what an audience did. All are computed by the database; over the same
@@ -87,11 +103,22 @@ public:
     qint64 hitCount(const DeploymentRef &deployment, const TimeRange &range, Attribute attribute,
                     const QString &value);
 
-    /// Those who viewed anything in the range, in order of their first view in it.
-    QList<Participation> participants(const DeploymentRef &deployment, const TimeRange &range);
+    /// Before everybody in the order of `participants`.
+    static constexpr qint64 beforeAll = -1;
+
+    /// Those who viewed anything in the range, in an order that stays: a view that comes in late
+    /// would move its person within one by first views. The key is the number of the person.
+    ListPage<Participation, qint64> participants(const DeploymentRef &deployment,
+                                                 const TimeRange &range, qint64 after = beforeAll,
+                                                 qint64 limit = allRows);
     /// All registrants in order of their registration.
-    QList<Participation> registrants(const DeploymentRef &deployment, const TimeRange &range);
-    PageViewList pageViews(const DeploymentRef &deployment, const TimeRange &range);
+    ListPage<Participation, RegistrantPlace> registrants(const DeploymentRef &deployment,
+                                                         const TimeRange &range,
+                                                         const RegistrantPlace &after = {},
+                                                         qint64 limit = allRows);
+    /// The views of a range in order of time, with those who made them.
+    PageViewList pageViews(const DeploymentRef &deployment, const TimeRange &range,
+                           const PageViewList::Place &after = {}, qint64 limit = allRows);
 
     /// The statements of the eleven figures of a summary with their values put in, as one would
     /// type them into a database's own program; for measuring.

@@ -32,6 +32,7 @@ Store::Store(Database &openDatabase, PasswordHasher::Cost cost, const Clock &now
     , sessions(openDatabase, keys, now)
     , throttle(openDatabase, keys, now)
     , accounts(openDatabase)
+    , repeats(openDatabase, now)
     , blobs(*m_blobs)
     , themes(openDatabase)
     , dataRecords(openDatabase)

@@ -16,6 +16,7 @@
 #include "service/store/polls.h"
 #include "service/store/projects.h"
 #include "service/store/questions.h"
+#include "service/store/repeats.h"
 #include "service/store/serverkeys.h"
 #include "service/store/sessions.h"
 #include "service/store/signinthrottle.h"
@@ -58,6 +59,7 @@ public:
     Sessions sessions;
     SignInThrottle throttle;
     Accounts accounts;
+    Repeats repeats;
     BlobStore &blobs;
     Themes themes;
     DataRecords dataRecords;

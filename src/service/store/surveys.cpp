@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/store/surveys.h"
 
-#include "service/store/arrival.h"
 #include "service/store/bulktext.h"
-#include "service/store/database.h"
 #include "service/store/recordfile.h"
 
 #include <QHash>
@@ -43,9 +41,10 @@ const SqlText countAnswers(R"sql(
 )sql");
 
 const SqlText listReplies(R"sql(
-    SELECT user_guid, question_no, answers, answered_at FROM survey_response
-    WHERE account_id = $1 AND dep_no = $2 AND survey_no = $3
+    SELECT user_guid, question_no, answers, answered_at, arrived, response_id FROM survey_response
+    WHERE account_id = $1 AND dep_no = $2 AND survey_no = $3 AND (arrived, response_id) > ($4, $5)
     ORDER BY arrived NULLS FIRST, response_id NULLS FIRST
+    LIMIT $6
 )sql");
 
 const SqlText findReply(R"sql(
@@ -152,6 +151,43 @@ private:
     QHash<QString, std::pair<qsizetype, qsizetype>> m_items;
 };
 
+/// Replies as they are read. Equal respondents and answers get one position each.
+class ReplyGathering
+{
+public:
+    SurveyReplyList::Reply reply(const SqlRow &row)
+    {
+        const QString user = row.text(0);
+        const std::pair answer(row.integer(1) - 1, row.text(2));
+        const qsizetype userAt = positionOf(m_users, user);
+        const qsizetype answerAt = positionOf(m_answers, answer);
+        if (userAt == m_list.users.size())
+            m_list.users << user;
+        if (answerAt == m_list.answers.size())
+            m_list.answers.append({answer.first, numbersIn(answer.second)});
+        return {userAt, answerAt, row.integer(3)};
+    }
+
+    SurveyReplyList taken(ListPage<SurveyReplyList::Reply, ArrivalPlace> &&page)
+    {
+        m_list.replies = std::move(page.rows);
+        m_list.next = page.next;
+        return std::move(m_list);
+    }
+
+private:
+    template <class Key>
+    static qsizetype positionOf(QHash<Key, qsizetype> &known, const Key &key)
+    {
+        const auto found = known.constFind(key);
+        return found != known.cend() ? *found : *known.insert(key, known.size());
+    }
+
+    QHash<QString, qsizetype> m_users;
+    QHash<std::pair<qint64, QString>, qsizetype> m_answers;
+    SurveyReplyList m_list;
+};
+
 /// What responses rest on.
 QStringList placesIn(const Survey &survey)
 {
@@ -219,7 +255,8 @@ QList<Survey> Surveys::list(const DeploymentRef &deployment)
 }
 
 std::optional<SurveyReplyList> Surveys::replies(const DeploymentRef &deployment,
-                                                const QString &surveyGuid)
+                                                const QString &surveyGuid,
+                                                const ArrivalPlace &after, qint64 limit)
 {
     return m_database.snapshot([&]() -> std::optional<SurveyReplyList> {
         const QStringList guids =
@@ -228,28 +265,14 @@ std::optional<SurveyReplyList> Surveys::replies(const DeploymentRef &deployment,
         const qint64 surveyNo = guids.indexOf(surveyGuid) + 1;
         if (surveyNo == 0)
             return std::nullopt;
-        SurveyReplyList list;
-        QHash<QString, qsizetype> users;
-        QHash<std::pair<qint64, QString>, qsizetype> answers;
-        m_database.query(listReplies, {deployment.accountId, deployment.number, surveyNo},
-                         [&](const SqlRow &row) {
-                             const QString user = row.text(0);
-                             const std::pair answer(row.integer(1) - 1, row.text(2));
-                             const auto knownUser = users.constFind(user);
-                             const qsizetype userAt = knownUser != users.cend()
-                                                          ? *knownUser
-                                                          : *users.insert(user, users.size());
-                             const auto known = answers.constFind(answer);
-                             const qsizetype answerAt =
-                                 known != answers.cend() ? *known
-                                                         : *answers.insert(answer, answers.size());
-                             if (userAt == list.users.size())
-                                 list.users << user;
-                             if (answerAt == list.answers.size())
-                                 list.answers.append({answer.first, numbersIn(answer.second)});
-                             list.replies.append({userAt, answerAt, row.integer(3)});
-                         });
-        return list;
+        ReplyGathering list;
+        auto page = readPage<SurveyReplyList::Reply, ArrivalPlace>(
+            m_database, listReplies,
+            {deployment.accountId, deployment.number, surveyNo, after.arrived, after.id}, limit,
+            [&](const SqlRow &row) {
+                return std::pair(list.reply(row), ArrivalPlace{row.integer(4), row.bytes(5)});
+            });
+        return list.taken(std::move(page));
     });
 }
 

@@ -3,8 +3,10 @@
 #pragma once
 
 #include "platform/core/export.h"
+#include "service/store/arrival.h"
 #include "service/store/audience.h"
 #include "service/store/clock.h"
+#include "service/store/listpage.h"
 
 namespace Zel {
 
@@ -52,7 +54,7 @@ struct SurveyReply
     qint64 at = 0;
 };
 
-/// The replies to one survey in order of arrival. What is the same again and again is named by its
+/// Replies to one survey in order of arrival. What is the same again and again is named by its
 /// position.
 struct SurveyReplyList
 {
@@ -72,6 +74,7 @@ struct SurveyReplyList
     QStringList users;
     QList<Answer> answers;
     QList<Reply> replies;
+    std::optional<ArrivalPlace> next; ///< that of the last reply, when there are more
 };
 
 /// In a file `answers` holds the guids or numbers of the choices, parted by ":"; in JSON it may be
@@ -93,11 +96,14 @@ public:
     {
     }
 
+    /// Without the respondents. Only inside a transaction or snapshot.
+    QList<Survey> definitions(const DeploymentRef &deployment);
     /// With the respondents each choice has now.
     QList<Survey> list(const DeploymentRef &deployment);
     /// Nothing when the deployment has no such survey.
     std::optional<SurveyReplyList> replies(const DeploymentRef &deployment,
-                                           const QString &surveyGuid);
+                                           const QString &surveyGuid,
+                                           const ArrivalPlace &after = {}, qint64 limit = allRows);
     /// A respondent answers a question once; what comes again and differs is refused.
     Intake take(const DeploymentRef &deployment, const QList<SurveyReply> &replies);
 
@@ -107,8 +113,6 @@ public:
     bool define(const DeploymentRef &deployment, const QList<Survey> &surveys);
 
 private:
-    QList<Survey> definitions(const DeploymentRef &deployment);
-
     Database &m_database;
     Clock m_clock;
 };

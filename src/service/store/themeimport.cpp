@@ -50,10 +50,7 @@ QString ThemeImport::ownerOf(const WorkspaceFiles::ThemeEntry &entry)
     if (!owner)
         throw WorkspaceFileError(entry.place,
                                  QStringLiteral("there is no user \"%1\".").arg(entry.ownerLogin));
-    if (!m_store.accounts.role(entry.theme.accountId, owner->userId))
-        throw WorkspaceFileError(entry.place, QStringLiteral("\"%1\" is no member of account %2.")
-                                                  .arg(entry.ownerLogin)
-                                                  .arg(entry.theme.accountId));
+    // Who has left the account has their themes back on coming again.
     return owner->userId;
 }
 

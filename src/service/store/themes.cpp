@@ -15,20 +15,25 @@ namespace {
 // one), with ($4) or without what belongs to nobody and with ($5) or without their own.
 const SqlText listThemes(R"sql(
     SELECT t.account_id, t.guid, t.owner_user, t.name, t.description, t.width, t.height,
-           t.created_at, t.modified_at, t.definition, t.preview_sha, v.mime, v.size
+           t.created_at, t.modified_at, t.definition, t.preview_sha, v.mime, v.size, t.name_key
     FROM theme t
     LEFT JOIN theme_preview v ON v.account_id = t.account_id AND v.sha = t.preview_sha
     WHERE t.account_id IN ($1, $2)
       AND ((t.owner_user IS NULL AND $4) OR (t.owner_user = $3 AND $5))
-    ORDER BY t.name_key NULLS FIRST, t.guid NULLS FIRST
+      AND (t.name_key, t.guid, t.account_id) > ($6, $7, $8)
+    ORDER BY t.name_key NULLS FIRST, t.guid NULLS FIRST, t.account_id NULLS FIRST
+    LIMIT $9
 )sql");
 
+// The templates of all themes between two of them, the first one not included.
 const SqlText listUses(R"sql(
     SELECT u.account_id, u.theme_guid, u.template_key, u.version_key, u.required
     FROM theme_template u
     JOIN theme t ON t.account_id = u.account_id AND t.guid = u.theme_guid
     WHERE u.account_id IN ($1, $2)
       AND ((t.owner_user IS NULL AND $4) OR (t.owner_user = $3 AND $5))
+      AND (t.name_key, t.guid, t.account_id) > ($6, $7, $8)
+      AND (t.name_key, t.guid, t.account_id) <= ($9, $10, $11)
     ORDER BY u.account_id NULLS FIRST, u.theme_guid NULLS FIRST, u.pos NULLS FIRST
 )sql");
 
@@ -157,17 +162,45 @@ Themes::Themes(Database &database)
 {
 }
 
+void Themes::visitAfter(const ThemeUser &user, Scope scope, const Place &after,
+                        const PageVisitor &visit)
+{
+    constexpr qint64 rowsAtOnce = 8;
+    const auto valuesFrom = [&](const Place &place) {
+        return valuesOf(user, scope) << place.nameKey << place.guid << place.accountId;
+    };
+    for (Place begin = after;;) {
+        const auto batch =
+            m_database.rows(listThemes, valuesFrom(begin) << rowsAtOnce, [](const SqlRow &row) {
+                const Theme theme = themeOf(row);
+                return std::pair(theme, Place{row.text(13), theme.guid, theme.accountId});
+            });
+        if (batch.isEmpty())
+            return;
+        const Place end = batch.last().second;
+        QHash<std::pair<qint64, QString>, QList<TemplateUse>> uses;
+        m_database.query(listUses, valuesFrom(begin) << end.nameKey << end.guid << end.accountId,
+                         [&uses](const SqlRow &row) {
+                             uses[{row.integer(0), row.text(1)}].append(
+                                 {row.text(2), row.text(3), row.boolean(4)});
+                         });
+        for (const auto &[theme, place] : batch) {
+            if (!visit(theme, uses.value({theme.accountId, theme.guid}), place))
+                return;
+        }
+        if (batch.size() < rowsAtOnce)
+            return;
+        begin = end;
+    }
+}
+
 void Themes::list(const ThemeUser &user, Scope scope, const Visitor &visit)
 {
-    const SqlValues values = valuesOf(user, scope);
-    QHash<std::pair<qint64, QString>, QList<TemplateUse>> uses;
-    m_database.query(listUses, values, [&uses](const SqlRow &row) {
-        uses[{row.integer(0), row.text(1)}].append({row.text(2), row.text(3), row.boolean(4)});
-    });
-    m_database.query(listThemes, values, [&](const SqlRow &row) {
-        const Theme theme = themeOf(row);
-        visit(theme, uses.value({theme.accountId, theme.guid}));
-    });
+    visitAfter(user, scope, {},
+               [&visit](const Theme &theme, const QList<TemplateUse> &uses, const Place &) {
+                   visit(theme, uses);
+                   return true;
+               });
 }
 
 std::optional<Template> Themes::findTemplate(qint64 accountId, const QString &key,

@@ -102,9 +102,23 @@ public:
 
     using Visitor = std::function<void(const Theme &, const QList<TemplateUse> &)>;
 
-    /// Shows the themes of a scope with their templates to `visit`, one at a time because
-    /// definitions may be long, in order of name, then guid. `visit` must not run statements. Only
-    /// inside a snapshot of the caller's, which may be run again from its start.
+    /// Where a theme stands in a list; one without texts comes before all others.
+    struct Place
+    {
+        QString nameKey;
+        QString guid;
+        qint64 accountId = -1;
+    };
+
+    using PageVisitor =
+        std::function<bool(const Theme &, const QList<TemplateUse> &, const Place &)>;
+
+    /// Shows the themes of a scope that come after a place, with their templates, in order of name,
+    /// then guid, to `visit`, until it returns false. A few are read at a time, because definitions
+    /// may be long. Only inside a snapshot of the caller's, which may be run again from its start.
+    void visitAfter(const ThemeUser &user, Scope scope, const Place &after,
+                    const PageVisitor &visit);
+    /// Shows all of them.
     void list(const ThemeUser &user, Scope scope, const Visitor &visit);
 
     /// The template with these keys of the account, else of every account.

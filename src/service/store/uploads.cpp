@@ -281,7 +281,7 @@ Uploads::Outcome Uploads::store(const AssetUser &user, const QString &uploadId, 
     return Outcome::Done;
 }
 
-Uploads::Adopted Uploads::adopt(qint64 accountId, const QString &path)
+Uploads::Adopted Uploads::adopt(qint64 accountId, const QString &path, const QString &name)
 {
     constexpr qint64 pieceBytes = 256 * 1024;
     const auto source = FileSource::open(path);
@@ -304,8 +304,7 @@ Uploads::Adopted Uploads::adopt(qint64 accountId, const QString &path)
         size = part->size();
         checksum = part->checksum();
     }
-    take(adopted.part, {QFileInfo(path).fileName(), size}, checksum, adopted.file,
-         adopted.assetType);
+    take(adopted.part, {name, size}, checksum, adopted.file, adopted.assetType);
     drop.dismiss();
     return adopted;
 }

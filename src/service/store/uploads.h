@@ -94,8 +94,8 @@ public:
 
     /// Takes in a file of this machine for an account; to be followed by a transaction that stores
     /// a row for it, and names the part as its blob, under the caller's hold for storing. The
-    /// caller drops the part afterwards.
-    Adopted adopt(qint64 accountId, const QString &path);
+    /// caller drops the part afterwards. `name` is what the file is called.
+    Adopted adopt(qint64 accountId, const QString &path, const QString &name);
     /// Forgets the uploads of all accounts that were not finished in time. Each account's own go
     /// when it begins another one.
     void forgetExpired();

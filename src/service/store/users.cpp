@@ -24,6 +24,19 @@ const SqlText renameUser(R"sql(
     UPDATE app_user SET display_name = $2 WHERE user_id = $1
 )sql");
 
+const SqlText renameLogin(R"sql(
+    UPDATE app_user SET login = $2, login_key = $3 WHERE user_id = $1
+)sql");
+
+const SqlText disableUser(R"sql(
+    UPDATE app_user SET disabled = $2 WHERE user_id = $1
+)sql");
+
+const SqlText listUsers(R"sql(
+    SELECT user_id, login, display_name, disabled, pw_hash FROM app_user
+    ORDER BY login_key NULLS FIRST
+)sql");
+
 const SqlText changeHash(R"sql(
     UPDATE app_user SET pw_hash = $2 WHERE user_id = $1
 )sql");
@@ -77,9 +90,10 @@ std::optional<User> Users::verify(const QString &login, const QString &password)
 {
     const auto found = findByLogin(m_database, login);
     // One hash is computed whatever the outcome, or the time taken would tell users apart.
-    const bool matches =
-        m_hasher.verify(found ? found->hash : m_hasher.dummy(), password.left(longestPassword));
-    const bool usable = found && !found->user.disabled && password.size() <= longestPassword;
+    const bool hasPassword = found && !found->hash.isEmpty();
+    const bool matches = m_hasher.verify(hasPassword ? found->hash : m_hasher.dummy(),
+                                         password.left(longestPassword));
+    const bool usable = hasPassword && !found->user.disabled && password.size() <= longestPassword;
     if (!matches || !usable)
         return std::nullopt;
     if (m_hasher.isOutdated(found->hash)) {
@@ -87,6 +101,11 @@ std::optional<User> Users::verify(const QString &login, const QString &password)
         m_database.tx([&] { changePasswordHash(found->user.userId, stronger); });
     }
     return found->user;
+}
+
+QList<User> Users::all()
+{
+    return m_database.rows(listUsers, {}, [](const SqlRow &row) { return userOf(row).user; });
 }
 
 User Users::add(const QString &login, const QString &displayName, const QString &passwordHash)
@@ -100,6 +119,16 @@ User Users::add(const QString &login, const QString &displayName, const QString 
 void Users::changeDisplayName(const QString &userId, const QString &displayName)
 {
     m_database.exec(renameUser, {userId, displayName});
+}
+
+void Users::changeLogin(const QString &userId, const QString &login)
+{
+    m_database.exec(renameLogin, {userId, login, foldedKey(login)});
+}
+
+void Users::setDisabled(const QString &userId, bool disabled)
+{
+    m_database.exec(disableUser, {userId, disabled});
 }
 
 void Users::changePasswordHash(const QString &userId, const QString &passwordHash)

@@ -6,6 +6,7 @@
 #include "service/store/clock.h"
 #include "service/store/passwordhasher.h"
 
+#include <QList>
 #include <QString>
 
 #include <optional>
@@ -42,11 +43,19 @@ public:
     /// a user that does not exist. Stores a stronger hash when the known one is outdated.
     std::optional<User> verify(const QString &login, const QString &password);
 
-    /// Adds a user with a hash made by the caller, who makes it outside of the transaction. Throws
-    /// `DatabaseError` Unique when the login name is taken. Only inside a transaction.
+    /// Everybody, in order of the folded name.
+    QList<User> all();
+
+    /// Adds a user with a hash made by the caller, who makes it outside of the transaction; an
+    /// empty one lets nobody sign in until there is a password. Throws `DatabaseError` Unique when
+    /// the login name is taken. Only inside a transaction.
     User add(const QString &login, const QString &displayName, const QString &passwordHash);
 
     void changeDisplayName(const QString &userId, const QString &displayName);
+    /// Throws `DatabaseError` Unique when somebody else has that name.
+    void changeLogin(const QString &userId, const QString &login);
+    /// A disabled person cannot sign in, and the sessions of the person are not found any more.
+    void setDisabled(const QString &userId, bool disabled);
     void changePasswordHash(const QString &userId, const QString &passwordHash);
 
     /// The stored hash of a user.

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -21,6 +22,7 @@ namespace {
 constexpr qint64 largestAccountId = std::numeric_limits<qint32>::max();
 constexpr qsizetype longestName = 256;
 constexpr qsizetype longestDescription = 1024 * 1024;
+constexpr qsizetype longestFileName = 1024;
 
 /// Throws when a key comes a second time.
 void expectOnce(QSet<QString> &seen, const QString &key, const FileRecord &record)
@@ -48,6 +50,34 @@ WorkspaceFiles::Membership membershipOf(const QJsonValue &value, const FilePlace
     return membership;
 }
 
+QString assetKey(qint64 accountId, const QString &guid)
+{
+    return QStringLiteral("%1/%2").arg(accountId).arg(guid);
+}
+
+/// What a file is called need not be what it is called on the disk, which takes fewer names.
+WorkspaceFiles::AssetSource sourceIn(FileRecord &record)
+{
+    WorkspaceFiles::AssetSource source;
+    source.path = QFileInfo(record.place.file)
+                      .dir()
+                      .filePath(record.text(QStringLiteral("file"), longestDescription));
+    if (record.has(QStringLiteral("fileName")))
+        source.name = record.textOrEmpty(QStringLiteral("fileName"), longestFileName);
+    if (source.name.isEmpty())
+        source.name = QFileInfo(source.path).fileName();
+    return source;
+}
+
+void expectFile(const WorkspaceFiles::AssetSource &source, const FileRecord &record)
+{
+    const QFileInfo info(source.path);
+    if (!info.isReadable() || !info.isFile())
+        record.refuse(QStringLiteral("the file %1 cannot be read.").arg(source.path));
+    if (info.size() == 0)
+        record.refuse(QStringLiteral("the file %1 is empty.").arg(source.path));
+}
+
 } // namespace
 
 WorkspaceFiles WorkspaceFiles::read(const QStringList &paths)
@@ -65,6 +95,7 @@ WorkspaceFiles WorkspaceFiles::read(const QStringList &paths)
                 files.readFile(QDir(path).filePath(name));
         }
     }
+    files.addAssetFiles();
     return files;
 }
 
@@ -84,10 +115,12 @@ void WorkspaceFiles::readFile(const QString &path)
         Known{QLatin1String("asset-folders.csv"), &WorkspaceFiles::readFolders},
         Known{QLatin1String("asset-rights.csv"), &WorkspaceFiles::readRights},
         Known{QLatin1String("assets.csv"), &WorkspaceFiles::readAssets},
+        Known{QLatin1String("asset-files.csv"), &WorkspaceFiles::readAssetFiles},
         Known{QLatin1String("templates.csv"), &WorkspaceFiles::readTemplates},
         Known{QLatin1String("themes.csv"), &WorkspaceFiles::readThemes},
         Known{QLatin1String("theme-templates.csv"), &WorkspaceFiles::readThemeTemplates},
         Known{QLatin1String("data-records.csv"), &WorkspaceFiles::readDataRecords},
+        Known{QLatin1String("saved-data-records.csv"), &WorkspaceFiles::readSavedRecords},
         Known{QLatin1String("deployments.csv"), &WorkspaceFiles::readDeployments},
     };
     const QString name = QFileInfo(path).fileName();
@@ -98,9 +131,10 @@ void WorkspaceFiles::readFile(const QString &path)
     throw WorkspaceFileError({path, 0},
                              QStringLiteral("is none of accounts.json, people.json, "
                                             "project-types.json, projects.csv, asset-folders.csv, "
-                                            "asset-rights.csv, assets.csv, templates.csv, "
-                                            "themes.csv, theme-templates.csv, "
-                                            "data-records.csv and deployments.csv."));
+                                            "asset-rights.csv, assets.csv, asset-files.csv, "
+                                            "templates.csv, themes.csv, theme-templates.csv, "
+                                            "data-records.csv, saved-data-records.csv and "
+                                            "deployments.csv."));
 }
 
 void WorkspaceFiles::readAccounts(const QString &path)
@@ -127,7 +161,16 @@ void WorkspaceFiles::readPeople(const QString &path)
         if (!Users::isUsableLogin(entry.login))
             record.refuse(QStringLiteral("\"user\" is too long."));
         entry.displayName = record.text(QStringLiteral("displayName"), longestName);
-        entry.password = record.text(QStringLiteral("password"), Users::longestPassword);
+        if (record.has(QStringLiteral("password")))
+            entry.password = record.text(QStringLiteral("password"), Users::longestPassword);
+        if (record.has(QStringLiteral("passwordHash")))
+            entry.passwordHash = record.text(QStringLiteral("passwordHash"), longestName);
+        if (entry.password && !entry.passwordHash.isEmpty())
+            record.refuse(QStringLiteral("has both a \"password\" and a \"passwordHash\"."));
+        if (!entry.passwordHash.isEmpty() && !PasswordHasher::isHash(entry.passwordHash))
+            record.refuse(QStringLiteral("\"passwordHash\" is no hash that can be checked."));
+        if (record.has(QStringLiteral("disabled")))
+            entry.disabled = record.boolean(QStringLiteral("disabled"));
         const QJsonArray list = record.list(QStringLiteral("accounts"));
         for (const QJsonValue &value : list)
             entry.memberships << membershipOf(value, record.place);
@@ -145,15 +188,19 @@ void WorkspaceFiles::readTypes(const QString &path)
         entry.place = record.place;
         entry.type.typeId = record.text(QStringLiteral("typeID"), longestName);
         entry.type.name = record.text(QStringLiteral("name"), longestName);
-        entry.type.position = types.size() + 1;
+        entry.type.position = record.has(QStringLiteral("position"))
+                                  ? record.integer(QStringLiteral("position"), 1, largestAccountId)
+                                  : types.size() + 1;
         const QJsonArray list = record.list(QStringLiteral("accounts"));
         for (const QJsonValue &value : list) {
             entry.accountIds << value.toInteger();
             if (entry.accountIds.last() < 1 || entry.accountIds.last() > largestAccountId)
                 record.refuse(QStringLiteral("\"accounts\" must list account numbers."));
+            expectOnce(seen,
+                       QStringLiteral("%1/%2").arg(entry.accountIds.last()).arg(entry.type.typeId),
+                       record);
         }
         record.expectNoMore();
-        expectOnce(seen, entry.type.typeId, record);
         types << entry;
     }
 }
@@ -231,22 +278,47 @@ void WorkspaceFiles::readAssets(const QString &path)
         entry.asset.name = record.text(QStringLiteral("name"), Assets::longestName);
         entry.asset.detail =
             record.textOrEmpty(QStringLiteral("description"), Assets::longestDetail);
-        entry.file =
-            QFileInfo(path).dir().filePath(record.text(QStringLiteral("file"), longestDescription));
+        entry.files << sourceIn(record);
         const auto created = record.timeOrEmpty(QStringLiteral("created"));
         if (!created)
             record.refuse(QStringLiteral("\"created\" must be a time."));
         entry.asset.createdAt = *created;
         entry.createdByLogin = record.text(QStringLiteral("createdBy"), Users::longestLogin);
         record.expectNoMore();
-        if (!QFileInfo(entry.file).isReadable() || !QFileInfo(entry.file).isFile())
-            record.refuse(QStringLiteral("the file %1 cannot be read.").arg(entry.file));
-        if (QFileInfo(entry.file).size() == 0)
-            record.refuse(QStringLiteral("the file %1 is empty.").arg(entry.file));
-        expectOnce(seen, QStringLiteral("%1/%2").arg(entry.accountId).arg(entry.asset.guid),
-                   record);
+        expectFile(entry.files.first(), record);
+        expectOnce(seen, assetKey(entry.accountId, entry.asset.guid), record);
         assets << entry;
     }
+}
+
+void WorkspaceFiles::readAssetFiles(const QString &path)
+{
+    for (FileRecord &record : readCsvRecords(path)) {
+        FurtherFile further;
+        further.place = record.place;
+        const qint64 accountId = record.integer(QStringLiteral("account"), 1, largestAccountId);
+        further.assetKey = assetKey(accountId, record.guid(QStringLiteral("guid")));
+        further.source = sourceIn(record);
+        record.expectNoMore();
+        expectFile(further.source, record);
+        m_furtherFiles << further;
+    }
+}
+
+/// The list of further files may have been read before that of the assets.
+void WorkspaceFiles::addAssetFiles()
+{
+    QHash<QString, qsizetype> byKey;
+    for (qsizetype i = 0; i < assets.size(); ++i)
+        byKey.insert(assetKey(assets.at(i).accountId, assets.at(i).asset.guid), i);
+    for (const FurtherFile &further : std::as_const(m_furtherFiles)) {
+        const auto found = byKey.constFind(further.assetKey);
+        if (found == byKey.cend())
+            throw WorkspaceFileError(further.place,
+                                     QStringLiteral("assets.csv has no such asset."));
+        assets[*found].files << further.source;
+    }
+    m_furtherFiles.clear();
 }
 
 } // namespace Zel

@@ -15,6 +15,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace Zel {
 
 /// What a folder of readable files holds, read and checked on its own. References between the files
@@ -33,7 +35,9 @@ public:
         FilePlace place;
         QString login;
         QString displayName;
-        QString password;
+        std::optional<QString> password;
+        QString passwordHash;         ///< in place of a password; empty for none
+        std::optional<bool> disabled; ///< nothing: stays as it is
         QList<Membership> memberships;
     };
 
@@ -74,13 +78,22 @@ public:
         QString letters;
     };
 
+    /// Where the bytes of a file of an asset are.
+    struct AssetSource
+    {
+        QString path;
+        QString name; ///< as the file is called; its path may be called otherwise
+
+        bool operator==(const AssetSource &) const = default;
+    };
+
     struct AssetEntry
     {
         FilePlace place;
         qint64 accountId = 0;
         QString folder;
         QString createdByLogin;
-        QString file; ///< where its bytes are
+        QList<AssetSource> files; ///< one at least
         Asset asset;
     };
 
@@ -120,6 +133,14 @@ public:
         qint64 size = 0; ///< see `DataRecords::sizeOf`
     };
 
+    /// The data record that an account has saved of a theme of its own or of every account.
+    struct SavedRecordEntry
+    {
+        DataRecordEntry record; ///< of that account
+        QString savedByLogin;
+        qint64 version = 1;
+    };
+
     struct DeploymentEntry
     {
         FilePlace place;
@@ -141,13 +162,14 @@ public:
     QList<ThemeEntry> themes;
     QList<ThemeTemplatesEntry> themeTemplates;
     QList<DataRecordEntry> dataRecords;
+    QList<SavedRecordEntry> savedRecords;
     QList<DeploymentEntry> deployments;
 
     /// Reads folders and files. A file is known by its name: accounts.json, people.json,
     /// project-types.json, projects.csv, asset-folders.csv, asset-rights.csv, assets.csv,
-    /// templates.csv, themes.csv, theme-templates.csv, data-records.csv, deployments.csv. In a
-    /// folder, Markdown and hidden files are passed over; any other name throws
-    /// `WorkspaceFileError`, as every fault in a file does.
+    /// asset-files.csv, templates.csv, themes.csv, theme-templates.csv, data-records.csv,
+    /// saved-data-records.csv, deployments.csv. In a folder, Markdown and hidden files are passed
+    /// over; any other name throws `WorkspaceFileError`, as every fault in a file does.
     static WorkspaceFiles read(const QStringList &paths);
 
 private:
@@ -159,11 +181,29 @@ private:
     void readFolders(const QString &path);
     void readRights(const QString &path);
     void readAssets(const QString &path);
+    void readAssetFiles(const QString &path);
+    void addAssetFiles();
     void readTemplates(const QString &path);
     void readThemes(const QString &path);
     void readThemeTemplates(const QString &path);
     void readDataRecords(const QString &path);
+    void readSavedRecords(const QString &path);
     void readDeployments(const QString &path);
+
+    /// A further file of an asset, until all assets are known.
+    struct FurtherFile
+    {
+        FilePlace place;
+        QString assetKey;
+        AssetSource source;
+    };
+
+    QList<FurtherFile> m_furtherFiles;
 };
+
+inline size_t qHash(const WorkspaceFiles::AssetSource &source, size_t seed = 0)
+{
+    return qHashMulti(seed, source.path, source.name);
+}
 
 } // namespace Zel

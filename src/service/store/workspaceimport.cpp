@@ -20,8 +20,8 @@ namespace {
 /// How often an import is begun when bytes it counts on are cleared away meanwhile.
 constexpr int attempts = 3;
 
-/// Files whose bytes have been taken in already, by account and path.
-using NewFiles = QHash<std::pair<qint64, QString>, Uploads::Adopted>;
+/// Files whose bytes have been taken in already, by account and source.
+using NewFiles = QHash<std::pair<qint64, WorkspaceFiles::AssetSource>, Uploads::Adopted>;
 
 /// The work of one import inside its transaction; made anew when the transaction is repeated.
 class Importer
@@ -29,13 +29,14 @@ class Importer
 public:
     Importer(Store &store, const WorkspaceFiles &files, const QHash<QString, QString> &newHashes,
              const NewFiles &newFiles, StagedBlobs &blobs,
-             const QHash<QString, AudienceFiles> &audiences)
+             const QHash<QString, AudienceFiles> &audiences, const Progress &progress)
         : m_store(store)
         , m_files(files)
         , m_newHashes(newHashes)
         , m_newFiles(newFiles)
         , m_blobs(blobs)
         , m_audiences(audiences)
+        , m_progress(progress)
     {
     }
 
@@ -47,7 +48,7 @@ public:
                  << ThemeImport(m_store, m_files, m_blobs).run()
                  << importDataRecords(m_store, m_files)
                  << count(QStringLiteral("projects"), m_files.projects, &Importer::takeProject)
-                 << importDeployments(m_store, m_files, m_audiences)
+                 << importDeployments(m_store, m_files, m_audiences, m_progress)
                  << count(QStringLiteral("folders"), m_files.folders, &Importer::takeFolder)
                  << count(QStringLiteral("folder rights"), m_files.rights, &Importer::takeRight)
                  << count(QStringLiteral("assets"), m_files.assets, &Importer::takeAsset);
@@ -87,7 +88,8 @@ private:
     Outcome takePerson(const WorkspaceFiles::PersonEntry &entry)
     {
         const auto known = m_store.users.find(entry.login);
-        const QString hash = m_newHashes.value(entry.login);
+        const QString hash =
+            entry.passwordHash.isEmpty() ? m_newHashes.value(entry.login) : entry.passwordHash;
         bool changed = false;
         QString userId;
         if (known) {
@@ -96,12 +98,16 @@ private:
                 m_store.users.changeDisplayName(userId, entry.displayName);
                 changed = true;
             }
-            if (!hash.isEmpty()) {
+            if (!hash.isEmpty() && hash != m_store.users.passwordHash(entry.login)) {
                 m_store.users.changePasswordHash(userId, hash);
                 changed = true;
             }
         } else {
             userId = m_store.users.add(entry.login, entry.displayName, hash).userId;
+        }
+        if (entry.disabled && *entry.disabled != (known && known->disabled)) {
+            m_store.users.setDisabled(userId, *entry.disabled);
+            changed = true;
         }
         for (const WorkspaceFiles::Membership &membership : entry.memberships) {
             expectAccount(membership.accountId, entry.place);
@@ -157,12 +163,10 @@ private:
         Project project = entry.project;
         project.createdById = creator->userId;
         project.createdBy = creator->displayName;
-        if (!project.themeGuid.isEmpty() &&
-            !m_store.themes.isVisible({entry.accountId, creator->userId}, project.themeGuid))
-            throw WorkspaceFileError(entry.place,
-                                     QStringLiteral("\"%1\" has no theme %2 in account %3.")
-                                         .arg(entry.createdByLogin, project.themeGuid,
-                                              QString::number(entry.accountId)));
+        if (!project.themeGuid.isEmpty() && !hasTheme(entry.accountId, project.themeGuid))
+            throw WorkspaceFileError(entry.place, QStringLiteral("account %1 has no theme %2.")
+                                                      .arg(entry.accountId)
+                                                      .arg(project.themeGuid));
         const auto known = m_store.projects.find(entry.accountId, project.guid);
         if (!known) {
             m_store.projects.add(entry.accountId, project);
@@ -172,6 +176,15 @@ private:
             return Outcome::Unchanged;
         m_store.projects.change(entry.accountId, project);
         return Outcome::Changed;
+    }
+
+    /// A project keeps its theme even when that has become somebody else's.
+    bool hasTheme(qint64 accountId, const QString &guid)
+    {
+        const QList<Theme> themes = m_store.themes.withGuid(guid);
+        return std::any_of(themes.begin(), themes.end(), [accountId](const Theme &theme) {
+            return theme.accountId == accountId || theme.accountId == 0;
+        });
     }
 
     qint64 expectFolder(qint64 accountId, const QString &path, const FilePlace &place)
@@ -228,14 +241,19 @@ private:
         const User user = expectUser(entry.createdByLogin, entry.place);
         if (m_store.assets.isKnown(entry.accountId, entry.asset.guid))
             return Outcome::Unchanged;
-        const Uploads::Adopted file = m_newFiles.value({entry.accountId, entry.file});
         Asset asset = entry.asset;
         asset.folderId = folder;
         asset.createdById = user.userId;
-        asset.assetType = file.assetType;
-        m_blobs.name({entry.accountId, file.file.sha});
-        m_store.assets.addBlob(entry.accountId, file.file);
-        m_store.assets.add(entry.accountId, asset, {file.file});
+        QList<AssetFile> files;
+        for (const WorkspaceFiles::AssetSource &source : entry.files) {
+            const Uploads::Adopted file = m_newFiles.value({entry.accountId, source});
+            if (files.isEmpty())
+                asset.assetType = file.assetType;
+            m_blobs.name({entry.accountId, file.file.sha});
+            m_store.assets.addBlob(entry.accountId, file.file);
+            files << file.file;
+        }
+        m_store.assets.add(entry.accountId, asset, files);
         return Outcome::Added;
     }
 
@@ -245,59 +263,106 @@ private:
     const NewFiles &m_newFiles;
     StagedBlobs &m_blobs;
     const QHash<QString, AudienceFiles> &m_audiences;
+    const Progress &m_progress;
     QList<ImportCount> m_counts;
 };
 
 /// Hashes for the people whose password is not yet what the file says. Made before the transaction:
 /// hashing is slow on purpose, and nobody could write meanwhile.
-QHash<QString, QString> newHashes(Store &store, const WorkspaceFiles &files)
+QHash<QString, QString> newHashes(Store &store, const WorkspaceFiles &files,
+                                  const ImportOptions &options)
 {
     QHash<QString, QString> result;
+    qint64 done = 0;
     for (const WorkspaceFiles::PersonEntry &person : files.people) {
+        tell(options.progress, QStringLiteral("people"), ++done, files.people.size());
+        if (!person.password)
+            continue;
         const auto known = store.users.passwordHash(person.login);
-        if (!known || !store.hasher.verify(*known, person.password))
-            result.insert(person.login, store.hasher.hash(person.password));
+        if (known && !known->isEmpty() && store.hasher.verify(*known, *person.password))
+            continue;
+        // What is not stored need not be worth the time.
+        result.insert(person.login,
+                      options.dryRun ? store.hasher.dummy() : store.hasher.hash(*person.password));
     }
     return result;
 }
 
 /// Takes in the bytes of the assets that are not there yet: rows must not come before them.
-NewFiles newFiles(Store &store, const WorkspaceFiles &files, StagedBlobs &blobs)
+NewFiles newFiles(Store &store, const WorkspaceFiles &files, StagedBlobs &blobs,
+                  const ImportOptions &options)
 {
     NewFiles result;
+    qint64 done = 0;
     for (const WorkspaceFiles::AssetEntry &entry : files.assets) {
-        const auto key = std::make_pair(entry.accountId, entry.file);
-        if (store.assets.isKnown(entry.accountId, entry.asset.guid) || result.contains(key))
+        tell(options.progress, QStringLiteral("assets"), ++done, files.assets.size());
+        if (store.assets.isKnown(entry.accountId, entry.asset.guid))
             continue;
-        const Uploads::Adopted taken = store.uploads.adopt(entry.accountId, entry.file);
-        blobs.add({entry.accountId, taken.file.sha}, taken.part);
-        result.insert(key, taken);
+        for (const WorkspaceFiles::AssetSource &source : entry.files) {
+            const auto key = std::make_pair(entry.accountId, source);
+            if (result.contains(key))
+                continue;
+            Uploads::Adopted taken;
+            if (options.dryRun) {
+                taken.file = {source.name, QStringLiteral("-"), QString(), 0, false};
+            } else {
+                taken = store.uploads.adopt(entry.accountId, source.path, source.name);
+                blobs.add({entry.accountId, taken.file.sha}, taken.part);
+            }
+            result.insert(key, taken);
+        }
     }
     return result;
 }
 
+/// Ends the transaction of a dry run; what it has counted outlives it.
+struct NothingStored
+{
+};
+
 } // namespace
 
-QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files)
+QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files,
+                                   const ImportOptions &options)
 {
-    const QHash<QString, QString> hashes = newHashes(store, files);
-    const QHash<QString, AudienceFiles> audiences = newAudiences(store, files);
+    const QHash<QString, QString> hashes = newHashes(store, files, options);
+    const QHash<QString, AudienceFiles> audiences = newAudiences(store, files, options.progress);
     std::unique_ptr<BlobHold> hold;
-    if (!files.assets.isEmpty() || !files.themes.isEmpty())
+    if (!options.dryRun && !(files.assets.isEmpty() && files.themes.isEmpty()))
         hold = store.blobs.hold(BlobHold::Mode::Store);
     for (int attempt = 1;; ++attempt) {
-        StagedBlobs blobs(store.blobs);
-        const NewFiles taken = newFiles(store, files, blobs);
-        stageNewPreviews(store, files, blobs);
+        StagedBlobs blobs(store.blobs, options.dryRun ? StagedBlobs::Mode::NameNothing
+                                                      : StagedBlobs::Mode::Name);
+        const NewFiles taken = newFiles(store, files, blobs, options);
+        if (!options.dryRun)
+            stageNewPreviews(store, files, blobs);
         try {
-            return store.database.tx(
-                [&] { return Importer(store, files, hashes, taken, blobs, audiences).run(); });
+            return importInside(store, options, [&] {
+                return Importer(store, files, hashes, taken, blobs, audiences, options.progress)
+                    .run();
+            });
         } catch (const BlobGone &) {
             // What was there is taken in the next time.
             if (attempt == attempts)
                 throw;
         }
     }
+}
+
+QList<ImportCount> importInside(Store &store, const ImportOptions &options,
+                                const std::function<QList<ImportCount>()> &take)
+{
+    QList<ImportCount> counts;
+    try {
+        store.database.tx([&] {
+            counts = take();
+            if (options.dryRun)
+                throw NothingStored();
+        });
+    } catch (const NothingStored &) {
+        // as was asked for
+    }
+    return counts;
 }
 
 } // namespace Zel

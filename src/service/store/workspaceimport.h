@@ -3,10 +3,13 @@
 #pragma once
 
 #include "platform/core/export.h"
+#include "service/store/progress.h"
 #include "service/store/workspacefiles.h"
 
 #include <QList>
 #include <QString>
+
+#include <functional>
 
 namespace Zel {
 
@@ -24,11 +27,22 @@ struct ImportCount
     int unchanged = 0;
 };
 
+struct ImportOptions
+{
+    bool dryRun = false; ///< does everything but store: what is wrong shows, and what would change
+    Progress progress;
+};
+
 /// Makes the database hold what the files say: what is missing is added, what differs is changed,
 /// and what the files do not mention stays. Doing it twice changes nothing the second time. It
 /// happens in one transaction: when anything is wrong (`WorkspaceFileError`, `DatabaseError`)
 /// nothing is stored. The folder of a deployment is read only when anything in it has changed
 /// since.
-ZEL_EXPORT QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files);
+ZEL_EXPORT QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files,
+                                              const ImportOptions &options = {});
+
+/// Runs `take` in the transaction of an import, which stores nothing when it is a dry run.
+QList<ImportCount> importInside(Store &store, const ImportOptions &options,
+                                const std::function<QList<ImportCount>()> &take);
 
 } // namespace Zel

@@ -46,13 +46,14 @@ QString certificate(const char *name)
            QLatin1String(name);
 }
 
-QSslConfiguration serverTls()
+QSslConfiguration serverTls(const char *certificateName = "server.pem",
+                            const char *keyName = "server.key")
 {
-    QFile key(certificate("server.key"));
+    QFile key(certificate(keyName));
     if (!key.open(QIODevice::ReadOnly))
         qFatal("no key for the test server");
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    tls.setLocalCertificateChain(QSslCertificate::fromPath(certificate("server.pem")));
+    tls.setLocalCertificateChain(QSslCertificate::fromPath(certificate(certificateName)));
     tls.setPrivateKey(QSslKey(&key, QSsl::Ec));
     tls.setPeerVerifyMode(QSslSocket::VerifyNone);
     return tls;
@@ -228,6 +229,22 @@ private slots:
             [&] { signIn(client, QStringLiteral("https://localhost:%1").arg(server.port())); });
         QVERIFY(error);
         QCOMPARE(error->kind(), ServiceError::Kind::Unreachable);
+        QVERIFY(server.requests().isEmpty());
+    }
+
+    void anExpiredCertificateIsRefused()
+    {
+        ScriptedServer server(respond(http(201, session)), ScriptedServer::Ask::WholeRequest,
+                              serverTls("expired.pem", "expired.key"));
+        HttpServiceClient client;
+        client.setNetworkPolicy(trusting(certificate("expired-authority.pem")));
+        const auto error = errorOf([&] { signIn(client, secure(server)); });
+        QVERIFY(error);
+        QCOMPARE(error->kind(), ServiceError::Kind::Unreachable);
+        QVERIFY2(error->description().contains(QLatin1String("nothing was sent")),
+                 qPrintable(error->description()));
+        QVERIFY2(error->details().contains(QLatin1String("expired")), qPrintable(error->details()));
+        QVERIFY(server.connections() > 0);
         QVERIFY(server.requests().isEmpty());
     }
 

@@ -6,12 +6,14 @@
 #include "testsupport/testcase.h"
 #include "tunnelproxy.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QNetworkProxy>
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -182,6 +184,8 @@ private slots:
         QTest::newRow("too large") << 413 << QByteArray("too-large") << ServiceError::Kind::Invalid;
         QTest::newRow("not allowed")
             << 403 << QByteArray("not-allowed") << ServiceError::Kind::Refused;
+        QTest::newRow("signed out")
+            << 401 << QByteArray("signed-out") << ServiceError::Kind::SignedOut;
         QTest::newRow("conflict") << 409 << QByteArray("conflict") << ServiceError::Kind::Conflict;
     }
 
@@ -202,8 +206,9 @@ private slots:
         QVERIFY(error);
         QVERIFY2(error->kind() == kind, qPrintable(error->description() + error->details()));
         QCOMPARE(error->code(), QString::fromLatin1(code));
-        QVERIFY2(error->description().contains(QLatin1String("Why it is refused.")),
-                 qPrintable(error->description()));
+        // Of the end of a session the client tells in its own words.
+        const QLatin1String sentence(status == 401 ? "Sign in again." : "Why it is refused.");
+        QVERIFY2(error->description().contains(sentence), qPrintable(error->description()));
     }
 
     void goesOnBehindWhatArrivedWhenTheConnectionBreaks()
@@ -390,6 +395,121 @@ private slots:
         QVERIFY2(error->description().contains(QLatin1String("large.bin\" was changed")),
                  qPrintable(error->description()));
         QCOMPARE(server.requests().last().method, "DELETE");
+    }
+
+    void nothingOfTheHostRunsInsideAnUpload()
+    {
+        ScriptedServer server(taking([](const SeenRequest &request, Wire &wire) {
+            wire.sleep(50);
+            takePiece(request, wire);
+        }));
+        HttpServiceClient client;
+        QVERIFY(signIn(client, server.address()));
+        int timeouts = 0;
+        int events = 0;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&] { ++timeouts; });
+        timer.start(1);
+        QMetaObject::invokeMethod(
+            this, [&] { ++events; }, Qt::QueuedConnection);
+        QCOMPARE(upload(client), QStringLiteral("g1"));
+        QCOMPARE(timeouts, 0);
+        QCOMPARE(events, 0);
+        QTRY_VERIFY(timeouts > 0); // they were due all the time
+        QCOMPARE(events, 1);
+    }
+
+    void aCallInsideAProgressSlotIsAnswered()
+    {
+        const auto script = taking(takePiece);
+        ScriptedServer server([script](const SeenRequest &request, Wire &wire) {
+            if (request.target == "/v1/accounts")
+                wire.write(http(200, R"({"accounts":[{"accountID":7,"accountName":"Seven"}]})"));
+            else
+                script(request, wire);
+        });
+        HttpServiceClient client;
+        QVERIFY(signIn(client, server.address()));
+        int answers = 0;
+        connect(&client, &ServiceClient::CreateAssetFileProgress, &client, [&] {
+            AccountCollectionPtr accounts;
+            client.getAccounts(accounts);
+            answers += accounts->item(1)->accountID == 7;
+        });
+        QCOMPARE(upload(client), QStringLiteral("g1"));
+        QVERIFY(answers > 2);
+        QByteArray sent;
+        for (const SeenRequest &piece : piecesOf(server))
+            sent += piece.body;
+        QVERIFY(sent == m_bytes);
+    }
+
+    void aProgressSlotMayHandleEvents()
+    {
+        ScriptedServer server(taking(takePiece));
+        HttpServiceClient client;
+        QVERIFY(signIn(client, server.address()));
+        int timeouts = 0;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&] { ++timeouts; });
+        timer.start(0);
+        QList<int> seen;
+        connect(&client, &ServiceClient::CreateAssetFileProgress, &client, [&](qint32 percent) {
+            seen << percent;
+            QCoreApplication::processEvents();
+        });
+        QCOMPARE(upload(client), QStringLiteral("g1"));
+        QVERIFY(timeouts > 0);
+        QVERIFY(seen.size() > 2);
+        QVERIFY(std::is_sorted(seen.begin(), seen.end()));
+        QCOMPARE(seen.count(100), 1);
+        QCOMPARE(seen.last(), 100);
+    }
+
+    void anAnswerToAPieceThatDripsIsGivenUp()
+    {
+        ScriptedServer server(taking([](const SeenRequest &, Wire &wire) {
+            wire.write("HTTP/1.1 200 OK\r\nContent-Length: 100000000\r\n\r\n");
+            wire.drip();
+        }));
+        HttpServiceClient client;
+        QVERIFY(signIn(client, server.address()));
+        NetworkPolicy policy = impatient();
+        policy.callLimit = std::chrono::milliseconds(500);
+        client.setNetworkPolicy(policy);
+        const auto error = errorOf([&] { upload(client); });
+        QVERIFY(error);
+        QCOMPARE(error->kind(), ServiceError::Kind::TimedOut);
+        QVERIFY2(error->description().contains(QLatin1String("after 0.5 seconds")),
+                 qPrintable(error->description()));
+        QCOMPARE(piecesOf(server).size(), 1);
+        QCOMPARE(server.requests().last().method, "DELETE");
+    }
+
+    /// Another call, one whose connection broke perhaps, has the file or the upload for a moment.
+    void busyIsTriedAgain()
+    {
+        std::atomic_int pieces = 0;
+        std::atomic_int commits = 0;
+        const auto script = taking([&](const SeenRequest &request, Wire &wire) {
+            if (++pieces == 2)
+                wire.write(problem(409, "busy"));
+            else if (request.body.isEmpty())
+                wire.write(received(chunk));
+            else
+                takePiece(request, wire);
+        });
+        ScriptedServer server([&](const SeenRequest &request, Wire &wire) {
+            if (request.target.endsWith("/commit") && ++commits == 1)
+                wire.write(problem(409, "busy"));
+            else
+                script(request, wire);
+        });
+        HttpServiceClient client;
+        QVERIFY(signIn(client, server.address()));
+        QCOMPARE(upload(client), QStringLiteral("g1"));
+        QCOMPARE(commits.load(), 2);
+        QCOMPARE(piecesOf(server).size(), 6); // four, the one refused and the one that asked
     }
 
 private:

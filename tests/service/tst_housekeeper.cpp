@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/housekeeper.h"
+#include "tests/service/apifixture.h"
+#include "tests/service/testdatabases.h"
+#include "testsupport/testcase.h"
+
+#include <QCryptographicHash>
+#include <QTest>
+
+#include <atomic>
+
+using namespace ZelTest;
+using namespace Zel;
+using Service::Housekeeper;
+
+/// What clears up while the service runs.
+class HousekeeperTest : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void worksAgainAndAgainWhateverIsThrown();
+    void endsWithoutWaitingForItsTime();
+    void clearsAwayWhatIsOfNoUse_data();
+    void clearsAwayWhatIsOfNoUse();
+    void leavesTheTrashWhileSomebodyStores();
+
+private:
+    TestDatabases m_databases;
+};
+
+void HousekeeperTest::worksAgainAndAgainWhateverIsThrown()
+{
+    std::atomic<int> count{0};
+    const Housekeeper keeper(std::chrono::milliseconds(2), [&count] {
+        ++count;
+        throw std::runtime_error("a fault of the test");
+    });
+    QTRY_VERIFY(count > 3);
+}
+
+void HousekeeperTest::endsWithoutWaitingForItsTime()
+{
+    std::atomic<int> count{0};
+    {
+        const Housekeeper keeper(std::chrono::hours(10), [&count] { ++count; });
+    }
+    QCOMPARE(count.load(), 0);
+}
+
+void HousekeeperTest::clearsAwayWhatIsOfNoUse_data()
+{
+    QTest::addColumn<bool>("chunks");
+    QTest::newRow("files") << false;
+    QTest::newRow("chunks") << true;
+}
+
+void HousekeeperTest::clearsAwayWhatIsOfNoUse()
+{
+    QFETCH(bool, chunks);
+    ApiFixture api(m_databases.fresh(false), Thumbnails::decodeFile,
+                   chunks ? BlobKind::Database : BlobKind::Files);
+    Store &store = api.store();
+    const AssetUser user{1002, store.users.find(QStringLiteral("maja"))->userId,
+                         QStringLiteral("owner")};
+    const QByteArray bytes = "some bytes";
+    const QString sha =
+        QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+    const auto upload = [&](bool commit) {
+        QString id;
+        QCOMPARE(store.uploads.reserve(
+                     user, {QStringLiteral("a"), {}, 0, {{QStringLiteral("a"), bytes.size()}}}, id),
+                 Uploads::Outcome::Done);
+        Uploads::Part part;
+        QCOMPARE(store.uploads.open(user, id, 0, part), Uploads::Outcome::Done);
+        part.part->append(bytes.constData(), bytes.size());
+        store.uploads.close(part);
+        if (!commit)
+            return;
+        const auto made = store.uploads.commit(user, id, {sha});
+        QCOMPARE(made.outcome, Uploads::Outcome::Done);
+        QCOMPARE(store.assets.remove(user, made.guid), Assets::Outcome::Done);
+    };
+    upload(true);
+    upload(false);
+    const QString before = api.rowCounts();
+    Service::tidyUp(store);
+    QCOMPARE(api.rowCounts(), before);
+    QVERIFY(store.blobs.has({1002, sha}));
+    api.advance(Assets::trashTimeMs + 1);
+    Service::tidyUp(store);
+    QCOMPARE(store.assets.trash().size(), 0);
+    QVERIFY(!store.blobs.has({1002, sha}));
+    const auto count = [&api](const char *table) {
+        return api.database()
+            .runNative(QStringLiteral("SELECT COUNT(*) FROM ") + QLatin1String(table))
+            .toLongLong();
+    };
+    QCOMPARE(count("upload"), 0);
+    QCOMPARE(count("blob_content WHERE sha IS NULL"), 0);
+}
+
+void HousekeeperTest::leavesTheTrashWhileSomebodyStores()
+{
+    ApiFixture api(m_databases.fresh(false));
+    const auto hold = api.store().blobs.hold(BlobHold::Mode::Store);
+    QVERIFY(!api.store().assets.purgeUnlessBusy(api.now()).has_value());
+}
+
+ZEL_TEST_MAIN(HousekeeperTest)
+#include "tst_housekeeper.moc"
