@@ -6,6 +6,7 @@
 // the same SQL typed into the database's own program, on SQLite and PostgreSQL, and how they grow;
 // and 100,000 page views as records of the client beside a bare scan of the database into structs.
 #include "audiencefill.h"
+#include "barescan.h"
 #include "measuring.h"
 #include "platform/core/runtimeerror.h"
 #include "service/client/httpserviceclient.h"
@@ -15,9 +16,7 @@
 
 #include <QCoreApplication>
 
-#include <sqlite3.h>
 #include <stdexcept>
-#include <string>
 
 using namespace Bench;
 using QXSC::HttpServiceClient;
@@ -119,54 +118,6 @@ double measureTyped(AudienceFill &fill, const AudienceFill::Filled &filled)
     return medianOf(all);
 }
 
-/// A page view as one would read it without anything between.
-struct BareView
-{
-    std::string user;
-    std::string first;
-    std::string last;
-    std::string email;
-    qint64 at = 0;
-    qint64 seconds = 0;
-    bool closed = false;
-};
-
-std::string textOf(sqlite3_stmt *statement, int column)
-{
-    const unsigned char *text = sqlite3_column_text(statement, column);
-    return text ? reinterpret_cast<const char *>(text) : std::string();
-}
-
-double scan(const QString &file, const AudienceFill::Filled &filled)
-{
-    sqlite3 *database = nullptr;
-    sqlite3_stmt *statement = nullptr;
-    if (sqlite3_open(file.toUtf8().constData(), &database) != SQLITE_OK)
-        throw std::runtime_error("the database cannot be opened");
-    const QByteArray sql =
-        "SELECT p.user_id, r.first_name, r.last_name, r.email, v.view_at, v.time_spent, v.closed "
-        "FROM page_view v JOIN audience_person p ON p.account_id = v.account_id "
-        "AND p.dep_no = v.dep_no AND p.person_no = v.person_no "
-        "LEFT JOIN registrant r ON r.account_id = v.account_id AND r.dep_no = v.dep_no "
-        "AND r.person_no = v.person_no WHERE v.account_id = " +
-        QByteArray::number(AudienceFill::account) +
-        " AND v.dep_no = " + QByteArray::number(filled.number) + " ORDER BY v.view_at";
-    std::vector<BareView> views;
-    const double time = milliseconds([&] {
-        sqlite3_prepare_v2(database, sql.constData(), -1, &statement, nullptr);
-        while (sqlite3_step(statement) == SQLITE_ROW)
-            views.push_back({textOf(statement, 0), textOf(statement, 1), textOf(statement, 2),
-                             textOf(statement, 3), sqlite3_column_int64(statement, 4),
-                             sqlite3_column_int64(statement, 5),
-                             sqlite3_column_int(statement, 6) != 0});
-        sqlite3_finalize(statement);
-    });
-    sqlite3_close(database);
-    if (static_cast<qint64>(views.size()) != filled.views)
-        throw std::runtime_error("the scan has lost views");
-    return time;
-}
-
 void measureList(HttpServiceClient &client, AudienceFill &fill, const QString &file)
 {
     const AudienceFill::Filled filled = fill.fill(listedViews);
@@ -179,7 +130,7 @@ void measureList(HttpServiceClient &client, AudienceFill &fill, const QString &f
         ours.push_back(milliseconds([&] { views = client.GetPageViews(filled.guid, start, end); }));
         if (views->count() != filled.views)
             throw std::runtime_error("the list has lost views");
-        bare.push_back(scan(file, filled));
+        bare.push_back(bareScan(file, filled));
     }
     std::printf("\n%lld page views from SQLite: to records of the client %.0f ms, a bare scan into "
                 "structs %.0f ms\n",
