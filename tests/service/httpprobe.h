@@ -49,7 +49,7 @@ public:
     bool isClosed();
 
     /// Leaves what the server sends with the system, but for a little, until it is asked for.
-    void takeInLittle() { m_socket.setReadBufferSize(64 * 1024); }
+    void takeInLittle() { m_socket->setReadBufferSize(64 * 1024); }
 
     /// Ends the connection with a reset.
     void abort() { m_socket->abort(); }
