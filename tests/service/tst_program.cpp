@@ -107,7 +107,10 @@ void ProgramTest::helpsWithEveryCommand_data()
     row("import --help", "projects.csv");
     row("user --help", "--password-file");
     row("simulate --help", "--participants");
-    row("doctor -h", "Checks");
+    row("doctor -h", "--deep");
+    row("copy --help", "--to-blobs");
+    row("backup --help", "password hashes");
+    row("restore --help", "--keep-sessions");
     row("export --help", "--with-password-hashes");
     row("account --help", "remove-member");
     row("trash --help", "--dry-run");

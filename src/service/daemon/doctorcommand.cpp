@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/exitcodes.h"
 #include "service/daemon/program.h"
+#include "service/daemon/progressline.h"
+#include "service/store/blobtransfer.h"
 #include "service/store/databaseerror.h"
 #include "service/store/migrations.h"
-#include "service/store/store.h"
+#include "service/store/workspacecheck.h"
 
 #include <array>
 
@@ -45,7 +47,7 @@ void checkSqlite(Database &database)
         throw DatabaseError(
             DatabaseError::Kind::Corrupt,
             QStringLiteral("The table %1 refers to rows that are not there.").arg(orphan));
-    print(QStringLiteral("All references lead somewhere."));
+    print(QStringLiteral("All foreign keys lead somewhere."));
 }
 
 void checkPostgres(Database &database)
@@ -60,16 +62,70 @@ void checkPostgres(Database &database)
     print(QStringLiteral("It stores Unicode."));
 }
 
+QString heldText(Database &database)
+{
+    QStringList counts;
+    for (const Counted &one : counted)
+        counts << QStringLiteral("%1 %2").arg(
+            database.runNative(QString::fromLatin1(one.query)).toString(),
+            QString::fromLatin1(one.what));
+    return QStringLiteral("It holds %1.").arg(counts.join(QLatin1String(", ")));
+}
+
+void setUp(QCommandLineParser &parser, const QStringList &arguments)
+{
+    parser.addOptions(
+        {{QStringLiteral("files"),
+          QStringLiteral("The folder of the files that are uploaded, where they are kept in one; "
+                         "the usual one unless named. The environment variable ZEL_FILES stands in "
+                         "for it."),
+          QStringLiteral("folder")},
+         {QStringLiteral("deep"),
+          QStringLiteral("Reads every file and compares its checksum; otherwise only its size.")}});
+    addQuietOption(parser);
+    parseCommand(
+        parser, QStringLiteral("doctor"),
+        QStringLiteral("Checks a database and its files and says what it finds; changes nothing. "
+                       "Services may go on meanwhile."),
+        arguments);
+    if (!parser.positionalArguments().isEmpty())
+        throw UsageError(QStringLiteral("doctor takes no further arguments."));
+}
+
+/// What the database itself does not watch over.
+QStringList findFaults(Database &database, const QCommandLineParser &parser)
+{
+    ProgressLine line(isQuiet(parser));
+    const auto blobs = openBlobs(database, blobKindOfAnyStep(database), filesFolder(parser));
+    WorkspaceCheck check(database, *blobs, line.progress());
+    const bool isDeep = parser.isSet(QStringLiteral("deep"));
+    const auto say = [&line](const QStringList &faults, const QString &fine) {
+        line.clear();
+        for (const QString &fault : faults)
+            print(fault);
+        if (faults.isEmpty())
+            print(fine);
+        return faults;
+    };
+    QStringList all = say(check.brokenReferences(),
+                          QStringLiteral("Rows that name others without the database watching lead "
+                                         "somewhere."));
+    all += say(check.wrongTallies(), QStringLiteral("The sums of page views are right."));
+    const QStringList files =
+        check.brokenFiles(isDeep ? WorkspaceCheck::Depth::Bytes : WorkspaceCheck::Depth::Sizes);
+    all += say(files, (isDeep ? QStringLiteral("All %1 files are there, byte for byte.")
+                              : QStringLiteral("All %1 files are there and as long as they should "
+                                               "be; --deep reads them, too."))
+                          .arg(check.checkedFiles()));
+    return all;
+}
+
 } // namespace
 
 int doctorCommand(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parseCommand(parser, QStringLiteral("doctor"),
-                 QStringLiteral("Checks a database and says what it finds; changes nothing."),
-                 arguments);
-    if (!parser.positionalArguments().isEmpty())
-        throw UsageError(QStringLiteral("doctor takes no further arguments."));
+    setUp(parser, arguments);
     Database database(databaseAddress(parser));
     database.open();
     print(QStringLiteral("%1 can be opened.").arg(database.address().display()));
@@ -80,12 +136,13 @@ int doctorCommand(const QStringList &arguments)
     Migrations(database).requireCurrent();
     print(QStringLiteral("Its tables are as this program needs them (step %1).")
               .arg(Migrations::latestVersion()));
-    QStringList counts;
-    for (const Counted &one : counted)
-        counts << QStringLiteral("%1 %2").arg(
-            database.runNative(QString::fromLatin1(one.query)).toString(),
-            QString::fromLatin1(one.what));
-    print(QStringLiteral("It holds %1.").arg(counts.join(QLatin1String(", "))));
+    print(heldText(database));
+    const QStringList faults = findFaults(database, parser);
+    if (!faults.isEmpty())
+        throw DatabaseError(DatabaseError::Kind::Corrupt,
+                            faults.size() == 1
+                                ? QStringLiteral("One thing is wrong.")
+                                : QStringLiteral("%1 things are wrong.").arg(faults.size()));
     return ExitFine;
 }
 

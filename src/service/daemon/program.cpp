@@ -43,7 +43,15 @@ constexpr std::array commands{
     Command{"simulate", "make a deployment with a made-up audience", simulateCommand,
             "simulate --account 1001 --project 5c400ad7-64e6-55e6-9e0a-11462ba0bba6 --database "
             "workspace.db"},
-    Command{"doctor", "check a database", doctorCommand, "doctor --database workspace.db"},
+    Command{
+        "copy", "copy a workspace into another database", copyCommand,
+        "copy --database workspace.db --to postgresql://zel@db.example/zel --to-blobs database"},
+    Command{"backup", "write a workspace into one file", backupCommand,
+            "backup workspace.zelbackup --database workspace.db"},
+    Command{"restore", "put the workspace of a backup into an empty database", restoreCommand,
+            "restore workspace.zelbackup --database fresh.db"},
+    Command{"doctor", "check a database and its files", doctorCommand,
+            "doctor --deep --database workspace.db"},
     Command{"thumbnail", "decode one picture; the service runs this itself", thumbnailCommand,
             "thumbnail < picture.png > thumbnails"},
 };

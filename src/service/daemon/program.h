@@ -75,6 +75,9 @@ int simulateCommand(const QStringList &arguments);
 int accountCommand(const QStringList &arguments);
 int userCommand(const QStringList &arguments);
 int trashCommand(const QStringList &arguments);
+int copyCommand(const QStringList &arguments);
+int backupCommand(const QStringList &arguments);
+int restoreCommand(const QStringList &arguments);
 int doctorCommand(const QStringList &arguments);
 int thumbnailCommand(const QStringList &arguments);
 

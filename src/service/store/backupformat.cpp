@@ -79,6 +79,7 @@ QByteArray BackupHeader::toJson() const
                                      {QStringLiteral("version"), format},
                                      {QStringLiteral("step"), step},
                                      {QStringLiteral("database"), engine},
+                                     {QStringLiteral("blobs"), blobs},
                                      {QStringLiteral("createdAt"), createdAt},
                                      {QStringLiteral("tables"), all}})
         .toJson(QJsonDocument::Indented);
@@ -95,6 +96,7 @@ std::optional<BackupHeader> BackupHeader::fromJson(const QByteArray &json)
         return header;
     header.step = object.value(QLatin1String("step")).toInt();
     header.engine = object.value(QLatin1String("database")).toString();
+    header.blobs = object.value(QLatin1String("blobs")).toString();
     header.createdAt = object.value(QLatin1String("createdAt")).toInteger();
     const QJsonArray all = object.value(QLatin1String("tables")).toArray();
     for (const QJsonValue &one : all) {

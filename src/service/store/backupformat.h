@@ -40,6 +40,7 @@ struct ZEL_EXPORT BackupHeader
     int format = formatVersion;
     int step = 0;         ///< the migration step of its tables
     QString engine;       ///< what it was made from: "sqlite" or "postgresql"
+    QString blobs;        ///< where that had its files: "files" or "database"
     qint64 createdAt = 0; ///< milliseconds UTC
     QList<TableInfo> tables;
 

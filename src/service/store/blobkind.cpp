@@ -13,6 +13,10 @@ const SqlText findSetting(R"sql(
     SELECT value FROM service_setting WHERE name = $1
 )sql");
 
+const SqlText dropSetting(R"sql(
+    DELETE FROM service_setting WHERE name = $1
+)sql");
+
 const SqlText addSetting(R"sql(
     INSERT INTO service_setting (name, value) VALUES ($1, $2)
 )sql");
@@ -86,6 +90,12 @@ BlobKind decideBlobKind(Database &database, std::optional<BlobKind> wanted)
             QStringLiteral("the database %1 keeps its files in \"%2\", not in \"%3\".")
                 .arg(database.address().display(), wordOf(kind), wordOf(*wanted)));
     return kind;
+}
+
+void recordBlobKind(Database &database, BlobKind kind)
+{
+    database.exec(dropSetting, {setting});
+    database.exec(addSetting, {setting, wordOf(kind)});
 }
 
 } // namespace Zel

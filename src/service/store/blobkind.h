@@ -56,4 +56,8 @@ ZEL_EXPORT std::optional<BlobKind> decidedBlobKind(Database &database);
 /// `BlobKindError` when something else is wanted than has been decided.
 ZEL_EXPORT BlobKind decideBlobKind(Database &database, std::optional<BlobKind> wanted);
 
+/// Decides anew, whatever was decided before: for a workspace whose files are moved along. Only
+/// inside a transaction.
+ZEL_EXPORT void recordBlobKind(Database &database, BlobKind kind);
+
 } // namespace Zel

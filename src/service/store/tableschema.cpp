@@ -157,7 +157,9 @@ QList<TableInfo> readTables(Database &database)
 
 QList<TableInfo> readContentTables(Database &database)
 {
-    static const QStringList leftOut{QStringLiteral("schema_version")};
+    static const QStringList leftOut{QStringLiteral("schema_version"),
+                                     QStringLiteral("blob_content"), QStringLiteral("blob_chunk"),
+                                     QStringLiteral("blob_thumbnail")};
     QList<TableInfo> tables = readTables(database);
     tables.removeIf([](const TableInfo &table) { return leftOut.contains(table.name); });
     return tables;
