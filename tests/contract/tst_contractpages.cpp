@@ -173,7 +173,7 @@ void ContractPagesTest::aListIsTheSameHoweverItIsCut_data()
         QStringList texts;
         const auto list = client.GetPollResponses(liveDeployment);
         for (const PollResponse &one : *list)
-            texts << one.userGuid + one.questionGuid + one.answer;
+            texts << one.userGuid + one.questionGuid + one.answerId;
         return texts;
     });
     row("survey responses", [](Client &client) {
