@@ -7,6 +7,7 @@
 #include <QSet>
 #include <QTest>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -212,9 +213,10 @@ void ContractPagesTest::aListIsTheSameHoweverItIsCut()
     const QStringList whole = read(*client);
     QVERIFY(whole.size() >= 2);
     // Few calls of long lists, and cuts at every place of short ones.
+    constexpr qint64 most = 50'000; // rows of one page
     const qint64 least = 1 + whole.size() / 40;
     for (const qint64 rows : {least, least + 1, qint64(whole.size()) - 1, qint64(whole.size())}) {
-        cut(*client, rows);
+        cut(*client, std::min(rows, most));
         QCOMPARE(read(*client), whole);
     }
 }

@@ -209,6 +209,7 @@ QStringList InterfaceCheck::queryFaults(const QJsonObject &operation, const Chec
             faults << QStringLiteral("the parameter %1 cannot be \"%2\"")
                           .arg(name, QString::fromUtf8(text));
     }
+    given.remove(QString()); // two "&" in a row, or one at an end, part nothing
     const QStringList others = given.keys();
     for (const QString &name : others)
         faults << QStringLiteral("the parameter %1 is not documented").arg(name);

@@ -63,6 +63,7 @@ constexpr Reason severalAccounts[] = {
      "t.created_at, t.modified_at, t.definition, t.preview_sha, v.mime, v.size FROM theme t LEFT "
      "JOIN theme_preview v ON v.account_id = t.account_id AND v.sha = t.preview_sha WHERE t.guid",
      "an import names a theme by its guid"},
+    {"DELETE FROM idem WHERE", "answers that expired are cleared away now and then, for all"},
     {"INSERT INTO data_record_entry (account_id, theme_guid, edited, pos, label, type, hidden, "
      "ext, "
      "source, button_text, width, height, value_text, value_guid, value_dependencies) SELECT",
@@ -182,8 +183,11 @@ void ShardingTest::keysAndIndexesBeginWithTheAccount()
         if (isOfAccount(one.section(QLatin1Char(' '), 0, 0)))
             wrong << one;
     }
-    // Players know the key of their deployment and nothing else; one that is not unique is allowed.
-    QCOMPARE(wrong, QStringList(QStringLiteral("deployment deployment_by_key")));
+    wrong.sort();
+    // Players know the key of their deployment and nothing else, and answers are cleared away by
+    // their age; ones that are not unique are allowed.
+    QCOMPARE(wrong, (QStringList{QStringLiteral("deployment deployment_by_key"),
+                                 QStringLiteral("idem idem_by_expiry")}));
     const QString unique =
         m_database
             ->runNative(QStringLiteral("SELECT CAST(indisunique AS TEXT) FROM pg_index "
@@ -341,6 +345,9 @@ void ShardingTest::statementsAreAboutOneAccount()
     const QList<FoundText> texts = sqlTextsInSources();
     QVERIFY(texts.size() > 100);
     for (const FoundText &text : texts) {
+        // The command doctor looks at the whole database at once.
+        if (text.file.endsWith(QLatin1String("/workspacecheck.cpp")))
+            continue;
         const QStringList faults = faultsOf(text.sql);
         if (!isExcused(text.sql)) {
             QVERIFY2(faults.isEmpty(),

@@ -76,6 +76,8 @@ ReplyReader::~ReplyReader()
 void ReplyReader::abort()
 {
     m_reply->abort();
+    // At once: what the network's own thread still sends of it would be an error too many.
+    delete m_reply; // and this with it
 }
 
 void ReplyReader::readHead()

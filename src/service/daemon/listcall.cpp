@@ -37,13 +37,14 @@ ListCall::ListCall(const Call &call, const char *list, qint64 most)
     const auto json = QByteArray::fromBase64Encoding(
         after->toLatin1(), encoding | QByteArray::AbortOnBase64DecodingErrors);
     m_place = json ? QJsonDocument::fromJson(*json).array() : QJsonArray();
-    if (take().toString() != QLatin1String(list) || isFirst())
+    m_isFirst = false;
+    if (take().toString() != QLatin1String(list) || m_place.isEmpty())
         throw noPlace();
 }
 
 QJsonValue ListCall::take()
 {
-    if (isFirst())
+    if (m_place.isEmpty())
         throw noPlace();
     return m_place.takeAt(0);
 }

@@ -34,7 +34,7 @@ public:
     ListCall(const Call &call, const char *list, qint64 most = mostRows);
 
     /// Whether the list is to be read from its beginning: then there is no place to read.
-    bool isFirst() const { return m_place.isEmpty(); }
+    bool isFirst() const { return m_isFirst; }
 
     qint64 limit() const { return m_limit; }
 
@@ -56,7 +56,8 @@ private:
 
     const char *m_list;
     qint64 m_limit = 0;
-    QJsonArray m_place;
+    bool m_isFirst = true;
+    QJsonArray m_place; ///< what has not been taken of it
 };
 
 /// Counts the rows of a page while they are written.

@@ -29,7 +29,7 @@ const SqlText listUntimed(R"sql(
     LEFT JOIN registrant r
         ON r.account_id = q.account_id AND r.dep_no = q.dep_no AND r.person_no = q.person_no
     WHERE q.account_id = $1 AND q.dep_no = $2 AND q.submitted_at IS NULL AND q.guid > $3
-    ORDER BY q.guid NULLS FIRST
+    ORDER BY q.submitted_at NULLS FIRST, q.guid NULLS FIRST
     LIMIT $4
 )sql");
 
