@@ -47,7 +47,9 @@ class Meanwhile
 public:
     explicit Meanwhile(std::function<void(int)> act)
         : m_thread([this, act = std::move(act)] {
-            for (int i = 0; !m_stopping; ++i) {
+            // A list that grew faster than it is read would never end.
+            constexpr int most = 300;
+            for (int i = 0; i < most && !m_stopping; ++i) {
                 act(i);
                 m_times = i + 1;
             }

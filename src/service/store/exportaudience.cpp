@@ -21,7 +21,7 @@ const SqlText pageOfViews(R"sql(
           WHERE account_id = $1 AND dep_no = $2 AND view_id > $3
           ORDER BY view_id NULLS FIRST LIMIT $4) v
     JOIN audience_person p
-        ON p.account_id = v.account_id AND p.dep_no = v.dep_no AND p.person_no = v.person_no
+        ON p.account_id = $1 AND p.dep_no = v.dep_no AND p.person_no = v.person_no
     ORDER BY v.view_id NULLS FIRST
 )sql");
 
@@ -38,7 +38,7 @@ const SqlText pageOfRegistrants(R"sql(
           WHERE account_id = $1 AND dep_no = $2 AND registration_id > $3
           ORDER BY registration_id NULLS FIRST LIMIT $4) r
     JOIN audience_person p
-        ON p.account_id = r.account_id AND p.dep_no = r.dep_no AND p.person_no = r.person_no
+        ON p.account_id = $1 AND p.dep_no = r.dep_no AND p.person_no = r.person_no
     ORDER BY r.registration_id NULLS FIRST
 )sql");
 
@@ -51,7 +51,7 @@ const SqlText pageOfQuestions(R"sql(
           WHERE account_id = $1 AND dep_no = $2 AND guid > $3
           ORDER BY guid NULLS FIRST LIMIT $4) q
     JOIN audience_person p
-        ON p.account_id = q.account_id AND p.dep_no = q.dep_no AND p.person_no = q.person_no
+        ON p.account_id = $1 AND p.dep_no = q.dep_no AND p.person_no = q.person_no
     ORDER BY q.guid NULLS FIRST
 )sql");
 
