@@ -21,7 +21,7 @@ class ZEL_EXPORT DatabaseBlobs : public BlobStore
 public:
     /// The longest chunk. Bytes are gathered up to it, so that many small pieces make no more
     /// transactions than need be.
-    static constexpr qint64 chunkBytes = 1024 * 1024;
+    static constexpr qint64 chunkBytes = 256 * 1024;
     /// A part that is older is of no upload that is still known.
     static constexpr qint64 partLifeMs = 48LL * 60 * 60 * 1000;
 
