@@ -2,15 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // bench_service [sqlite|postgres|both]
-// What a service bears, on SQLite and on PostgreSQL: small calls, a large answer, a long list,
-// signing in, and one who works beside 200 who do nothing; bench_upload measures uploads. Each line
-// states what is measured, our figure, that of a peer, and their ratio.
+// What a service bears, on SQLite and on PostgreSQL: small calls, a large answer, a long list, a
+// large upload, signing in, and one who works beside 200 who do nothing. Each line states what is
+// measured, our figure, that of a peer, and their ratio.
 #include "audiencefill.h"
 #include "barescan.h"
 #include "keptconnection.h"
-#include "largefile.h"
-#include "measuring.h"
-#include "service/client/httpserviceclient.h"
+#include "largeupload.h"
 #include "service/store/passwordhasher.h"
 #include "tests/contract/postgresserver.h"
 #include "tests/contract/serviceprocess.h"
@@ -318,6 +316,27 @@ void measureSignIns(bool postgres)
     line("sign-ins", ours, "per s", "bare verifications, as many threads", bare);
 }
 
+void measureUpload(bool postgres)
+{
+    constexpr qint64 mebibytes = 1024;
+    constexpr int uploadRuns = 3;
+    QTemporaryDir folder;
+    const QString source = folder.filePath(QStringLiteral("source.bin"));
+    makeFile(source, mebibytes);
+    Service service(postgres);
+    HttpServiceClient client;
+    service.signIn(client);
+    std::vector<double> copies;
+    std::vector<double> uploads;
+    for (int run = 0; run < uploadRuns; ++run) {
+        copies.push_back(copySeconds(source, folder.filePath(QStringLiteral("copy.bin"))));
+        uploads.push_back(uploadSeconds(client, source));
+        service.process().runCommand(
+            {QStringLiteral("trash"), QStringLiteral("purge"), QStringLiteral("--all")});
+    }
+    line("upload of 1 GiB", medianOf(uploads), "s", "cp and fsync", medianOf(copies));
+}
+
 void measure(bool postgres)
 {
     std::printf("\n%s\n%-46s %10s %-9s %-38s %10s %9s\n", postgres ? "PostgreSQL" : "SQLite",
@@ -331,6 +350,7 @@ void measure(bool postgres)
     measureIdle(service);
     measureLargeAnswer(service);
     measureList(service, postgres);
+    measureUpload(postgres);
     measureSignIns(postgres);
 }
 

@@ -4,14 +4,11 @@
 // bench_upload [mebibytes]
 // How long a large file takes through the client and a real service, beside copying the same file
 // on the same disk with cp and writing it out, and how much memory the two processes take for it.
-#include "largefile.h"
-#include "measuring.h"
-#include "service/client/httpserviceclient.h"
+#include "largeupload.h"
 #include "tests/contract/serviceprocess.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -23,30 +20,12 @@
 using namespace QXSC;
 using Bench::fail;
 using Bench::makeFile;
-using Bench::writeOut;
 
 namespace {
 
 constexpr int runs = 3;
 constexpr double timeGoal = 2.0;
 constexpr double memoryGoal = 64; // MiB
-
-template <typename Work>
-double seconds(const Work &work)
-{
-    return Bench::milliseconds(work) / 1000;
-}
-
-double copy(const QString &from, const QString &to)
-{
-    const double time = seconds([&] {
-        if (QProcess::execute(QStringLiteral("cp"), {from, to}) != 0)
-            fail(QStringLiteral("cp failed"));
-        writeOut(to);
-    });
-    QFile::remove(to);
-    return time;
-}
 
 /// What a process takes: memory in mebibytes, what it has idle and the most it had since `begin`,
 /// and seconds of processors.
@@ -102,19 +81,6 @@ private:
     double m_processorBefore = 0;
 };
 
-double upload(HttpServiceClient &client, const QString &path)
-{
-    auto files = std::make_shared<AssetFileCollection>();
-    files->add(std::make_shared<AssetFileEntry>(AssetFileEntry{path}));
-    QString guid;
-    const double time = seconds([&] {
-        guid = client.CreateAsset(QStringLiteral("Large"), QString(), 0, files, QString(),
-                                  QString(), nullptr);
-    });
-    client.DeleteAsset(guid);
-    return time;
-}
-
 void signIn(HttpServiceClient &client, const QString &address)
 {
     bool ok = false;
@@ -152,10 +118,10 @@ void measure(qint64 mebibytes)
     double servicePeak = 0;
     std::printf("%lld MiB, median of %d runs\n\n", static_cast<long long>(mebibytes), runs);
     for (int run = 0; run < runs; ++run) {
-        copies.push_back(copy(source, folder.filePath(QStringLiteral("copy.bin"))));
+        copies.push_back(Bench::copySeconds(source, folder.filePath(QStringLiteral("copy.bin"))));
         ours.begin();
         theirs.begin();
-        uploads.push_back(upload(client, source));
+        uploads.push_back(Bench::uploadSeconds(client, source));
         clientPeak = std::max(clientPeak, ours.peakAboveIdle());
         servicePeak = std::max(servicePeak, theirs.peakAboveIdle());
         std::printf("run %d: cp and fsync %.2f s, upload %.2f s\n", run + 1, copies.back(),
