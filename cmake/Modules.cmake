@@ -38,7 +38,7 @@ set(ZEL_TEST_ENVIRONMENT
 function(zel_add_test name)
   add_test(NAME ${name} COMMAND ${ARGN})
   set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT "${ZEL_TEST_ENVIRONMENT}" TIMEOUT 300)
+    ENVIRONMENT "${ZEL_TEST_ENVIRONMENT}" TIMEOUT 600)
 endfunction()
 
 # What nearly every test includes, parsed once for all of them: half of the time a test takes to
