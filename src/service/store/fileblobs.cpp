@@ -249,7 +249,7 @@ void FileBlobs::clear(const QStringList &unnamed)
 bool FileBlobs::isWritable()
 {
     makeFolder(m_folder);
-    QTemporaryFile file(m_folder + QLatin1String("/ready-XXXXXX"));
+    QTemporaryFile file(m_folder + QLatin1String("/ready"));
     return file.open() && file.write("ready") > 0 && file.flush();
 }
 
