@@ -16,13 +16,9 @@ int backupCommand(const QStringList &arguments)
     // A limit on the size of files is to be an error that can be told, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
     QCommandLineParser parser;
+    addFolderOption(parser);
     parser.addOptions(
-        {{QStringLiteral("files"),
-          QStringLiteral("The folder of the files that are uploaded, where they are kept in one; "
-                         "the usual one unless named. The environment variable ZEL_FILES stands in "
-                         "for it."),
-          QStringLiteral("folder")},
-         {QStringLiteral("force"), QStringLiteral("Writes over a file that is there.")}});
+        {{QStringLiteral("force"), QStringLiteral("Writes over a file that is there.")}});
     addQuietOption(parser);
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The file to write."));
     parseCommand(

@@ -74,13 +74,9 @@ QString heldText(Database &database)
 
 void setUp(QCommandLineParser &parser, const QStringList &arguments)
 {
+    addFolderOption(parser);
     parser.addOptions(
-        {{QStringLiteral("files"),
-          QStringLiteral("The folder of the files that are uploaded, where they are kept in one; "
-                         "the usual one unless named. The environment variable ZEL_FILES stands in "
-                         "for it."),
-          QStringLiteral("folder")},
-         {QStringLiteral("deep"),
+        {{QStringLiteral("deep"),
           QStringLiteral("Reads every file and compares its checksum; otherwise only its size.")}});
     addQuietOption(parser);
     parseCommand(

@@ -177,13 +177,19 @@ DatabaseAddress databaseAddress(const QCommandLineParser &parser)
     return DatabaseAddress::parse(text);
 }
 
-void addFilesOption(QCommandLineParser &parser)
+void addFolderOption(QCommandLineParser &parser)
 {
     parser.addOption(
         {QStringLiteral("files"),
-         QStringLiteral("The folder of the files that are uploaded; beside a SQLite file unless "
-                        "named. The environment variable ZEL_FILES stands in for it."),
+         QStringLiteral("The folder of the files that are uploaded, where they are kept in one; "
+                        "beside a SQLite file unless named. The environment variable ZEL_FILES "
+                        "stands in for it."),
          QStringLiteral("folder")});
+}
+
+void addFilesOption(QCommandLineParser &parser)
+{
+    addFolderOption(parser);
     parser.addOption(
         {QStringLiteral("blobs"),
          QStringLiteral("Where the bytes of files are kept: in \"files\" or in the \"database\". "

@@ -50,6 +50,8 @@ void showHelp(const QString &command, const QString &description);
 /// The database of --database or, so that a password need not stand in the process list, of the
 /// environment variable ZEL_DATABASE.
 DatabaseAddress databaseAddress(const QCommandLineParser &parser);
+/// Adds --files, for commands that take files as they are kept.
+void addFolderOption(QCommandLineParser &parser);
 /// Adds --files and --blobs.
 void addFilesOption(QCommandLineParser &parser);
 /// The folder of --files or of the environment variable ZEL_FILES; empty for the usual one.

@@ -20,12 +20,9 @@ namespace {
 
 void setUp(QCommandLineParser &parser, const QStringList &arguments)
 {
+    addFolderOption(parser);
     parser.addOptions(
-        {{QStringLiteral("files"),
-          QStringLiteral("The folder to put files into, where they are kept in one; the usual one "
-                         "unless named. The environment variable ZEL_FILES stands in for it."),
-          QStringLiteral("folder")},
-         {QStringLiteral("blobs"),
+        {{QStringLiteral("blobs"),
           QStringLiteral("Where files are kept: in \"files\" or in the \"database\"; as where the "
                          "backup was made unless named."),
           QStringLiteral("place")},
