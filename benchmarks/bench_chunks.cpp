@@ -152,12 +152,6 @@ void measure(qint64 mebibytes)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
-    try {
-        measure(argc > 1 ? std::max(1, std::atoi(argv[1])) : 1024);
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "bench_chunks: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    const QCoreApplication app(argc, argv);
+    return Bench::runWithSize("bench_chunks", argc, argv, measure);
 }

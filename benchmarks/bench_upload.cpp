@@ -142,12 +142,6 @@ void measure(qint64 mebibytes)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
-    try {
-        measure(argc > 1 ? std::max(1, std::atoi(argv[1])) : 1024);
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "bench_upload: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    const QCoreApplication app(argc, argv);
+    return Bench::runWithSize("bench_upload", argc, argv, measure);
 }

@@ -5,6 +5,8 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <random>
 #include <stdexcept>
@@ -46,6 +48,19 @@ inline void makeFile(const QString &path, qint64 mebibytes)
     }
     file.close();
     writeOut(path);
+}
+
+/// What the main function of a benchmark of a large file does: measures one of as many mebibytes as
+/// its first argument says, 1024 unless it does, and returns the exit code.
+inline int runWithSize(const char *name, int argc, char **argv, void (*measure)(qint64 mebibytes))
+{
+    try {
+        measure(argc > 1 ? std::max(1, std::atoi(argv[1])) : 1024);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s: %s\n", name, error.what());
+        return 1;
+    }
+    return 0;
 }
 
 } // namespace Bench
