@@ -13,7 +13,6 @@
 #include <atomic>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <stdexcept>
 
 namespace Zel {
@@ -140,10 +139,6 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
     // Of two transactions that look for a key, do not find it and add it, PostgreSQL may tell the
     // later one of the key instead of the conflict. Run again, it finds the key.
     int uniqueRetries = 2;
-    // Many writers of the same rows would keep each other from ever committing: those of this
-    // process that lost go on one at a time.
-    static std::mutex losers;
-    std::unique_lock<std::mutex> turn(losers, std::defer_lock);
     for (int attempt = 0;; ++attempt) {
         SqlConnection &current = connection();
         bool committing = false;
@@ -168,8 +163,6 @@ void Database::runTransaction(const std::function<void()> &function, bool readOn
             throw;
         }
         m_repeated.fetch_add(1, std::memory_order_relaxed);
-        if (!turn.owns_lock())
-            turn.lock();
         pauseBeforeRetry(attempt);
     }
 }
