@@ -1,15 +1,37 @@
 # SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# zel_module(<Name> [PUBLIC <libs>...] [PRIVATE <libs>...])
+# zel_module(<Name> [WIDGETS] [PUBLIC <libs>...] [PRIVATE <libs>...])
 #   The shared library Zel<Name> (alias Zel::<Name>) from every source of the current folder, not of
-#   its sub-folders. Headers are included by their path below src/.
+#   its sub-folders. Headers are included by their path below src/. WIDGETS where it uses Qt Widgets.
 # zel_program(<name> <sources>... LINK <libs>...)
 # zel_tests([LINK <libs>...])
 #   Each tst_*.cpp of the current folder becomes a test of its own.
 
+# Precompiled headers: what nearly every file includes is parsed once for all of them, which is half
+# of the time a file takes to compile. The asan preset compiles without, so that each file goes on
+# to include what it uses.
+#
+# zel_shared_headers(<target> [LINK <libs>...] HEADERS <headers>...)
+#   Makes what targets take over by target_precompile_headers(... REUSE_FROM <target>). They have to
+#   link what it links: macros that these headers look at must be the same everywhere.
+function(zel_shared_headers target)
+  cmake_parse_arguments(ARG "" "" "LINK;HEADERS" ${ARGN})
+  file(WRITE "${CMAKE_BINARY_DIR}/${target}.cpp" "")
+  add_library(${target} OBJECT "${CMAKE_BINARY_DIR}/${target}.cpp")
+  set_target_properties(${target} PROPERTIES AUTOMOC OFF)
+  target_link_libraries(${target} PRIVATE ${ARG_LINK} ZelWarnings)
+  target_precompile_headers(${target} PRIVATE
+    ${ARG_HEADERS} <algorithm> <functional> <memory> <optional> <vector>)
+endfunction()
+
+function(zel_headers)
+  zel_shared_headers(ZelCoreHeaders LINK Qt6::Core HEADERS <QtCore>)
+  zel_shared_headers(ZelWidgetHeaders LINK Qt6::Widgets HEADERS <QtCore> <QtGui> <QtWidgets>)
+endfunction()
+
 function(zel_module name)
-  cmake_parse_arguments(ARG "" "" "PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ARG "WIDGETS" "" "PUBLIC;PRIVATE" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
   add_library(Zel${name} SHARED ${sources})
   add_library(Zel::${name} ALIAS Zel${name})
@@ -19,6 +41,11 @@ function(zel_module name)
   target_link_libraries(Zel${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} ZelWarnings)
   target_link_options(Zel${name} PRIVATE
     $<$<NOT:$<BOOL:${ZEL_SANITIZE}>>:-Wl,--no-undefined>)
+  if(ARG_WIDGETS)
+    target_precompile_headers(Zel${name} REUSE_FROM ZelWidgetHeaders)
+  else()
+    target_precompile_headers(Zel${name} REUSE_FROM ZelCoreHeaders)
+  endif()
 endfunction()
 
 function(zel_program name)
@@ -41,17 +68,12 @@ function(zel_add_test name)
     ENVIRONMENT "${ZEL_TEST_ENVIRONMENT}" TIMEOUT 600)
 endfunction()
 
-# What nearly every test includes, parsed once for all of them: half of the time a test takes to
-# compile. Its macros have to be the same everywhere, so each test links Qt Network, and where Qt
-# Test would look for a test's data is left out.
+# Each test links Qt Network and leaves out where Qt Test would look for a test's data, so that the
+# headers of Qt Test are the same for all of them.
 function(zel_test_headers)
-  file(WRITE "${CMAKE_BINARY_DIR}/testheaders.cpp" "int main() {}\n")
-  add_executable(ZelTestHeaders "${CMAKE_BINARY_DIR}/testheaders.cpp")
-  set_target_properties(ZelTestHeaders PROPERTIES AUTOMOC OFF)
+  zel_shared_headers(ZelTestHeaders LINK Zel::TestSupport
+    HEADERS <QtCore> <QtGui> <QtWidgets> <QTest> <QSignalSpy>)
   zel_test_options(ZelTestHeaders)
-  target_link_libraries(ZelTestHeaders PRIVATE Zel::TestSupport ZelWarnings)
-  target_precompile_headers(ZelTestHeaders PRIVATE
-    <QtCore> <QtGui> <QtWidgets> <QTest> <QSignalSpy> <functional> <memory> <optional> <vector>)
 endfunction()
 
 function(zel_test_options name)
