@@ -4,6 +4,7 @@
 
 #include "common/network/loopback.h"
 #include "common/network/proxychoice.h"
+#include "common/network/systemauthorities.h"
 
 #include <QNetworkProxy>
 #include <QSslCertificate>
@@ -19,7 +20,7 @@ std::optional<QSslConfiguration> trusting(const QString &caFile)
     if (own.isEmpty())
         return std::nullopt;
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
-    tls.setCaCertificates(QSslConfiguration::systemCaCertificates() + own);
+    tls.setCaCertificates(systemAuthorities() + own);
     return tls;
 }
 

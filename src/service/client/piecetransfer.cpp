@@ -3,10 +3,10 @@
 #include "service/client/piecetransfer.h"
 
 #include "common/network/proxychoice.h"
+#include "common/network/systemauthorities.h"
 
 #include <QNetworkProxy>
 #include <QSslCertificate>
-#include <QSslConfiguration>
 
 #include <algorithm>
 #include <cerrno>
@@ -74,7 +74,7 @@ QByteArray Authorities::pem(const QString &caFile)
         if (all.isEmpty())
             return {};
     }
-    all += QSslConfiguration::systemCaCertificates();
+    all += systemAuthorities();
     QByteArray text;
     for (const QSslCertificate &one : all)
         text += one.toPem();
