@@ -7,14 +7,10 @@
 #include "service/store/blobtransfer.h"
 #include "service/store/workspacebackup.h"
 
-#include <csignal>
-
 namespace Zel::Service {
 
 int backupCommand(const QStringList &arguments)
 {
-    // A limit on the size of files is to be an error that can be told, not the end.
-    std::signal(SIGXFSZ, SIG_IGN);
     QCommandLineParser parser;
     addFolderOption(parser);
     parser.addOptions(

@@ -9,7 +9,6 @@
 #include "service/store/migrations.h"
 #include "service/store/workspacecopy.h"
 
-#include <csignal>
 #include <cstdio>
 
 namespace Zel::Service {
@@ -72,8 +71,6 @@ void warnOfSessions(Database &database)
 
 int copyCommand(const QStringList &arguments)
 {
-    // A limit on the size of files is to be an error that can be told, not the end.
-    std::signal(SIGXFSZ, SIG_IGN);
     QCommandLineParser parser;
     setUp(parser, arguments);
     Database from(databaseAddress(parser));

@@ -12,8 +12,6 @@
 
 #include <QTimeZone>
 
-#include <csignal>
-
 namespace Zel::Service {
 
 namespace {
@@ -63,8 +61,6 @@ int check(const QString &path, ProgressLine &line)
 
 int restoreCommand(const QStringList &arguments)
 {
-    // A limit on the size of files is to be an error that can be told, not the end.
-    std::signal(SIGXFSZ, SIG_IGN);
     QCommandLineParser parser;
     setUp(parser, arguments);
     const QString path = parser.positionalArguments().constFirst();

@@ -19,7 +19,6 @@
 #include <QFileInfo>
 
 #include <chrono>
-#include <csignal>
 #include <stdexcept>
 #include <thread>
 
@@ -224,8 +223,6 @@ int serveCommand(const QStringList &arguments)
     database.open();
     refuseDamagedFile(database);
     makeReady(database);
-    // A limit on the size of files is to be an error that can be answered, not the end.
-    std::signal(SIGXFSZ, SIG_IGN);
     ThumbnailProcess thumbnails;
     Store store(database, cost, systemClock(), blobPlace(parser, database),
                 [&thumbnails](const QString &path) { return thumbnails.make(path); });

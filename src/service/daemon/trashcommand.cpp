@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/exitcodes.h"
+#include "service/daemon/peoplecalls.h"
 #include "service/daemon/program.h"
 #include "service/store/store.h"
 
@@ -20,7 +21,7 @@ void show(const TrashedAsset &asset)
     print(QStringLiteral("%1  account %2  deleted %3  %4")
               .arg(asset.guid)
               .arg(asset.accountId)
-              .arg(shownTime(asset.deletedAt), asset.name));
+              .arg(shownTime(asset.deletedAt), oneLine(asset.name)));
 }
 
 int list(Store &store)

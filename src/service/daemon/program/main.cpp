@@ -9,6 +9,7 @@
 int main(int argc, char **argv)
 {
     std::signal(SIGPIPE, SIG_IGN); // a client or log that went away must not end the service
+    std::signal(SIGXFSZ, SIG_IGN); // a limit on the size of files is an error that can be told
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zel-service"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ZEL_VERSION));
