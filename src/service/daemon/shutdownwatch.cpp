@@ -55,7 +55,9 @@ void ShutdownWatch::restoreSignals()
     qDeleteAll(findChildren<QSocketNotifier *>());
     close(m_signals);
     m_signals = -1;
-    const sigset_t set = stopSignals();
+    sigset_t set = stopSignals();
+    if (m_onHangUp)
+        sigdelset(&set, SIGHUP);
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 

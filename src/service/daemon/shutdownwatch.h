@@ -10,8 +10,9 @@ class QSocketNotifier;
 
 namespace Zel::Service {
 
-/// Ends the program's event loop when it is told to stop: by SIGTERM, SIGINT or SIGHUP, when the
-/// process that started it is gone, or when standard input ends.
+/// Ends the program's event loop when it is told to stop: by SIGTERM or SIGINT, by SIGHUP unless
+/// that means something else, when the process that started it is gone, or when standard input
+/// ends.
 class ShutdownWatch : public QObject
 {
 public:
@@ -29,7 +30,8 @@ public:
     /// What SIGHUP does instead of ending the program.
     void onHangUp(const std::function<void()> &action) { m_onHangUp = action; }
 
-    /// From now on a further signal ends the program at once.
+    /// From now on a further signal ends the program at once. Not a SIGHUP that does something
+    /// else: what it would do comes too late, but is no reason to drop calls.
     void restoreSignals();
 
 private:
