@@ -57,6 +57,30 @@ private:
     QByteArray m_body;
 };
 
+/// Ends late: when it is released.
+class SlowEndSink : public EchoSink
+{
+public:
+    using Gate = std::counting_semaphore<1000>;
+
+    SlowEndSink(std::atomic<int> &ends, Gate &entered, Gate &released)
+        : EchoSink(ends)
+        , m_entered(entered)
+        , m_released(released)
+    {
+    }
+
+    ~SlowEndSink() override
+    {
+        m_entered.release();
+        m_released.acquire();
+    }
+
+private:
+    Gate &m_entered;
+    Gate &m_released;
+};
+
 QByteArray chunkOf(const QByteArray &bytes)
 {
     return QByteArray::number(bytes.size(), 16) + "\r\n" + bytes + "\r\n";
@@ -66,7 +90,7 @@ QByteArray chunkOf(const QByteArray &bytes)
 
 /// The server with handlers of the test's own: /echo gives the body back, /wait waits until it is
 /// released, /big answers 10 MB, /sleep takes a while, /stream gives back a body taken in piece by
-/// piece.
+/// piece, /slowend does so too and ends when it is released.
 ///
 /// With ZEL_TEST_TLS in the environment all of it is done by TLS.
 class HttpServerTest : public ZelTest::TestCase
@@ -110,6 +134,7 @@ private slots:
     void answersMalformedChunksOfAStreamedBodyAndCloses_data();
     void answersMalformedChunksOfAStreamedBodyAndCloses();
     void answersBesideSixtyStreamedUploads();
+    void answersWhileCutUploadsComeToTheirEnd();
 
 private:
     HttpPlan plan(const HttpRequest &head);
@@ -172,6 +197,12 @@ HttpPlan HttpServerTest::plan(const HttpRequest &head)
         plan.bodyLimit = 1'000'000;
         plan.begin = [this](const HttpRequest &) -> BodyStart {
             return std::make_shared<EchoSink>(m_calls);
+        };
+        return plan;
+    }
+    if (head.target == "/slowend") {
+        plan.begin = [this](const HttpRequest &) -> BodyStart {
+            return std::make_shared<SlowEndSink>(m_calls, m_entered, m_released);
         };
         return plan;
     }
@@ -274,6 +305,21 @@ void HttpServerTest::answersMalformedRequestsOnceAndCloses_data()
         << "POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 99999999999999999999999\r\n\r\n" + hidden;
     QTest::newRow("chunk size that is none")
         << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n" + hidden;
+    // Whoever stands before the service may see a body where it sees a further request.
+    QTest::newRow("a transfer coding it does not know")
+        << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: gzip\r\n\r\n" + hidden;
+    QTest::newRow("identity beside a content length")
+        << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: identity\r\nContent-Length: 3\r\n\r\n"
+           "abc" +
+               hidden;
+    QTest::newRow("chunked, but not at last")
+        << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked, gzip\r\n\r\n" + hidden;
+    QTest::newRow("chunked behind another coding")
+        << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: gzip, chunked\r\n\r\n0\r\n\r\n" + hidden;
+    QTest::newRow("two transfer codings")
+        << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: gzip\r\nTransfer-Encoding: chunked\r\n"
+           "\r\n0\r\n\r\n" +
+               hidden;
     QTest::newRow("a chunk extension without end")
         << "POST / HTTP/1.1\r\nHost: x\r\nTransfer-Encoding: chunked\r\n\r\n1;x=" +
                QByteArray(300'000, 'e');
@@ -708,6 +754,24 @@ void HttpServerTest::answersBesideSixtyStreamedUploads()
     for (const auto &upload : uploads)
         QVERIFY(upload->read().body == half + half);
     QCOMPARE(m_calls.load(), 61);
+}
+
+/// What a sink does at its end may take as long as the database lets it wait.
+void HttpServerTest::answersWhileCutUploadsComeToTheirEnd()
+{
+    startServer();
+    const int uploads = m_options.workers;
+    const auto releaseAll = qScopeGuard([&] { m_released.release(uploads); });
+    for (int i = 0; i < uploads; ++i) {
+        HttpProbe probe(port());
+        probe.send("PUT /slowend HTTP/1.1\r\nHost: x\r\nContent-Length: 100\r\n"
+                   "Expect: 100-continue\r\n\r\n");
+        QCOMPARE(probe.read(true).status, 100); // the sink is there
+        probe.send("a part of it");
+    }
+    for (int i = 0; i < uploads; ++i)
+        m_entered.acquire();
+    QCOMPARE(HttpProbe::request(port(), "GET", "/immediate").status, 200);
 }
 
 ZEL_TEST_MAIN(HttpServerTest)

@@ -71,6 +71,18 @@ QString addressText(const asio::ip::address &address)
     return QString::fromStdString(address.to_string());
 }
 
+/// False where the length of a body is said in a way that others may understand differently: the
+/// parser passes over transfer codings it does not know and would take the body for further
+/// requests (RFC 9112, 6.3).
+template <class Parser>
+bool isFramedClearly(const Parser &parser)
+{
+    const auto &fields = parser.get();
+    const auto codings = fields.count(http::field::transfer_encoding);
+    return codings == 0 ||
+           (codings == 1 && beast::iequals(fields[http::field::transfer_encoding], "chunked"));
+}
+
 /// Nothing when it cannot be read.
 QByteArray readPiece(ByteSource &file, qint64 offset, qint64 most)
 {
@@ -105,6 +117,7 @@ private:
     asio::awaitable<bool> readHead(HeadParser &parser);
     asio::awaitable<bool> readBody(HeadParser &head, const HttpPlan &plan, HttpRequest &request);
     asio::awaitable<bool> inviteBody(const HeadParser &head);
+    std::shared_ptr<BodySink> endedOnWorker(Lane lane, std::shared_ptr<BodySink> sink);
     asio::awaitable<std::optional<HttpResponse>>
     streamBody(HeadParser &head, const HttpPlan &plan, const HttpRequest &request, bool &whole);
     /// A job that a worker does while the connection goes on.
@@ -224,8 +237,8 @@ asio::awaitable<void> Connection::answerRequests()
     while (open && !m_ending && !m_server.isDraining()) {
         setBusy(false);
         countBytes();
-        if (!co_await waitForRequest())
-            co_return;
+        if (!co_await waitForRequest() || m_ending)
+            co_return; // a call whose answer could not be sent any more is not begun
         setBusy(true);
         m_since.start();
         HeadParser head;
@@ -290,6 +303,10 @@ asio::awaitable<bool> Connection::readHead(HeadParser &parser)
             co_await refuse(requestOf({}), tooLarge ? headTooLarge() : noHttp());
             co_return false;
         }
+        if (parser.is_header_done() && !isFramedClearly(parser)) {
+            co_await refuse(requestOf({}), noHttp());
+            co_return false;
+        }
         if (parser.is_header_done())
             co_return true;
         error = {};
@@ -311,6 +328,8 @@ asio::awaitable<bool> Connection::readBody(HeadParser &head, const HttpPlan &pla
         co_await refuse(request, tooLarge(plan.bodyLimit));
         co_return false;
     }
+    if (!head.chunked() && length.value_or(0) == 0)
+        co_return true;
     error_code error;
     m_stream.expires_after(m_server.options.limits.body);
     if (!co_await inviteBody(head))
@@ -346,6 +365,16 @@ asio::awaitable<bool> Connection::inviteBody(const HeadParser &head)
     co_return !error;
 }
 
+/// The same sink, whose end comes on its lane, too: it may block, which a socket's thread must not.
+std::shared_ptr<BodySink> Connection::endedOnWorker(Lane lane, std::shared_ptr<BodySink> sink)
+{
+    BodySink *raw = sink.get();
+    return {raw, [&server = m_server, lane, sink = std::move(sink)](BodySink *) mutable {
+                std::function<void()> last = [sink = std::move(sink)] {};
+                server.pool(lane).postAnyway(std::move(last));
+            }};
+}
+
 /// Hands a body to its sink piece by piece. Nothing when the client went away or has been answered;
 /// `whole` tells whether the body was read to its end.
 asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &head,
@@ -368,7 +397,7 @@ asio::awaitable<std::optional<HttpResponse>> Connection::streamBody(HeadParser &
     if (const HttpResponse *refusal = std::get_if<HttpResponse>(start.get()))
         *answer = *refusal;
     else
-        sink = std::get<std::shared_ptr<BodySink>>(*start);
+        sink = endedOnWorker(plan.lane, std::get<std::shared_ptr<BodySink>>(std::move(*start)));
     if (*answer && head.get().count(http::field::expect) > 0) {
         whole = false;
         co_return **answer;

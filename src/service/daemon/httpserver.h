@@ -44,7 +44,8 @@ struct HttpLimits
     std::size_t healthQueue = 64;   ///< and for those who watch the service
     std::chrono::milliseconds header{15'000}; ///< from the first byte of a request to the end of
                                               ///< its head, and for the handshake of TLS
-    std::chrono::milliseconds body{30'000};   ///< for the whole body
+    std::chrono::milliseconds body{30'000};   ///< for the whole body, of a streamed one for each
+                                              ///< piece
     std::chrono::milliseconds idle{75'000};   ///< between two requests of a connection
     std::chrono::milliseconds write{30'000};  ///< for each part of an answer
     std::chrono::milliseconds drain{20'000};  ///< for the calls in flight when the server stops

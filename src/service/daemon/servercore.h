@@ -89,10 +89,11 @@ private:
     std::shared_ptr<const TlsContext> m_tls;
     std::atomic<bool> m_draining{false};
 
-    boost::asio::io_context m_context;
+    // What the context still holds when it is destroyed ends its work in the pools.
     std::unique_ptr<WorkerPool> m_workers;
     std::unique_ptr<WorkerPool> m_signInWorkers;
     std::unique_ptr<WorkerPool> m_healthWorkers;
+    boost::asio::io_context m_context;
     quint16 m_port = 0;
 
     boost::asio::ip::tcp::acceptor m_acceptor;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/workerpool.h"
 
+#include <limits>
+
 namespace Zel::Service {
 
 WorkerPool::WorkerPool(std::size_t threads, std::size_t longestQueue)
@@ -19,9 +21,21 @@ WorkerPool::~WorkerPool()
 
 bool WorkerPool::post(std::function<void()> job)
 {
+    return enqueue(job, m_longestQueue);
+}
+
+void WorkerPool::postAnyway(std::function<void()> job)
+{
+    if (!enqueue(job, std::numeric_limits<std::size_t>::max()))
+        job();
+}
+
+/// Takes the job over unless it returns false.
+bool WorkerPool::enqueue(std::function<void()> &job, std::size_t longestQueue)
+{
     {
         const std::lock_guard lock(m_mutex);
-        if (m_stopping || m_queue.size() >= m_longestQueue)
+        if (m_stopping || m_queue.size() >= longestQueue)
             return false;
         m_queue.push_back(std::move(job));
     }

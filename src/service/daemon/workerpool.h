@@ -27,6 +27,10 @@ public:
     /// Queues a job; false when the queue is full or the pool has stopped.
     bool post(std::function<void()> job);
 
+    /// Queues a job even behind a full queue: the end of something that was begun. When the pool
+    /// has stopped, it is done here.
+    void postAnyway(std::function<void()> job);
+
     /// How many jobs wait for a thread.
     std::size_t waiting() const;
 
@@ -34,6 +38,7 @@ public:
     void stop();
 
 private:
+    bool enqueue(std::function<void()> &job, std::size_t longestQueue);
     void work();
 
     mutable std::mutex m_mutex;
