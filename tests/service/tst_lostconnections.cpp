@@ -65,6 +65,7 @@ private slots:
     void givesUpAfterTheLimit();
     void aCallThatIsGivenUpMayBeSentAgain();
     void aFullDatabaseStoresNothingAndGoesOn();
+    void aCallWithAKeyWhoseEndWasLostIsMadeOnce();
 
 private:
     /// Has the database refuse to add to a table, that many times.
@@ -293,6 +294,36 @@ void LostConnectionsTest::aCallThatIsGivenUpMayBeSentAgain()
 void LostConnectionsTest::aFullDatabaseStoresNothingAndGoesOn()
 {
     verifyRefusedCall(QStringLiteral("53100"));
+}
+
+/// The key tells whether the change was stored before its connection was lost.
+void LostConnectionsTest::aCallWithAKeyWhoseEndWasLostIsMadeOnce()
+{
+    ZelTest::ApiFixture api(m_databases.fresh(true));
+    const QByteArray token = api.token(QStringLiteral("maja"), 1001).toUtf8();
+    api.database().tx([&] {
+        api.database().runNative(QStringLiteral("CREATE SEQUENCE ends"));
+        api.database().runNative(QStringLiteral(
+            "CREATE FUNCTION cut_once() RETURNS trigger AS $$ BEGIN IF nextval('ends') = 1 THEN "
+            "PERFORM pg_terminate_backend(pg_backend_pid()); END IF; RETURN NULL; END $$ "
+            "LANGUAGE plpgsql"));
+        api.database().runNative(QStringLiteral( // at COMMIT
+            "CREATE CONSTRAINT TRIGGER cut_once AFTER INSERT ON asset_folder DEFERRABLE INITIALLY "
+            "DEFERRED FOR EACH ROW EXECUTE FUNCTION cut_once()"));
+    });
+    const auto make = [&] {
+        return ZelTest::HttpProbe::request(api.port(), "POST", "/v1/asset-folders",
+                                  "{\"parentId\":0,\"name\":\"Once\"}",
+                                  {"Authorization: Bearer " + token, "Idempotency-Key: a-key"});
+    };
+    const ZelTest::HttpReply made = make();
+    QCOMPARE(made.status, 201);
+    QCOMPARE(api.database().runNative(QStringLiteral("SELECT last_value FROM ends")).toInt(), 2);
+    QCOMPARE(api.database()
+                 .runNative(QStringLiteral("SELECT COUNT(*) FROM asset_folder WHERE name = 'Once'"))
+                 .toInt(),
+             1);
+    QCOMPARE(make().body, made.body);
 }
 
 ZEL_TEST_MAIN(LostConnectionsTest)

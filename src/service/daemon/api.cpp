@@ -128,12 +128,6 @@ HttpPlan refusal(const Problem &problem)
     return plan;
 }
 
-QByteArray pathOf(const QByteArray &target)
-{
-    const qsizetype mark = target.indexOf('?');
-    return mark < 0 ? target : target.left(mark);
-}
-
 Problem methodNotAllowed(const QByteArrayList &allowed)
 {
     return Problem(405, QByteArrayLiteral("method-not-allowed"),
@@ -205,7 +199,7 @@ void Api::setHostGuard(const HostGuard &guard)
 HttpPlan Api::plan(const HttpRequest &head) const
 {
     try {
-        const QByteArray path = pathOf(head.target);
+        const QByteArray path = head.path();
         if (!answersForAnyHost(path))
             m_guard.load()->check(head);
         const QByteArray method = head.method == "HEAD" ? QByteArrayLiteral("GET") : head.method;

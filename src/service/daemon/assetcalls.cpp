@@ -28,4 +28,10 @@ Problem notAllowed(const QString &sentence)
     return Problem(403, QByteArrayLiteral("not-allowed"), sentence);
 }
 
+void refuseViewers(const Call &call)
+{
+    if (call.session.role == QLatin1String("viewer"))
+        throw notAllowed(QStringLiteral("You may look at this account but not change it."));
+}
+
 } // namespace Zel::Service

@@ -7,7 +7,7 @@
 
 namespace Zel::Service {
 
-// What the handlers of folders, assets and uploads share.
+// What handlers share.
 
 AssetUser assetUserOf(const Call &call);
 /// The folder number at the first place of the path; throws `Problem` for one that cannot be.
@@ -15,5 +15,7 @@ qint64 folderIdOf(const Call &call);
 Problem notFound(const QString &what);
 /// A person lacks a right: "list", "write to" or "delete from" a folder.
 Problem notAllowed(const QString &sentence);
+/// Throws `Problem` for one whose role lets nothing be changed.
+void refuseViewers(const Call &call);
 
 } // namespace Zel::Service

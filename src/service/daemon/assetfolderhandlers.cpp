@@ -74,9 +74,7 @@ HttpResponse deleteAssetFolder(const Call &call)
     const auto outcome = call.store.folders.remove(assetUserOf(call), folderIdOf(call));
     if (outcome != AssetFolders::Outcome::Done)
         refuse(outcome, QStringLiteral("You may not delete this folder."));
-    HttpResponse response;
-    response.status = 204;
-    return response;
+    return noContent();
 }
 
 HttpResponse folderPermissions(const Call &call)

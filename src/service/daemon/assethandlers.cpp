@@ -124,9 +124,7 @@ HttpResponse deleteAsset(const Call &call)
 {
     expectDone(call.store.assets.remove(assetUserOf(call), guidOf(call)), noSuchAsset,
                QStringLiteral("You may not delete assets of this folder."));
-    HttpResponse response;
-    response.status = 204;
-    return response;
+    return noContent();
 }
 
 HttpResponse assetValue(const Call &call)

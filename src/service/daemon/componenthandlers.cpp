@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The pages by which fields of data records are edited, as files of this program.
+#include "service/daemon/assetcalls.h"
 #include "service/daemon/filesection.h"
 #include "service/daemon/handlers.h"
-#include "service/daemon/problem.h"
 
 #include <QCryptographicHash>
 #include <QDirIterator>
@@ -74,16 +74,13 @@ const QHash<QString, ComponentFile> &files()
 HttpResponse componentFile(const Call &call)
 {
     const QString path = call.parameters.first();
-    HttpResponse response;
     // Where pages navigate to say that they are done. Whoever shows them does not follow.
-    if (path.section(QLatin1Char('/'), -1) == QLatin1String("close")) {
-        response.status = 204;
-        return response;
-    }
+    if (path.section(QLatin1Char('/'), -1) == QLatin1String("close"))
+        return noContent();
     const auto found = files().constFind(path);
     if (found == files().constEnd())
-        throw Problem(404, QByteArrayLiteral("not-found"),
-                      QStringLiteral("There is no such component page."));
+        throw notFound(QStringLiteral("There is no such component page."));
+    HttpResponse response;
     response.headers = {
         {"ETag", found->tag},
         {"Cache-Control", "no-cache"}, // ask each time: the next version may have others

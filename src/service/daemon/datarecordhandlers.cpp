@@ -153,8 +153,7 @@ HttpResponse dataRecord(const Call &call)
 
 std::shared_ptr<BodySink> saveDataRecord(const Call &call)
 {
-    if (call.session.role == QLatin1String("viewer"))
-        throw notAllowed(QStringLiteral("You may look at this account but not change it."));
+    refuseViewers(call);
     return std::make_shared<SaveSink>(call);
 }
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/filesection.h"
 
-#include "service/daemon/problem.h"
+#include "service/daemon/assetcalls.h"
 
 #include <algorithm>
 #include <optional>
@@ -68,8 +68,7 @@ HttpResponse fileResponse(const HttpRequest &request, const std::shared_ptr<Byte
                           const QByteArray &tag, const QByteArray &contentType)
 {
     if (!file)
-        throw Problem(404, QByteArrayLiteral("not-found"),
-                      QStringLiteral("There is no such file."));
+        throw notFound(QStringLiteral("There is no such file."));
     const QByteArray quoted = '"' + tag + '"';
     HttpResponse response;
     response.headers = {{"ETag", quoted},

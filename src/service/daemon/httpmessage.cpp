@@ -31,4 +31,10 @@ bool HttpRequest::hasHeader(QByteArrayView name) const
     return find(headers, name) != nullptr;
 }
 
+QByteArray HttpRequest::path() const
+{
+    const qsizetype mark = target.indexOf('?');
+    return mark < 0 ? target : target.left(mark);
+}
+
 } // namespace Zel::Service

@@ -37,6 +37,8 @@ struct ZEL_EXPORT HttpRequest
     /// The first header of that name whatever its case; empty when there is none.
     QByteArray header(QByteArrayView name) const;
     bool hasHeader(QByteArrayView name) const;
+    /// The target without its query.
+    QByteArray path() const;
 };
 
 struct HttpResponse
@@ -57,8 +59,9 @@ struct HttpResponse
     std::optional<FileSection> file;
 };
 
-/// Takes in the body of a request piece by piece, so that it never lies in memory as a whole. Made
-/// and used on worker threads, by one at a time; destroyed early when the client goes away.
+/// Takes in the body of a request piece by piece, so that it never lies in memory as a whole. Made,
+/// used and destroyed on worker threads, by one at a time; destroyed early when the client goes
+/// away.
 class ZEL_EXPORT BodySink
 {
 public:

@@ -17,14 +17,6 @@ namespace Zel::Service {
 namespace {
 
 constexpr double millisecondsPerSecond = 1000;
-constexpr qsizetype keyBytes = 32;
-
-/// Compares in a time that tells nothing of where they differ.
-bool isSameSecret(const QByteArray &left, const QByteArray &right)
-{
-    const QByteArray key = randomBytes(keyBytes);
-    return keyedHash(key, left) == keyedHash(key, right);
-}
 
 /// Whether a request came from this machine itself, and not for somebody else by a proxy on it.
 bool isFromHere(const HttpRequest &request)

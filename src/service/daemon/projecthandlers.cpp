@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/daemon/assetcalls.h"
 #include "service/daemon/deploymentcalls.h"
 #include "service/daemon/handlers.h"
 #include "service/daemon/jsonfields.h"
@@ -138,9 +139,7 @@ HttpResponse listProjects(const Call &call)
 
 HttpResponse createProject(const Call &call)
 {
-    if (call.session.role == QLatin1String("viewer"))
-        throw Problem(403, QByteArrayLiteral("not-allowed"),
-                      QStringLiteral("You may look at this account but not change it."));
+    refuseViewers(call);
     Project project = requestedProject(call);
     switch (call.store.projects.create(call.session.accountId, project)) {
     case Projects::Creation::Created:
@@ -166,8 +165,7 @@ HttpResponse projectPublished(const Call &call)
                                ? std::nullopt
                                : call.store.projects.isPublished(call.session.accountId, guid);
     if (!published)
-        throw Problem(404, QByteArrayLiteral("not-found"),
-                      QStringLiteral("There is no such project."));
+        throw notFound(QStringLiteral("There is no such project."));
     JsonWriter json;
     json.beginObject().key("published").boolean(*published).endObject();
     return jsonResponse(json.json());

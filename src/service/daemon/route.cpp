@@ -6,6 +6,9 @@
 #include "service/store/storabletext.h"
 
 #include <QStringDecoder>
+#include <QVarLengthArray>
+
+#include <utility>
 
 namespace Zel::Service {
 
@@ -18,26 +21,40 @@ QString decodedPart(const QByteArray &part, const QString &name)
     return text;
 }
 
+namespace {
+
+/// Takes the part before the next slash off a path; all of it, and null is left, when there is
+/// none.
+QByteArrayView takePart(QByteArrayView &path)
+{
+    const qsizetype slash = path.indexOf('/');
+    const QByteArrayView part = slash < 0 ? path : path.first(slash);
+    path = slash < 0 ? QByteArrayView() : path.sliced(slash + 1);
+    return part;
+}
+
+} // namespace
+
+// Asked for row after row of the table by every call: nothing is copied before the path matches.
 std::optional<QStringList> matchPath(const QByteArray &pattern, const QByteArray &path)
 {
-    const QByteArrayList expected = pattern.split('/');
-    QByteArrayList found = path.split('/');
-    if (pattern.endsWith("*}") && found.size() > expected.size()) {
-        const QByteArray rest = found.mid(expected.size() - 1).join('/');
-        found = found.first(expected.size() - 1) << rest;
-    }
-    if (expected.size() != found.size())
-        return std::nullopt;
-    QList<std::pair<QByteArray, QByteArray>> places;
-    for (qsizetype i = 0; i < expected.size(); ++i) {
-        if (expected.at(i).startsWith('{') && !found.at(i).isEmpty())
-            places.append({expected.at(i).mid(1, expected.at(i).size() - 2), found.at(i)});
-        else if (expected.at(i) != found.at(i))
+    QVarLengthArray<std::pair<QByteArrayView, QByteArrayView>, 8> places;
+    QByteArrayView expected = pattern;
+    QByteArrayView found = path;
+    while (!expected.isNull() && !found.isNull()) {
+        const QByteArrayView name = takePart(expected);
+        const QByteArrayView text =
+            name.endsWith("*}") ? std::exchange(found, {}) : takePart(found);
+        if (name.startsWith('{') && !text.isEmpty())
+            places.append({name.sliced(1, name.size() - 2), text});
+        else if (name != text)
             return std::nullopt;
     }
+    if (!expected.isNull() || !found.isNull())
+        return std::nullopt;
     QStringList parameters;
     for (const auto &[name, text] : places)
-        parameters << decodedPart(text, QString::fromLatin1(name));
+        parameters << decodedPart(text.toByteArray(), QString::fromLatin1(name));
     return parameters;
 }
 
@@ -97,6 +114,13 @@ qint64 Call::queryNumber(const QByteArray &name, qint64 most, qint64 fallback) c
                                    .arg(QString::fromLatin1(name))
                                    .arg(most));
     return number;
+}
+
+HttpResponse noContent()
+{
+    HttpResponse response;
+    response.status = 204;
+    return response;
 }
 
 HttpResponse jsonResponse(const QByteArray &json, int status)

@@ -109,6 +109,9 @@ ZEL_EXPORT std::optional<QStringList> matchPath(const QByteArray &pattern, const
 /// Percent-decodes a part of an address. Throws `Problem` when the result is no storable text.
 ZEL_EXPORT QString decodedPart(const QByteArray &part, const QString &name);
 
+/// The answer that something is done and there is nothing to say.
+ZEL_EXPORT HttpResponse noContent();
+
 /// An answer with a JSON body.
 ZEL_EXPORT HttpResponse jsonResponse(const QByteArray &json, int status = 200);
 

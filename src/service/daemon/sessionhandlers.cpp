@@ -18,13 +18,6 @@ constexpr qint64 msPerSecond = 1000;
 /// answer as any other wrong one.
 constexpr qsizetype longestCredential = 64 * 1024;
 
-HttpResponse noContent()
-{
-    HttpResponse response;
-    response.status = 204;
-    return response;
-}
-
 void refuseWhileThrottled(const Call &call, const QString &user)
 {
     const qint64 wait = call.store.throttle.waitMs(user, call.request.peerAddress);

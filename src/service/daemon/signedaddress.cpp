@@ -4,6 +4,7 @@
 
 #include "service/daemon/hostguard.h"
 #include "service/daemon/problem.h"
+#include "service/store/securebytes.h"
 
 #include <QCryptographicHash>
 #include <QMessageAuthenticationCode>
@@ -39,22 +40,6 @@ QByteArray passingSignature(const QByteArray &key, const QByteArray &path, qint6
 QByteArray lastingSignature(const QByteArray &key, const QString &guid, qint64 accountId)
 {
     return signatureOf(key, "asset " + QByteArray::number(accountId) + ' ' + guid.toUtf8());
-}
-
-/// Takes the same time wherever two signatures differ.
-bool isSame(const QByteArray &a, const QByteArray &b)
-{
-    if (a.size() != b.size())
-        return false;
-    int difference = 0;
-    for (qsizetype i = 0; i < a.size(); ++i)
-        difference |= a.at(i) ^ b.at(i);
-    return difference == 0;
-}
-
-QByteArray pathOf(const QByteArray &target)
-{
-    return target.left(target.indexOf('?'));
 }
 
 constexpr qsizetype longestSignature = 64;
@@ -104,8 +89,8 @@ qint64 accountOfSignedCall(const Call &call)
     const qint64 account = call.queryNumber("a", most, 0);
     const qint64 expiresAt = call.queryNumber("e", most, 0);
     const QByteArray given = call.queryTextOrEmpty("s", longestSignature).toLatin1();
-    const QByteArray path = pathOf(call.request.target);
-    if (!isSame(given, passingSignature(keyOf(call.store), path, account, expiresAt)))
+    const QByteArray path = call.request.path();
+    if (!isSameSecret(given, passingSignature(keyOf(call.store), path, account, expiresAt)))
         throw foreignAddress();
     if (expiresAt < call.store.clock())
         throw Problem(403, QByteArrayLiteral("expired-address"),
@@ -131,7 +116,7 @@ qint64 accountOfAssetCall(const Call &call, const QString &guid)
     bool ok = false;
     const qint64 account = given.left(dot).toLongLong(&ok);
     if (dot < 0 || !ok ||
-        !isSame(given.mid(dot + 1), lastingSignature(keyOf(call.store), guid, account)))
+        !isSameSecret(given.mid(dot + 1), lastingSignature(keyOf(call.store), guid, account)))
         throw foreignAddress();
     return account;
 }

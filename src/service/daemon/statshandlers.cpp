@@ -66,19 +66,6 @@ Problem noSuchQuestion()
     return notFound(QStringLiteral("There is no such question."));
 }
 
-void refuseViewers(const Call &call)
-{
-    if (call.session.role == QLatin1String("viewer"))
-        throw notAllowed(QStringLiteral("You may look at this account but not change it."));
-}
-
-HttpResponse noContent()
-{
-    HttpResponse response;
-    response.status = 204;
-    return response;
-}
-
 } // namespace
 
 HttpResponse listDeployments(const Call &call)

@@ -216,9 +216,7 @@ HttpResponse dropUpload(const Call &call)
     const auto outcome = call.store.uploads.drop(assetUserOf(call), call.parameters.first());
     if (outcome != Uploads::Outcome::Done)
         refuse(outcome, QString());
-    HttpResponse response;
-    response.status = 204;
-    return response;
+    return noContent();
 }
 
 } // namespace Zel::Service

@@ -38,6 +38,12 @@ QByteArray keyedHash(const QByteArray &key, const QByteArray &text)
     return hash;
 }
 
+bool isSameSecret(const QByteArray &left, const QByteArray &right)
+{
+    return left.size() == right.size() &&
+           sodium_memcmp(left.constData(), right.constData(), static_cast<size_t>(left.size())) == 0;
+}
+
 void wipe(QByteArray &bytes)
 {
     if (!bytes.isEmpty())

@@ -18,6 +18,9 @@ ZEL_EXPORT QByteArray randomBytes(qsizetype count);
 /// BLAKE2b-256 of `text` under `key` (32 bytes).
 ZEL_EXPORT QByteArray keyedHash(const QByteArray &key, const QByteArray &text);
 
+/// Compares in a time that tells nothing of where they differ.
+ZEL_EXPORT bool isSameSecret(const QByteArray &left, const QByteArray &right);
+
 /// Overwrites what held a secret.
 ZEL_EXPORT void wipe(QByteArray &bytes);
 
