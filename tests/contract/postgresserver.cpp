@@ -192,10 +192,11 @@ QString PostgresServer::run(const QString &sql)
     return result;
 }
 
-QString PostgresServer::newDatabase()
+QString PostgresServer::newDatabase(const QString &copyOf)
 {
     const QString name = QStringLiteral("zel_%1").arg(++m_databases);
-    if (run(QStringLiteral("CREATE DATABASE %1").arg(name)).isNull())
+    const QString from = copyOf.isEmpty() ? QStringLiteral("template1") : copyOf;
+    if (run(QStringLiteral("CREATE DATABASE %1 TEMPLATE %2").arg(name, from)).isNull())
         return QString();
     return QStringLiteral("postgresql://%1:%2@127.0.0.1:%3/%4")
         .arg(superUser, m_password)

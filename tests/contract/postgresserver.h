@@ -25,8 +25,9 @@ public:
 
     QString error() const { return m_error; }
 
-    /// Makes an empty database and returns its address for `--database`; empty on failure.
-    QString newDatabase();
+    /// Makes an empty database, or a copy of one that nobody is connected to, and returns its
+    /// address for `--database`; empty on failure.
+    QString newDatabase(const QString &copyOf = QString());
 
     /// Runs one statement on the server's own database, as its owner. Returns the first value of
     /// the first row as text; see `error` when it is null.
