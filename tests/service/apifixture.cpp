@@ -46,6 +46,7 @@ ApiFixture::ApiFixture(FilledDatabase filled, const Zel::ThumbnailMaker &thumbna
 Zel::Service::HttpServerOptions ApiFixture::options() const
 {
     Zel::Service::HttpServerOptions result;
+    result.workers = workers;
     result.plan = [this](const Zel::Service::HttpRequest &head) { return m_api.plan(head); };
     result.log = [this](const Zel::Service::HttpLogEntry &entry) { m_api.monitor().count(entry); };
     return result;

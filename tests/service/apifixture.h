@@ -21,6 +21,9 @@ namespace ZelTest {
 class ApiFixture
 {
 public:
+    /// How many calls are handled at once, however many processors there are.
+    static constexpr int workers = 8;
+
     explicit ApiFixture(FilledDatabase filled,
                         const Zel::ThumbnailMaker &thumbnailMaker = Zel::Thumbnails::decodeFile);
 

@@ -160,8 +160,7 @@ void MonitorTest::answersThoseWhoWatchBesideBusyWorkers()
     const QString token = api.token(tomas, brightwater);
     Zel::Database other(api.database().address());
     std::vector<std::unique_ptr<HttpProbe>> waiting;
-    constexpr int workers = 8;
-    constexpr int calls = workers + 3;
+    constexpr int calls = ApiFixture::workers + 3;
     other.tx([&] {
         // Nobody else can write now, so that every worker waits with a call and three calls wait
         // for a worker.
@@ -176,7 +175,7 @@ void MonitorTest::answersThoseWhoWatchBesideBusyWorkers()
                 "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body);
         }
         const QByteArray queue = "zel_worker_queue_length{lane=\"worker\"}";
-        QTRY_COMPARE(samples(api).value(queue, -1), double(calls - workers));
+        QTRY_COMPARE(samples(api).value(queue, -1), double(calls - ApiFixture::workers));
         QCOMPARE(api.call("GET", "/readyz", QString()).status, 200);
         QVERIFY(samples(api).value("zel_http_requests_in_flight") >= calls);
     });
