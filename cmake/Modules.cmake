@@ -39,6 +39,9 @@ function(zel_add_test name)
   add_test(NAME ${name} COMMAND ${ARGN})
   set_tests_properties(${name} PROPERTIES
     ENVIRONMENT "${ZEL_TEST_ENVIRONMENT}" TIMEOUT 600)
+  if(name IN_LIST ZEL_LONG_TESTS)
+    set_tests_properties(${name} PROPERTIES COST 60)
+  endif()
 endfunction()
 
 # What nearly every test includes, parsed once for all of them: half of the time a test takes to
