@@ -374,9 +374,9 @@ void WorkspaceCopyTest::copiesManyRowsInTheMemoryOfFew()
 #if defined(__SANITIZE_ADDRESS__)
     constexpr qint64 most = 400LL * 1024 * 1024; // freed memory is kept back for a while
 #else
-    constexpr qint64 most = 24LL * 1024 * 1024;
+    constexpr qint64 most = 12LL * 1024 * 1024;
 #endif
-    constexpr int views = 200'000;
+    constexpr int views = 100'000;
     TransferSide from(m_databases, postgres, BlobKind::Files);
     TransferSide to(m_databases, !postgres, BlobKind::Files);
     TransferSide again(m_databases, !postgres, BlobKind::Files);
