@@ -16,6 +16,7 @@ namespace ZelTest {
 namespace {
 
 constexpr int startTimeMs = 60'000;
+constexpr int commandTimeMs = 300'000; // an import of everything on a loaded machine
 
 QString programPath()
 {
@@ -178,7 +179,7 @@ int ServiceProcess::runCommand(const QStringList &commandLine, QByteArray *outpu
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(programPath(), commandLine + QStringList{QStringLiteral("--database"), database});
     process.closeWriteChannel();
-    const bool ended = process.waitForFinished(startTimeMs);
+    const bool ended = process.waitForFinished(commandTimeMs);
     if (output)
         *output = process.readAll();
     return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;

@@ -119,7 +119,8 @@ private:
                       {QStringLiteral("export"), path(QStringLiteral("out")),
                        QStringLiteral("--database"), m_service->database, QStringLiteral("--files"),
                        m_service->files});
-        if (!process.waitForFinished())
+        constexpr int commandTimeMs = 300'000; // a loaded machine takes its time
+        if (!process.waitForFinished(commandTimeMs))
             return -1000;
         m_output = process.readAll();
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode()
