@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/postgresserver.h"
 
+#include "tests/contract/ports.h"
+
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QTcpServer>
 #include <QUuid>
 
 #include <csignal>
@@ -108,11 +109,8 @@ bool PostgresServer::initialize()
 
 bool PostgresServer::takeFreePort()
 {
-    QTcpServer server;
-    if (!server.listen(QHostAddress::LocalHost, 0))
-        return fail(QStringLiteral("no free port: ") + server.errorString());
-    m_port = server.serverPort();
-    return true;
+    m_port = freePort();
+    return m_port != 0 || fail(QStringLiteral("no free port"));
 }
 
 bool PostgresServer::launch()

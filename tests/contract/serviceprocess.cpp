@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/serviceprocess.h"
 
+#include "tests/contract/ports.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
@@ -111,6 +113,8 @@ bool ServiceProcess::startAgain()
 {
     if (!hasFolder())
         return false;
+    if (m_port == 0)
+        m_port = freePort();
     if (!tls.certificate.isEmpty())
         m_scheme = QStringLiteral("https://");
     m_process.setProcessEnvironment(environment());
