@@ -5,6 +5,7 @@
 #include "tests/contract/ports.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
@@ -55,6 +56,25 @@ void prepare(QProcess &process)
     process.setProcessEnvironment(environment);
 }
 
+QString dataFolder(const QTemporaryDir &folder)
+{
+    return folder.filePath(QStringLiteral("data"));
+}
+
+/// Where files that nobody has worked with lie for others; those of each user apart.
+QString keptFolder()
+{
+    return QStringLiteral(ZEL_TEST_FOLDER "/postgresql-15-%1").arg(geteuid());
+}
+
+/// With owners and rights, on which PostgreSQL insists.
+bool copyFolder(const QString &from, const QString &to)
+{
+    return QProcess::execute(QStringLiteral("cp"),
+                             {QStringLiteral("--archive"), QStringLiteral("--no-target-directory"),
+                              from, to}) == 0;
+}
+
 } // namespace
 
 PostgresServer::~PostgresServer()
@@ -93,18 +113,54 @@ bool PostgresServer::initialize()
                 return fail(QStringLiteral("the temporary folder cannot be given away"));
         }
     }
+    if (takeKept())
+        return true;
+    if (!makeCluster(passwordFile.fileName()))
+        return false;
+    keep();
+    return true;
+}
+
+bool PostgresServer::makeCluster(const QString &passwordFile)
+{
     QProcess process;
     prepare(process);
     process.setWorkingDirectory(m_folder.path());
     process.start(toolFolder + QLatin1String("initdb"),
-                  {QStringLiteral("--pgdata"), m_folder.filePath(QStringLiteral("data")),
-                   QStringLiteral("--username"), superUser, QStringLiteral("--pwfile"),
-                   passwordFile.fileName(), QStringLiteral("--auth=scram-sha-256"),
-                   QStringLiteral("--encoding=UTF8"), QStringLiteral("--locale=C.UTF-8"),
-                   QStringLiteral("--no-sync"), QStringLiteral("--no-instructions")});
+                  {QStringLiteral("--pgdata"), dataFolder(m_folder), QStringLiteral("--username"),
+                   superUser, QStringLiteral("--pwfile"), passwordFile,
+                   QStringLiteral("--auth=scram-sha-256"), QStringLiteral("--encoding=UTF8"),
+                   QStringLiteral("--locale=C.UTF-8"), QStringLiteral("--no-sync"),
+                   QStringLiteral("--no-instructions")});
     if (!process.waitForFinished(toolTimeMs) || process.exitCode() != 0)
         return fail(QStringLiteral("initdb failed: ") + QString::fromUtf8(process.readAll()));
     return true;
+}
+
+bool PostgresServer::takeKept()
+{
+    QFile password(keptFolder() + QLatin1String("/password"));
+    if (!password.open(QIODevice::ReadOnly))
+        return false;
+    if (!copyFolder(keptFolder() + QLatin1String("/data"), dataFolder(m_folder))) {
+        QDir(dataFolder(m_folder)).removeRecursively();
+        return false;
+    }
+    m_password = QString::fromLatin1(password.readAll());
+    return true;
+}
+
+void PostgresServer::keep()
+{
+    QTemporaryDir folder(keptFolder() + QLatin1String("-XXXXXX"));
+    QFile password(folder.filePath(QStringLiteral("password")));
+    if (!password.open(QIODevice::WriteOnly) || password.write(m_password.toLatin1()) < 0)
+        return;
+    password.close();
+    // Whole or not at all; another test may have come first.
+    if (copyFolder(dataFolder(m_folder), dataFolder(folder)) &&
+        QDir().rename(folder.path(), keptFolder()))
+        folder.setAutoRemove(false);
 }
 
 bool PostgresServer::takeFreePort()
