@@ -66,6 +66,9 @@ function(zel_add_test name)
   add_test(NAME ${name} COMMAND ${ARGN})
   set_tests_properties(${name} PROPERTIES
     ENVIRONMENT "${ZEL_TEST_ENVIRONMENT}" TIMEOUT 600)
+  if(name IN_LIST ZEL_LONG_TESTS)
+    set_tests_properties(${name} PROPERTIES COST 60)
+  endif()
 endfunction()
 
 # Each test links Qt Network and leaves out where Qt Test would look for a test's data, so that the

@@ -3,6 +3,7 @@
 #include "tests/contract/balancer.h"
 
 #include "tests/contract/balancerserver.h"
+#include "tests/contract/ports.h"
 
 namespace ZelTest {
 
@@ -71,9 +72,10 @@ bool Balancer::open(const QList<quint16> &services)
         m_server,
         [&] {
             m_server->services = services;
+            if (m_port == 0)
+                m_port = freePort();
             listening =
                 m_server->isListening() || m_server->listen(QHostAddress::LocalHost, m_port);
-            m_port = m_server->serverPort();
         },
         Qt::BlockingQueuedConnection);
     return listening;

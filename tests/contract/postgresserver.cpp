@@ -2,13 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/postgresserver.h"
 
+#include "tests/contract/ports.h"
+
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QTcpServer>
 #include <QUuid>
 
 #include <csignal>
@@ -54,6 +56,25 @@ void prepare(QProcess &process)
     process.setProcessEnvironment(environment);
 }
 
+QString dataFolder(const QTemporaryDir &folder)
+{
+    return folder.filePath(QStringLiteral("data"));
+}
+
+/// Where files that nobody has worked with lie for others; those of each user apart.
+QString keptFolder()
+{
+    return QStringLiteral(ZEL_TEST_FOLDER "/postgresql-15-%1").arg(geteuid());
+}
+
+/// With owners and rights, on which PostgreSQL insists.
+bool copyFolder(const QString &from, const QString &to)
+{
+    return QProcess::execute(QStringLiteral("cp"),
+                             {QStringLiteral("--archive"), QStringLiteral("--no-target-directory"),
+                              from, to}) == 0;
+}
+
 } // namespace
 
 PostgresServer::~PostgresServer()
@@ -92,27 +113,60 @@ bool PostgresServer::initialize()
                 return fail(QStringLiteral("the temporary folder cannot be given away"));
         }
     }
+    if (takeKept())
+        return true;
+    if (!makeCluster(passwordFile.fileName()))
+        return false;
+    keep();
+    return true;
+}
+
+bool PostgresServer::makeCluster(const QString &passwordFile)
+{
     QProcess process;
     prepare(process);
     process.setWorkingDirectory(m_folder.path());
     process.start(toolFolder + QLatin1String("initdb"),
-                  {QStringLiteral("--pgdata"), m_folder.filePath(QStringLiteral("data")),
-                   QStringLiteral("--username"), superUser, QStringLiteral("--pwfile"),
-                   passwordFile.fileName(), QStringLiteral("--auth=scram-sha-256"),
-                   QStringLiteral("--encoding=UTF8"), QStringLiteral("--locale=C.UTF-8"),
-                   QStringLiteral("--no-sync"), QStringLiteral("--no-instructions")});
+                  {QStringLiteral("--pgdata"), dataFolder(m_folder), QStringLiteral("--username"),
+                   superUser, QStringLiteral("--pwfile"), passwordFile,
+                   QStringLiteral("--auth=scram-sha-256"), QStringLiteral("--encoding=UTF8"),
+                   QStringLiteral("--locale=C.UTF-8"), QStringLiteral("--no-sync"),
+                   QStringLiteral("--no-instructions")});
     if (!process.waitForFinished(toolTimeMs) || process.exitCode() != 0)
         return fail(QStringLiteral("initdb failed: ") + QString::fromUtf8(process.readAll()));
     return true;
 }
 
+bool PostgresServer::takeKept()
+{
+    QFile password(keptFolder() + QLatin1String("/password"));
+    if (!password.open(QIODevice::ReadOnly))
+        return false;
+    if (!copyFolder(keptFolder() + QLatin1String("/data"), dataFolder(m_folder))) {
+        QDir(dataFolder(m_folder)).removeRecursively();
+        return false;
+    }
+    m_password = QString::fromLatin1(password.readAll());
+    return true;
+}
+
+void PostgresServer::keep()
+{
+    QTemporaryDir folder(keptFolder() + QLatin1String("-XXXXXX"));
+    QFile password(folder.filePath(QStringLiteral("password")));
+    if (!password.open(QIODevice::WriteOnly) || password.write(m_password.toLatin1()) < 0)
+        return;
+    password.close();
+    // Whole or not at all; another test may have come first.
+    if (copyFolder(dataFolder(m_folder), dataFolder(folder)) &&
+        QDir().rename(folder.path(), keptFolder()))
+        folder.setAutoRemove(false);
+}
+
 bool PostgresServer::takeFreePort()
 {
-    QTcpServer server;
-    if (!server.listen(QHostAddress::LocalHost, 0))
-        return fail(QStringLiteral("no free port: ") + server.errorString());
-    m_port = server.serverPort();
-    return true;
+    m_port = freePort();
+    return m_port != 0 || fail(QStringLiteral("no free port"));
 }
 
 bool PostgresServer::launch()
@@ -192,10 +246,11 @@ QString PostgresServer::run(const QString &sql)
     return result;
 }
 
-QString PostgresServer::newDatabase()
+QString PostgresServer::newDatabase(const QString &copyOf)
 {
     const QString name = QStringLiteral("zel_%1").arg(++m_databases);
-    if (run(QStringLiteral("CREATE DATABASE %1").arg(name)).isNull())
+    const QString from = copyOf.isEmpty() ? QStringLiteral("template1") : copyOf;
+    if (run(QStringLiteral("CREATE DATABASE %1 TEMPLATE %2").arg(name, from)).isNull())
         return QString();
     return QStringLiteral("postgresql://%1:%2@127.0.0.1:%3/%4")
         .arg(superUser, m_password)

@@ -9,8 +9,9 @@
 namespace ZelTest {
 
 /// A PostgreSQL 15 server of the test's own: in a temporary folder, on a free loopback port, as a
-/// user that is not root, without waiting for the disk. It ends with this object, and with this
-/// process even when that crashes.
+/// user that is not root, without waiting for the disk. Its first files are those that an earlier
+/// test in this build folder has left for others, and else made anew. It ends with this object, and
+/// with this process even when that crashes.
 class PostgresServer
 {
 public:
@@ -25,8 +26,9 @@ public:
 
     QString error() const { return m_error; }
 
-    /// Makes an empty database and returns its address for `--database`; empty on failure.
-    QString newDatabase();
+    /// Makes an empty database, or a copy of one that nobody is connected to, and returns its
+    /// address for `--database`; empty on failure.
+    QString newDatabase(const QString &copyOf = QString());
 
     /// Runs one statement on the server's own database, as its owner. Returns the first value of
     /// the first row as text; see `error` when it is null.
@@ -41,6 +43,9 @@ public:
 
 private:
     bool initialize();
+    bool makeCluster(const QString &passwordFile);
+    bool takeKept();
+    void keep();
     bool launch();
     bool takeFreePort();
     bool fail(const QString &why);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/contract/serviceprocess.h"
 
+#include "tests/contract/ports.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
@@ -16,6 +18,7 @@ namespace ZelTest {
 namespace {
 
 constexpr int startTimeMs = 60'000;
+constexpr int commandTimeMs = 300'000; // an import of everything on a loaded machine
 
 QString programPath()
 {
@@ -110,6 +113,8 @@ bool ServiceProcess::startAgain()
 {
     if (!hasFolder())
         return false;
+    if (m_port == 0)
+        m_port = freePort();
     if (!tls.certificate.isEmpty())
         m_scheme = QStringLiteral("https://");
     m_process.setProcessEnvironment(environment());
@@ -178,7 +183,7 @@ int ServiceProcess::runCommand(const QStringList &commandLine, QByteArray *outpu
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(programPath(), commandLine + QStringList{QStringLiteral("--database"), database});
     process.closeWriteChannel();
-    const bool ended = process.waitForFinished(startTimeMs);
+    const bool ended = process.waitForFinished(commandTimeMs);
     if (output)
         *output = process.readAll();
     return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;

@@ -738,6 +738,9 @@ void ContractAssetsTest::namesTheFileWhenTheServiceGoesAway()
     Client away;
     QVERIFY(authenticate(away, proxy.address(), nora().user, nora().password));
     QVERIFY(chooseAccount(away, QString::number(contractStudio)));
+    NetworkPolicy policy = away.networkPolicy();
+    policy.retryLimit = std::chrono::seconds(4);
+    away.setNetworkPolicy(policy);
     PauseObserver observer;
     away.setWaitObserver(&observer);
     int most = 0;

@@ -4,6 +4,7 @@
 #include "tests/contract/recordtext.h"
 #include "tests/contract/serviceproxy.h"
 
+#include <QMutex>
 #include <QSet>
 #include <QTest>
 
@@ -41,7 +42,7 @@ Zel::PageView viewOf(const QString &user, qint64 at)
     return view;
 }
 
-/// Does something again and again in a thread of its own, as long as it lives.
+/// Does something again and again in a thread of its own, as long as it lives or until it fails.
 class Meanwhile
 {
 public:
@@ -49,9 +50,14 @@ public:
         : m_thread([this, act = std::move(act)] {
             // A list that grew faster than it is read would never end.
             constexpr int most = 300;
-            for (int i = 0; i < most && !m_stopping; ++i) {
-                act(i);
-                m_times = i + 1;
+            try {
+                for (int i = 0; i < most && !m_stopping; ++i) {
+                    act(i);
+                    m_times = i + 1;
+                }
+            } catch (const std::exception &error) {
+                const QMutexLocker lock(&m_mutex);
+                m_failure = QString::fromUtf8(error.what());
             }
         })
     {
@@ -67,7 +73,16 @@ public:
 
     int times() const { return m_times; }
 
+    /// Why it does nothing more; empty while it has not failed.
+    QString failure() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_failure;
+    }
+
 private:
+    mutable QMutex m_mutex;
+    QString m_failure;
     std::atomic_bool m_stopping = false;
     std::atomic_int m_times = 0;
     std::thread m_thread;
@@ -239,6 +254,7 @@ void ContractPagesTest::questionsStayWholeWhileOthersAreAsked()
                                      asked(i % 5 == 0 ? std::nullopt : std::optional(noon - i))});
     });
     for (int round = 0; round < 8 || others.times() < 20; ++round) {
+        QCOMPARE(others.failure(), QString());
         QSet<QString> seen;
         std::optional<QDateTime> before;
         const auto list = client->GetQuestions(deployment, from, to);
@@ -273,6 +289,7 @@ void ContractPagesTest::participantsStayWholeWhileTheirViewsComeInLate()
     const Meanwhile others(
         [&](int i) { store().audience.takeViews(ref, {viewOf(user(i * 17), noon - i)}); });
     for (int round = 0; round < 8 || others.times() < people; ++round) {
+        QCOMPARE(others.failure(), QString());
         QSet<QString> seen;
         const auto list = client->GetParticipants(deployment, from, to);
         for (const ParticipantRecordPtr &one : *list) {
@@ -302,6 +319,7 @@ void ContractPagesTest::viewsStayWholeWhileOthersComeIn()
                                    {viewOf(QStringLiteral("other"), noon + i % 10 - 3), longer});
     });
     for (int round = 0; round < 8 || others.times() < count; ++round) {
+        QCOMPARE(others.failure(), QString());
         QSet<QString> seen;
         const auto list = client->GetPageViews(deployment, from, to);
         for (const PageViewRecordPtr &one : *list) {
@@ -330,6 +348,7 @@ void ContractPagesTest::projectsStayWholeWhileOthersComeAndGo()
         database().tx([&] { database().exec(drop, {brightwaterMedia, project.guid}); });
     });
     for (int round = 0; round < 8 || others.times() < 20; ++round) {
+        QCOMPARE(others.failure(), QString());
         QSet<QString> seen;
         const auto list = projectsOf(*client, QStringLiteral("webcast"));
         for (const ProjectRecordPtr &one : *list) {

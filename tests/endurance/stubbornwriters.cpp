@@ -29,6 +29,16 @@ public:
     }
 };
 
+/// A writer waits for what another one makes; no interruption.
+class NothingToDo : public std::runtime_error
+{
+public:
+    NothingToDo()
+        : std::runtime_error("nothing to do")
+    {
+    }
+};
+
 bool isInterruption(const QXSC::ServiceError &error)
 {
     return error.isTransient() && error.kind() != QXSC::ServiceError::Kind::BadAnswer;
@@ -68,14 +78,22 @@ void StubbornWriter::wait()
         m_thread->wait();
 }
 
-void StubbornWriter::untilDone(const std::function<void()> &call)
+bool StubbornWriter::untilDone(const std::function<void()> &call)
 {
     // Long enough for a database that comes back, short enough for a test that is broken.
-    const QDeadlineTimer deadline(120'000);
+    constexpr qint64 patience = 120'000;
+    constexpr unsigned long pause = 5;
+    QDeadlineTimer deadline(patience);
     for (;;) {
         try {
             call();
-            return;
+            return true;
+        } catch (const NothingToDo &) {
+            if (m_state.ending)
+                return false;
+            deadline.setRemainingTime(patience);
+            QThread::msleep(pause);
+            continue;
         } catch (const QXSC::ServiceError &error) {
             if (!isInterruption(error) || deadline.hasExpired())
                 throw;
@@ -84,7 +102,7 @@ void StubbornWriter::untilDone(const std::function<void()> &call)
                 throw;
         }
         ++m_state.interrupted;
-        QThread::msleep(5);
+        QThread::msleep(pause);
     }
 }
 
@@ -94,8 +112,8 @@ void StubbornWriter::work()
         Client client;
         untilDone([&] { begin(client); });
         while (!m_state.ending) {
-            untilDone([&] { write(client); });
-            ++m_state.acknowledged;
+            if (untilDone([&] { write(client); }))
+                ++m_state.acknowledged;
         }
     } catch (const QXSC::ServiceError &error) {
         const QMutexLocker lock(&m_state.mutex);
@@ -266,7 +284,7 @@ void Moderator::write(Client &client)
     if (m_guid.isEmpty()) {
         const QMutexLocker lock(&state().mutex);
         if (state().questions.isEmpty())
-            throw Interrupted(); // nothing was asked yet
+            throw NothingToDo();
         m_guid = state().questions.takeFirst();
     }
     const QString answer = QStringLiteral("Answer %1").arg(++m_count);

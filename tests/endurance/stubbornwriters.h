@@ -66,7 +66,8 @@ protected:
 
 private:
     void work();
-    void untilDone(const std::function<void()> &call);
+    /// Whether it was done: there may be nothing left to do when all end.
+    bool untilDone(const std::function<void()> &call);
 
     WritersState &m_state;
     std::unique_ptr<QThread> m_thread;

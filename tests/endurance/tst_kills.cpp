@@ -20,7 +20,7 @@ using namespace ZelTest;
 
 namespace {
 
-constexpr int kills = 60; // in each of two tests
+constexpr int kills = 50; // in each of two tests
 constexpr int outages = 5;
 constexpr int holds = 2; // of SQLite, each longer than the service waits
 /// A service lives up to this long, at first. Where it gets nothing done it lives longer the next

@@ -144,8 +144,10 @@ void MemoryTest::staysSmallUnderFourDownloads()
 {
     const RawSession session(service().port(), nora(), contractStudio);
     QByteArrayList addresses;
-    for (const QString &guid : m_guids)
-        addresses << session.addressesOf(guid).constFirst();
+    for (const QString &guid : m_guids) {
+        QVERIFY(!guid.isEmpty());
+        addresses << session.addressesOf(guid).value(0);
+    }
     qint64 received[clients] = {};
     inThreads([&](int number) {
         received[number] = download(service().port(), addresses.at(number), number);

@@ -63,8 +63,9 @@ QStringList JsonSchemaCheck::faultsOf(const QByteArray &json) const
                     .arg(document.GetErrorOffset())
                     .arg(QLatin1String(rapidjson::GetParseError_En(document.GetParseError())))};
     const valijson::adapters::RapidJsonAdapter adapter(document);
-    // Most texts are right; naming the places costs much more than seeing that.
-    valijson::Validator quick(valijson::Validator::kStrongTypes);
+    // Most texts are right; naming the places costs much more than seeing that. What a validator
+    // keeps are the expressions it has compiled, which belong to no schema.
+    thread_local valijson::Validator quick(valijson::Validator::kStrongTypes);
     if (quick.validate(d->schema, adapter, nullptr))
         return {};
     valijson::Validator thorough(valijson::Validator::kStrongTypes);

@@ -337,7 +337,7 @@ void OpenApiTest::saysWhoMayCall()
 void OpenApiTest::isServed()
 {
     ZelTest::TestDatabases databases;
-    const ZelTest::ApiFixture api(databases.fresh(false));
+    const ZelTest::ApiFixture api(databases.filled(false));
     const HttpReply reply = HttpProbe::request(api.port(), "GET", "/v1/openapi.json");
     QCOMPARE(reply.status, 200);
     QCOMPARE(reply.headers.value("content-type"), QByteArray("application/json"));

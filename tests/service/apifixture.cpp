@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/service/apifixture.h"
 
-#include "service/store/migrations.h"
-#include "service/store/workspaceimport.h"
-#include "tests/contract/serviceprocess.h"
 #include "tests/interface/interfacecheck.h"
 
 #include <QJsonDocument>
@@ -13,15 +10,6 @@
 namespace ZelTest {
 
 namespace {
-
-constexpr qint64 start = 1'780'000'000'000; // 2026-05-28
-
-/// So that the database is ready before the store is made.
-Zel::Database &migrated(Zel::Database &database)
-{
-    Zel::Migrations(database).migrate();
-    return database;
-}
 
 /// What does not fit the published interface; nothing where there was no answer.
 QString interfaceFaults(const QByteArray &method, const QByteArray &target, const QByteArray &body,
@@ -41,17 +29,16 @@ QString interfaceFaults(const QByteArray &method, const QByteArray &target, cons
 
 } // namespace
 
-ApiFixture::ApiFixture(const Zel::DatabaseAddress &address,
-                       const Zel::ThumbnailMaker &thumbnailMaker, Zel::BlobKind blobs)
-    : m_now(start)
-    , m_database(address, Zel::Database::Missing::Create)
+ApiFixture::ApiFixture(FilledDatabase filled, const Zel::ThumbnailMaker &thumbnailMaker)
+    : m_files(std::move(filled.files))
+    , m_now(TestDatabases::filledAt)
+    , m_database(filled.address)
     , m_store(
-          migrated(m_database), Zel::PasswordHasher::Cost::Minimal, [this] { return m_now.load(); },
-          {blobs, m_files.path()}, thumbnailMaker)
+          m_database, Zel::PasswordHasher::Cost::Minimal, [this] { return m_now.load(); },
+          {filled.blobs, m_files->path()}, thumbnailMaker)
     , m_api(m_store)
     , m_server(options())
 {
-    importWorkspace(m_store, Zel::WorkspaceFiles::read(ServiceProcess::sampleWorkspace()));
     m_api.monitor().setServer([this] { return m_server.figures(); });
     m_server.start();
 }
@@ -59,6 +46,7 @@ ApiFixture::ApiFixture(const Zel::DatabaseAddress &address,
 Zel::Service::HttpServerOptions ApiFixture::options() const
 {
     Zel::Service::HttpServerOptions result;
+    result.workers = workers;
     result.plan = [this](const Zel::Service::HttpRequest &head) { return m_api.plan(head); };
     result.log = [this](const Zel::Service::HttpLogEntry &entry) { m_api.monitor().count(entry); };
     return result;

@@ -6,6 +6,7 @@
 #include "service/daemon/httpserver.h"
 #include "service/store/store.h"
 #include "tests/service/httpprobe.h"
+#include "tests/service/testdatabases.h"
 
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -20,9 +21,11 @@ namespace ZelTest {
 class ApiFixture
 {
 public:
-    explicit ApiFixture(const Zel::DatabaseAddress &address,
-                        const Zel::ThumbnailMaker &thumbnailMaker = Zel::Thumbnails::decodeFile,
-                        Zel::BlobKind blobs = Zel::BlobKind::Files);
+    /// How many calls are handled at once, however many processors there are.
+    static constexpr int workers = 8;
+
+    explicit ApiFixture(FilledDatabase filled,
+                        const Zel::ThumbnailMaker &thumbnailMaker = Zel::Thumbnails::decodeFile);
 
     quint16 port() const { return m_server.port(); }
 
@@ -49,7 +52,7 @@ public:
                    const QJsonObject &body) const;
 
     /// The folder of the bytes of assets.
-    QString files() const { return m_files.path(); }
+    QString files() const { return m_files->path(); }
 
     HttpReply signIn(const QString &user, const QString &password) const;
     /// The token of a sample person ("maja", "tomas", "ines"); with an account chosen unless 0.
@@ -61,7 +64,7 @@ public:
 private:
     Zel::Service::HttpServerOptions options() const;
 
-    QTemporaryDir m_files;
+    const std::unique_ptr<QTemporaryDir> m_files;
     std::atomic<qint64> m_now;
     Zel::Database m_database;
     Zel::Store m_store;

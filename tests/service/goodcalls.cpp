@@ -43,10 +43,12 @@ QByteArray GoodCall::bodyText() const
     return body.isEmpty() ? QByteArray() : QJsonDocument(body).toJson(QJsonDocument::Compact);
 }
 
-GoodCalls::GoodCalls(const DatabaseAddress &address)
-    : m_api(address)
-    , m_connection(QStringLiteral("rows of ") + address.file + address.database)
+GoodCalls::GoodCalls(FilledDatabase filled)
+    : m_api(std::move(filled))
+    , m_connection(QStringLiteral("rows of ") + m_api.database().address().file +
+                   m_api.database().address().database)
 {
+    const DatabaseAddress &address = m_api.database().address();
     const bool isFile = address.engine == DatabaseAddress::Engine::Sqlite;
     QSqlDatabase rows = QSqlDatabase::addDatabase(
         isFile ? QStringLiteral("QSQLITE") : QStringLiteral("QPSQL"), m_connection);

@@ -29,7 +29,7 @@ struct GoodCall
 class GoodCalls
 {
 public:
-    explicit GoodCalls(const Zel::DatabaseAddress &address);
+    explicit GoodCalls(FilledDatabase filled);
     ~GoodCalls();
     Q_DISABLE_COPY_MOVE(GoodCalls)
 

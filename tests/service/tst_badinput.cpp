@@ -127,7 +127,7 @@ private slots:
         QFETCH_GLOBAL(bool, postgres);
         std::unique_ptr<GoodCalls> &kept = m_kept[postgres ? 1 : 0];
         if (!kept)
-            kept = std::make_unique<GoodCalls>(m_databases.fresh(postgres));
+            kept = std::make_unique<GoodCalls>(m_databases.filled(postgres));
         m_calls = kept.get();
         m_before = m_calls->checksum();
     }
@@ -201,7 +201,7 @@ void BadInputTest::knowsAGoodCallOfEveryRoute()
 void BadInputTest::everyGoodCallIsGood()
 {
     QFETCH_GLOBAL(bool, postgres);
-    GoodCalls fresh(m_databases.fresh(postgres));
+    GoodCalls fresh(m_databases.filled(postgres));
     // What takes away what others need comes last.
     for (const bool takesAway : {false, true}) {
         for (const Service::Route &route : Service::Api::routes()) {
@@ -460,7 +460,7 @@ void BadInputTest::aCallThatBreaksOffChangesNothing()
 void BadInputTest::anUploadIsNotCommittedTwice()
 {
     QFETCH_GLOBAL(bool, postgres);
-    GoodCalls calls(m_databases.fresh(postgres));
+    GoodCalls calls(m_databases.filled(postgres));
     const QByteArray upload = calls.newUpload("bytes");
     const auto put = [&](const QByteArray &offset, const QByteArray &bytes) {
         return calls.send("PUT", upload + "/files/0?offset=" + offset, calls.token(), bytes);

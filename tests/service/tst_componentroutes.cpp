@@ -29,7 +29,7 @@ private slots:
     {
         TestCase::init();
         if (!m_api)
-            m_api = std::make_unique<ApiFixture>(m_databases.fresh(false));
+            m_api = std::make_unique<ApiFixture>(m_databases.filled(false));
     }
 
     void cleanupTestCase() { m_api.reset(); }

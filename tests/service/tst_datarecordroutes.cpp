@@ -43,7 +43,7 @@ private slots:
     {
         TestCase::init();
         if (!m_api)
-            m_api = std::make_unique<ApiFixture>(m_databases.fresh(false));
+            m_api = std::make_unique<ApiFixture>(m_databases.filled(false));
         m_token = m_api->token(QStringLiteral("maja"), brightwater);
     }
 

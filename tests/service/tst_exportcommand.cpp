@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <filesystem>
 #include <limits>
 #include <memory>
 
@@ -63,8 +64,25 @@ private:
                    ServiceProcess::sampleWorkspace());
     }
 
-    /// The sample with an audience and an asset that have megabytes.
+    /// The sample with an audience and an asset that have megabytes; made once and copied.
     void makeLarge()
+    {
+        const QString large = m_databases.folder() + QLatin1String("/large");
+        const QString files = QStringLiteral(".files");
+        const auto copy = [&files](const QString &from, const QString &to) {
+            std::filesystem::copy(from.toStdString(), to.toStdString());
+            std::filesystem::copy((from + files).toStdString(), (to + files).toStdString(),
+                                  std::filesystem::copy_options::recursive);
+        };
+        if (!QFile::exists(large)) {
+            fillLarge();
+            copy(m_service->database, large);
+        } else {
+            copy(large, m_service->database);
+        }
+    }
+
+    void fillLarge()
     {
         QCOMPARE(importSample(), int(ExitFine));
         QCOMPARE(run({QStringLiteral("simulate"), QStringLiteral("--account"),

@@ -59,8 +59,7 @@ void HousekeeperTest::clearsAwayWhatIsOfNoUse_data()
 void HousekeeperTest::clearsAwayWhatIsOfNoUse()
 {
     QFETCH(bool, chunks);
-    ApiFixture api(m_databases.fresh(false), Thumbnails::decodeFile,
-                   chunks ? BlobKind::Database : BlobKind::Files);
+    ApiFixture api(m_databases.filled(false, chunks ? BlobKind::Database : BlobKind::Files));
     Store &store = api.store();
     const AssetUser user{1002, store.users.find(QStringLiteral("maja"))->userId,
                          QStringLiteral("owner")};
@@ -103,7 +102,7 @@ void HousekeeperTest::clearsAwayWhatIsOfNoUse()
 
 void HousekeeperTest::leavesTheTrashWhileSomebodyStores()
 {
-    ApiFixture api(m_databases.fresh(false));
+    ApiFixture api(m_databases.filled(false));
     const auto hold = api.store().blobs.hold(BlobHold::Mode::Store);
     QVERIFY(!api.store().assets.purgeUnlessBusy(api.now()).has_value());
 }

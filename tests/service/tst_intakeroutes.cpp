@@ -136,7 +136,7 @@ void IntakeRoutesTest::init()
     QFETCH_GLOBAL(int, database);
     auto &fixture = m_fixtures.at(static_cast<std::size_t>(database));
     if (!fixture)
-        fixture = std::make_unique<ApiFixture>(m_databases.fresh(database == 1));
+        fixture = std::make_unique<ApiFixture>(m_databases.filled(database == 1));
     m_api = fixture.get();
     m_deployment = newId();
     m_api->database().tx([&] {

@@ -266,7 +266,7 @@ void LostConnectionsTest::givesUpAfterTheLimit()
 /// A call that the database does not let through changes nothing, and may be sent again.
 void LostConnectionsTest::verifyRefusedCall(const QString &sqlState)
 {
-    ZelTest::ApiFixture api(m_databases.fresh(true));
+    ZelTest::ApiFixture api(m_databases.filled(true));
     const QString token = api.token(QStringLiteral("maja"), 1001);
     const QJsonObject folder{{QStringLiteral("parentId"), 0},
                              {QStringLiteral("name"), QStringLiteral("Once")}};

@@ -10,6 +10,7 @@
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -189,9 +190,13 @@ void MigrationsTest::leavesTheFormerStepWholeWhenOneFails()
 
 void MigrationsTest::leavesAWholeStepWhenKilled()
 {
-    constexpr int kills = 20;
+    constexpr int steps = 16; // of the time that the first run takes, which nobody kills
+    constexpr int most = 200;
+    qint64 whole = 0;
     int finished = 0;
-    for (int round = 0; round < kills; ++round) {
+    int killed = 0;
+    // Later and later, until the end comes first.
+    for (int round = 0; finished < 3 && round < most; ++round) {
         const DatabaseAddress address = m_databases.fresh(false);
         QList<TableInfo> tables;
         QList<TableSum> before;
@@ -202,21 +207,29 @@ void MigrationsTest::leavesAWholeStepWhenKilled()
             before = ZelTest::sumsOf(database, tables);
         }
         QProcess process;
+        QElapsedTimer timer;
+        timer.start();
         process.start(QStringLiteral(ZEL_BIN_DIR "/zel-service"),
                       {QStringLiteral("migrate"), QStringLiteral("--database"), address.file});
         QVERIFY(process.waitForStarted());
-        QTest::qSleep(4 * round);
-        process.kill();
-        process.waitForFinished();
+        if (round == 0) {
+            QVERIFY(process.waitForFinished());
+            whole = timer.elapsed();
+        } else {
+            QTest::qSleep(int(whole * (round - 1) / steps));
+            process.kill();
+            process.waitForFinished();
+        }
         Database database(address);
         const int step = Migrations(database).currentVersion();
         QVERIFY2(step == 1 || step == Migrations::latestVersion(),
                  qPrintable(QString::number(step)));
-        finished += step > 1 ? 1 : 0;
+        ++(step > 1 ? finished : killed);
         QCOMPARE(ZelTest::sumsOf(database, tables), before);
         QCOMPARE(Migrations(database).migrate(), Migrations::latestVersion() - step);
     }
-    QVERIFY2(finished < kills, "no kill came before the end");
+    QCOMPARE(finished, 3);
+    QVERIFY2(killed > steps / 4, "hardly a kill came before the end");
 }
 
 void MigrationsTest::refusesWhatACopyDidNotEndIn()

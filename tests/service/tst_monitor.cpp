@@ -74,7 +74,7 @@ void MonitorTest::isReadyWhenEverythingIsThere_data()
 void MonitorTest::isReadyWhenEverythingIsThere()
 {
     QFETCH(bool, postgres);
-    const ApiFixture api(m_databases.fresh(postgres));
+    const ApiFixture api(m_databases.filled(postgres));
     const HttpReply reply = api.call("GET", "/readyz", QString());
     QCOMPARE(reply.status, 200);
     QCOMPARE(reply.body, QByteArray("{\"status\":\"ready\"}"));
@@ -83,7 +83,7 @@ void MonitorTest::isReadyWhenEverythingIsThere()
 
 void MonitorTest::isNotReadyWithoutItsDatabase()
 {
-    ApiFixture api(m_databases.fresh(true));
+    ApiFixture api(m_databases.filled(true));
     QCOMPARE(api.call("GET", "/readyz", QString()).status, 200);
     m_databases.server().stop(true);
     for (int i = 0; i < 2; ++i) {
@@ -101,7 +101,7 @@ void MonitorTest::isNotReadyWithoutItsDatabase()
 
 void MonitorTest::isNotReadyWithAnotherFormOfDatabase()
 {
-    ApiFixture api(m_databases.fresh(false));
+    ApiFixture api(m_databases.filled(false));
     api.database().tx([&] {
         api.database().runNative(QStringLiteral("INSERT INTO schema_version VALUES (999, 0)"));
     });
@@ -119,7 +119,7 @@ void MonitorTest::isNotReadyWithAnotherFormOfDatabase()
 
 void MonitorTest::isNotReadyWithoutItsFolderOfFiles()
 {
-    const ApiFixture api(m_databases.fresh(false));
+    const ApiFixture api(m_databases.filled(false));
     QVERIFY(QDir(api.files()).removeRecursively());
     QFile inItsPlace(api.files());
     QVERIFY(inItsPlace.open(QIODevice::WriteOnly));
@@ -134,7 +134,7 @@ void MonitorTest::isNotReadyWithoutItsFolderOfFiles()
 
 void MonitorTest::isNotReadyWhenItIsAboutToStop()
 {
-    const ApiFixture api(m_databases.fresh(false));
+    const ApiFixture api(m_databases.filled(false));
     QCOMPARE(api.call("GET", "/readyz", QString()).status, 200);
     api.monitor().beginDraining();
     const HttpReply reply = api.call("GET", "/readyz", QString());
@@ -145,7 +145,7 @@ void MonitorTest::isNotReadyWhenItIsAboutToStop()
 
 void MonitorTest::tellsOfItsHealthUnderAnyName()
 {
-    const ApiFixture api(m_databases.fresh(false));
+    const ApiFixture api(m_databases.filled(false));
     for (const auto &[target, status] :
          {std::pair("/healthz", 200), std::pair("/readyz", 200), std::pair("/metrics", 421)}) {
         HttpProbe probe(api.port());
@@ -156,12 +156,11 @@ void MonitorTest::tellsOfItsHealthUnderAnyName()
 
 void MonitorTest::answersThoseWhoWatchBesideBusyWorkers()
 {
-    ApiFixture api(m_databases.fresh(false));
+    ApiFixture api(m_databases.filled(false));
     const QString token = api.token(tomas, brightwater);
     Zel::Database other(api.database().address());
     std::vector<std::unique_ptr<HttpProbe>> waiting;
-    constexpr int workers = 8;
-    constexpr int calls = workers + 3;
+    constexpr int calls = ApiFixture::workers + 3;
     other.tx([&] {
         // Nobody else can write now, so that every worker waits with a call and three calls wait
         // for a worker.
@@ -176,7 +175,7 @@ void MonitorTest::answersThoseWhoWatchBesideBusyWorkers()
                 "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body);
         }
         const QByteArray queue = "zel_worker_queue_length{lane=\"worker\"}";
-        QTRY_COMPARE(samples(api).value(queue, -1), double(calls - workers));
+        QTRY_COMPARE(samples(api).value(queue, -1), double(calls - ApiFixture::workers));
         QCOMPARE(api.call("GET", "/readyz", QString()).status, 200);
         QVERIFY(samples(api).value("zel_http_requests_in_flight") >= calls);
     });
@@ -237,7 +236,7 @@ void MonitorTest::looksOnceForManyWhoAsk()
 
 void MonitorTest::countsCallsByRouteAndStatus()
 {
-    const ApiFixture api(m_databases.fresh(false));
+    const ApiFixture api(m_databases.filled(false));
     const QString token = api.token(tomas, brightwater);
     for (int i = 0; i < 3; ++i)
         QCOMPARE(api.call("GET", "/v1/projects?type=webcast", token).status, 200);
@@ -271,7 +270,7 @@ void MonitorTest::countsCallsByRouteAndStatus()
 
 void MonitorTest::countsWhatClientsMakeUpTogether()
 {
-    const ApiFixture api(m_databases.fresh(false));
+    const ApiFixture api(m_databases.filled(false));
     for (int i = 0; i < 20; ++i) {
         const QByteArray made = QByteArray::number(i);
         QCOMPARE(api.call("GET", "/made-up-" + made, QString()).status, 404);
@@ -320,7 +319,7 @@ void MonitorTest::sortsDurationsIntoRanges()
 
 void MonitorTest::countsHashesBytesAndConnections()
 {
-    const ApiFixture api(m_databases.fresh(false));
+    const ApiFixture api(m_databases.filled(false));
     const auto before = samples(api);
     QCOMPARE(api.signIn(tomas, QStringLiteral("wrong")).status, 401);
     QCOMPARE(api.signIn(QStringLiteral("nobody"), QStringLiteral("wrong")).status, 401);
@@ -344,7 +343,7 @@ void MonitorTest::countsHashesBytesAndConnections()
 
 void MonitorTest::countsRepeatedTransactions()
 {
-    ApiFixture api(m_databases.fresh(true));
+    ApiFixture api(m_databases.filled(true));
     std::atomic<int> runs{0};
     std::vector<std::thread> writers;
     for (int writer = 0; writer < 4; ++writer) {
@@ -366,7 +365,7 @@ void MonitorTest::countsRepeatedTransactions()
 
 void MonitorTest::showsFiguresToItsOwnMachineOnly()
 {
-    const ApiFixture api(m_databases.fresh(false));
+    const ApiFixture api(m_databases.filled(false));
     QCOMPARE(api.call("GET", "/metrics", QString()).headers.value("content-type"),
              QByteArray("text/plain; version=0.0.4; charset=utf-8"));
     HttpRequest request;
@@ -392,7 +391,7 @@ void MonitorTest::showsFiguresToItsOwnMachineOnly()
 
 void MonitorTest::showsFiguresToWhoeverHasTheToken()
 {
-    const ApiFixture api(m_databases.fresh(false));
+    const ApiFixture api(m_databases.filled(false));
     const QString token = QStringLiteral("0123456789abcdef-metrics");
     api.monitor().setMetricsToken(token.toLatin1());
     const HttpReply without = api.call("GET", "/metrics", QString());
@@ -411,7 +410,7 @@ void MonitorTest::showsFiguresToWhoeverHasTheToken()
 
 void MonitorTest::tellsNoSecretInItsFigures()
 {
-    ApiFixture api(m_databases.fresh(false));
+    ApiFixture api(m_databases.filled(false));
     const QString token = api.token(tomas, brightwater);
     QCOMPARE(api.call("GET", "/v1/projects/" + token.toLatin1() + "/published", token).status, 404);
     QCOMPARE(api.call("GET", "/t/x/64?s=signature-of-it", token).status, 403);

@@ -76,7 +76,7 @@ private slots:
         QFETCH_GLOBAL(bool, postgres);
         std::unique_ptr<ApiFixture> &kept = m_kept[postgres ? 1 : 0];
         if (!kept) {
-            kept = std::make_unique<ApiFixture>(m_databases.fresh(postgres));
+            kept = std::make_unique<ApiFixture>(m_databases.filled(postgres));
             m_api = kept.get();
             fill();
         }

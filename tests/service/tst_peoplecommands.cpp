@@ -38,7 +38,7 @@ private slots:
     }
 
     void init();
-    void cleanup();
+    void cleanupTestCase();
 
     void makesAnAccountThatSomebodyCanWorkFor();
     void numbersAccountsOnward();
@@ -110,6 +110,7 @@ private:
 
     ZelTest::TestDatabases m_databases;
     std::unique_ptr<ServiceProcess> m_service;
+    QByteArray m_function; ///< that the service was started for
     QByteArray m_output;
 };
 
@@ -117,6 +118,11 @@ void PeopleCommandsTest::init()
 {
     TestCase::init();
     QFETCH_GLOBAL(bool, postgres);
+    // One service for all rows of a function.
+    const QByteArray function = QTest::currentTestFunction() + QByteArray::number(postgres);
+    if (m_service && m_service->isRunning() && m_function == function)
+        return;
+    m_function = function;
     m_service = std::make_unique<ServiceProcess>();
     m_service->importPaths = {ServiceProcess::sampleFolder() + QLatin1String("/accounts.json"),
                               ServiceProcess::sampleFolder() + QLatin1String("/people.json"),
@@ -132,7 +138,7 @@ void PeopleCommandsTest::init()
     QVERIFY2(m_service->start(), qPrintable(m_service->error()));
 }
 
-void PeopleCommandsTest::cleanup()
+void PeopleCommandsTest::cleanupTestCase()
 {
     m_service.reset();
 }
@@ -367,14 +373,17 @@ void PeopleCommandsTest::refusesWhatIsNoNumberOfAnAccount()
 
 void PeopleCommandsTest::asksTwiceAtATerminalAndShowsNothing_data()
 {
+    QTest::addColumn<QString>("user");
     QTest::addColumn<QByteArray>("second");
     QTest::addColumn<int>("code");
-    QTest::newRow("the same") << QByteArray("typed 1") << int(ExitFine);
-    QTest::newRow("another one") << QByteArray("typed 2") << int(ExitFailed);
+    QTest::newRow("the same") << QStringLiteral("typist") << QByteArray("typed 1") << int(ExitFine);
+    QTest::newRow("another one") << QStringLiteral("mistypist") << QByteArray("typed 2")
+                                 << int(ExitFailed);
 }
 
 void PeopleCommandsTest::asksTwiceAtATerminalAndShowsNothing()
 {
+    QFETCH(QString, user);
     QFETCH(QByteArray, second);
     QFETCH(int, code);
     const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
@@ -388,7 +397,7 @@ void PeopleCommandsTest::asksTwiceAtATerminalAndShowsNothing()
         ::close(input);
     });
     process.start(QStringLiteral(ZEL_BIN_DIR "/zel-service"),
-                  {QStringLiteral("user"), QStringLiteral("add"), QStringLiteral("typist"),
+                  {QStringLiteral("user"), QStringLiteral("add"), user,
                    QStringLiteral("--sign-in-cost"), QStringLiteral("minimal"),
                    QStringLiteral("--database"), m_service->database});
     QByteArray shown;
@@ -411,7 +420,7 @@ void PeopleCommandsTest::asksTwiceAtATerminalAndShowsNothing()
     const auto count = ::read(terminal, echoed, sizeof echoed);
     QVERIFY(!QByteArray(echoed, std::max<qsizetype>(count, 0)).contains("typed"));
     ::close(terminal);
-    QCOMPARE(signIn("typist", "typed 1").status, code == ExitFine ? 201 : 401);
+    QCOMPARE(signIn(user.toLatin1(), "typed 1").status, code == ExitFine ? 201 : 401);
 }
 
 ZEL_TEST_MAIN(PeopleCommandsTest)

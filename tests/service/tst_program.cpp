@@ -4,6 +4,7 @@
 #include "service/store/database.h"
 #include "tests/contract/serviceprocess.h"
 #include "tests/service/httpprobe.h"
+#include "tests/service/metricsamples.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
@@ -25,6 +26,7 @@
 using namespace Zel::Service;
 using ZelTest::HttpProbe;
 using ZelTest::HttpReply;
+using ZelTest::metricSamples;
 using ZelTest::ServiceProcess;
 
 namespace {
@@ -409,7 +411,10 @@ void ProgramTest::finishesCallsInFlightOnSigterm()
                            signInBody.left(10));
     }
     HttpProbe idle(service.port());
-    QTest::qWait(300); // until the heads have been taken in
+    // Until the heads have been taken in; the call that asks is the ninth.
+    QTRY_COMPARE(metricSamples(HttpProbe::request(service.port(), "GET", "/metrics").body)
+                     .value("zel_http_requests_in_flight"),
+                 9);
     service.terminate();
     QVERIFY(idle.isClosed());
     for (const auto &call : calls) {

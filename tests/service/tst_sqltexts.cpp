@@ -6,6 +6,7 @@
 #include "service/store/store.h"
 #include "service/store/workspaceimport.h"
 #include "tests/contract/serviceprocess.h"
+#include "tests/service/sqlsources.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
@@ -22,6 +23,10 @@
 #include <stdexcept>
 
 using namespace Zel;
+using ZelTest::FoundText;
+using ZelTest::serviceSources;
+using ZelTest::sqlTextsInSources;
+using ZelTest::textOfFile;
 
 namespace {
 
@@ -63,45 +68,6 @@ QStringList faultsOf(const QString &sql)
         }
     }
     return faults;
-}
-
-struct FoundText
-{
-    QString file;
-    QString sql;
-};
-
-QString readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-QStringList sources()
-{
-    QStringList result;
-    QDirIterator files(QStringLiteral(ZEL_SOURCE_DIR "/src/service"),
-                       {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext())
-        result << files.next();
-    return result;
-}
-
-/// Every SQL text in the sources of the service.
-QList<FoundText> textsInSources()
-{
-    static const QRegularExpression raw(QStringLiteral("R\"sql\\((.*?)\\)sql\""),
-                                        QRegularExpression::DotMatchesEverythingOption);
-    QList<FoundText> result;
-    for (const QString &file : sources()) {
-        if (file.endsWith(QLatin1String(".h")))
-            continue; // only told of in comments
-        auto matches = raw.globalMatch(readFile(file));
-        while (matches.hasNext())
-            result << FoundText{file, matches.next().captured(1).trimmed()};
-    }
-    return result;
 }
 
 /// The one connection of this thread to a database of that kind.
@@ -200,7 +166,7 @@ void SqlTextsTest::lintSeesEachFault()
 
 void SqlTextsTest::everyTextKeepsTheHouseRules()
 {
-    const QList<FoundText> texts = textsInSources();
+    const QList<FoundText> texts = sqlTextsInSources();
     QVERIFY2(texts.size() >= 20, "the texts are not found any more");
     for (const FoundText &text : texts) {
         const QStringList faults = faultsOf(text.sql);
@@ -215,8 +181,8 @@ void SqlTextsTest::everyStatementIsWrittenWhereTheLintSeesIt()
     static const QRegularExpression hidden(
         QStringLiteral("\\b(Sql|Bulk)Text( \\w+)?[({]\\s*\"|"
                        "\\b(Sql|Bulk)Text( \\w+)?[({]\\s*R\"(?!sql\\()"));
-    for (const QString &file : sources())
-        QVERIFY2(!readFile(file).contains(hidden), qPrintable(file));
+    for (const QString &file : serviceSources())
+        QVERIFY2(!textOfFile(file).contains(hidden), qPrintable(file));
 }
 
 void SqlTextsTest::everyTextIsTakenByBothDatabases_data()
@@ -234,7 +200,7 @@ void SqlTextsTest::everyTextIsTakenByBothDatabases()
     QSqlDatabase connection = QSqlDatabase::database(QSqlDatabase::connectionNames().constFirst());
     QCOMPARE(connection.driverName(),
              postgres ? QStringLiteral("QPSQL") : QStringLiteral("QSQLITE"));
-    for (const FoundText &text : textsInSources()) {
+    for (const FoundText &text : sqlTextsInSources()) {
         QSqlQuery query(connection);
         QVERIFY2(query.prepare(text.sql),
                  qPrintable(text.sql + QLatin1String("\n") + query.lastError().text()));
@@ -254,7 +220,7 @@ void SqlTextsTest::everyMigrationKeepsTheHouseRules()
         if (file.endsWith(QLatin1String(".sqlite.sql")) ||
             file.endsWith(QLatin1String(".postgresql.sql")))
             continue; // these are one database's own on purpose
-        const QStringList faults = faultsOf(readFile(file).remove(comment));
+        const QStringList faults = faultsOf(textOfFile(file).remove(comment));
         QVERIFY2(faults.isEmpty(),
                  qPrintable(file + QLatin1String(": ") + faults.join(QLatin1String(", "))));
     }
@@ -325,7 +291,7 @@ void SqlTextsTest::listsAreReadInTheOrderOfAnIndex()
             database.runNative(QStringLiteral("SET enable_%1 = off").arg(QLatin1String(way)));
     }
     int ordered = 0;
-    for (const FoundText &text : textsInSources()) {
+    for (const FoundText &text : sqlTextsInSources()) {
         if (!text.sql.contains(list) || !text.sql.contains(QLatin1String("ORDER BY")) ||
             !text.sql.contains(QLatin1String("LIMIT")))
             continue;
@@ -463,7 +429,7 @@ void SqlTextsTest::hotQueriesUseTheirKey()
     QFETCH(QStringList, values);
     QFETCH(QString, key);
     int found = 0;
-    for (const FoundText &text : textsInSources()) {
+    for (const FoundText &text : sqlTextsInSources()) {
         if (!std::all_of(words.begin(), words.end(),
                          [&](const QString &word) { return text.sql.contains(word); }))
             continue;

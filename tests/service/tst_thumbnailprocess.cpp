@@ -223,7 +223,7 @@ void ThumbnailProcessTest::keepsTheAssetOfAPictureThatCrashesTheProgram()
 {
     TestDatabases databases;
     ThumbnailProcess process(script(QStringLiteral("kill -SEGV $$")));
-    ApiFixture api(databases.fresh(false),
+    ApiFixture api(databases.filled(false),
                    [&process](const QString &path) { return process.make(path); });
     const QString token = api.token(QStringLiteral("maja"), 1002);
     QFile picture(QStringLiteral(ZEL_FIXTURES "/pictures/good/plain.png"));

@@ -93,8 +93,7 @@ private slots:
                                     QByteArray::number(chunks);
         if (m_function != function) {
             m_api.reset();
-            m_api = std::make_unique<ApiFixture>(m_databases.fresh(postgres),
-                                                 Zel::Thumbnails::decodeFile, kind());
+            m_api = std::make_unique<ApiFixture>(m_databases.filled(postgres, kind()));
             m_function = function;
         }
         m_token = m_api->token(maja, harbour);

@@ -374,9 +374,9 @@ void WorkspaceCopyTest::copiesManyRowsInTheMemoryOfFew()
 #if defined(__SANITIZE_ADDRESS__)
     constexpr qint64 most = 400LL * 1024 * 1024; // freed memory is kept back for a while
 #else
-    constexpr qint64 most = 24LL * 1024 * 1024;
+    constexpr qint64 most = 12LL * 1024 * 1024;
 #endif
-    constexpr int views = 200'000;
+    constexpr int views = 100'000;
     TransferSide from(m_databases, postgres, BlobKind::Files);
     TransferSide to(m_databases, !postgres, BlobKind::Files);
     TransferSide again(m_databases, !postgres, BlobKind::Files);
@@ -415,18 +415,25 @@ void WorkspaceCopyTest::leavesNoHalfWorkspaceWhenKilled()
                                 QStringLiteral("--to-blobs"),
                                 QStringLiteral("files")};
     int unfinished = 0;
-    for (int round = 1; round <= 40 && unfinished < 6; ++round) {
-        const Ended ended = runProgram(arguments, 15 * round);
+    int delay = 15; // milliseconds
+    while (unfinished < 6 && delay < 20'000) {
+        const Ended ended = runProgram(arguments, delay);
         if (ended.code == 0)
             break;
         QCOMPARE(ended.code, -1);
-        if (!postgres && !QFileInfo::exists(target.file))
+        // However long this machine takes until it begins, the copy is come upon.
+        const int longer = std::max(15, delay / 4);
+        if (!postgres && !QFileInfo::exists(target.file)) {
+            delay += longer;
             continue;
+        }
         Database database(target, Database::Missing::Create);
         if (!UnfinishedCopy(database).isMarked()) {
             QCOMPARE(Migrations(database).currentVersion(), 0);
+            delay += longer;
             continue;
         }
+        delay += 15;
         ++unfinished;
         const Ended serve = runProgram({QStringLiteral("serve"), QStringLiteral("--database"), to});
         QCOMPARE(serve.code, int(ExitFailed));

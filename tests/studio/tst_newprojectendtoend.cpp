@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <memory>
 
 using namespace StudioTesting;
 using namespace WorkspaceFiles;
@@ -67,14 +68,8 @@ private slots:
     {
         TestCase::init();
         Studio::Settings().reset();
+        m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(makeSample(workspace()));
-    }
-
-    void cleanup()
-    {
-        const QStringList files = QDir(m_folder.path()).entryList(QDir::Files);
-        for (const QString &file : files)
-            QFile::remove(m_folder.filePath(file));
     }
 
     void theNewProjectIsSelectedAndKeepsItsTheme()
@@ -123,7 +118,7 @@ private:
         type(f.window, "newName", QStringLiteral("Spring town hall"));
     }
 
-    QString workspace() const { return m_folder.filePath(QStringLiteral("sample.workspace")); }
+    QString workspace() const { return m_folder->filePath(QStringLiteral("sample.workspace")); }
 
     Studio::Options options() const
     {
@@ -133,7 +128,7 @@ private:
         return options;
     }
 
-    QTemporaryDir m_folder;
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 ZEL_TEST_MAIN(TestNewProjectEndToEnd)

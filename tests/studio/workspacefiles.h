@@ -9,7 +9,10 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <filesystem>
 
 /// Workspace files, good and bad, and the real service for the tests of Studio.
 namespace WorkspaceFiles {
@@ -24,13 +27,28 @@ inline QString sampleFolder()
     return QStringLiteral(ZEL_SOURCE_DIR "/samples/workspace");
 }
 
-/// Makes a workspace with the sample content, hashed at the least cost.
+/// Copies a file, or a folder with all that is in it.
+inline bool copyWhole(const QString &from, const QString &to)
+{
+    std::error_code error;
+    std::filesystem::copy(from.toStdString(), to.toStdString(),
+                          std::filesystem::copy_options::recursive, error);
+    return !error;
+}
+
+/// Makes a workspace with the sample content, hashed at the least cost. The files are taken in once
+/// in a program; each workspace is a copy of its own.
 inline bool makeSample(const QString &file)
 {
-    return QProcess::execute(serviceProgram(),
-                             {QStringLiteral("import"), sampleFolder(),
-                              QStringLiteral("--database"), file, QStringLiteral("--sign-in-cost"),
-                              QStringLiteral("minimal")}) == 0;
+    static const QTemporaryDir folder;
+    static const QString sample = folder.filePath(QStringLiteral("sample"));
+    static const bool isMade =
+        QProcess::execute(serviceProgram(),
+                          {QStringLiteral("import"), sampleFolder(), QStringLiteral("--database"),
+                           sample, QStringLiteral("--sign-in-cost"), QStringLiteral("minimal")}) ==
+        0;
+    const QString files = QStringLiteral(".files");
+    return isMade && copyWhole(sample, file) && copyWhole(sample + files, file + files);
 }
 
 inline QByteArray contentOf(const QString &path)

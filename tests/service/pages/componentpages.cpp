@@ -63,7 +63,7 @@ void ComponentPagesTest::initTestCase()
 {
     TestCase::initTestCase();
     QApplication::setQuitOnLastWindowClosed(false);
-    m_api = std::make_unique<ZelTest::ApiFixture>(m_databases.fresh(false));
+    m_api = std::make_unique<ZelTest::ApiFixture>(m_databases.filled(false));
     m_profile = std::make_unique<QWebEngineProfile>();
     m_view = std::make_unique<QWebEngineView>();
 }
