@@ -118,7 +118,7 @@ void BlobStore::add(const BlobId &blob, ByteSource &bytes, const QByteArrayList 
     if (part->checksum() != blob.sha)
         throw BlobError(QStringLiteral("store %1, which has other bytes").arg(blob.sha), EINVAL);
     prepare(*part, blob.sha, thumbnails);
-    nameAlone(id, blob);
+    nameAlone({id, part->identity()}, blob);
 }
 
 qint64 BlobStore::room()

@@ -175,13 +175,13 @@ void FileBlobs::prepare(BlobPart &part, const QString &sha, const QByteArrayList
         writeWhole(thumbnailPath(sha, thumbnailSizes.at(std::size_t(i))), thumbnails.at(i));
 }
 
-void FileBlobs::name(const PartId &part, const BlobId &blob)
+void FileBlobs::name(const CheckedPart &part, const BlobId &blob)
 {
     Q_UNUSED(part);
     Q_UNUSED(blob); // it has its name since it was prepared
 }
 
-void FileBlobs::nameAlone(const PartId &part, const BlobId &blob)
+void FileBlobs::nameAlone(const CheckedPart &part, const BlobId &blob)
 {
     name(part, blob);
 }
