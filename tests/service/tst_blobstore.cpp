@@ -89,6 +89,7 @@ private slots:
     void keepsThumbnailsWithTheirBlob();
     void namesNothingThatIsNotThere();
     void namesNothingThatWasBegunAnewSinceItWasCompared();
+    void namesNothingThatWasBegunAnewWhileItWasOpen();
     void clearsAwayWhatWasForgotten();
     void clearsAwayPartsThatNobodyKnows();
     void isFullWhenTheDatabaseIs();
@@ -382,6 +383,24 @@ void BlobStoreTest::namesNothingThatWasBegunAnewSinceItWasCompared()
     QCOMPARE(made.outcome, m_chunks ? Uploads::Outcome::Incomplete : Uploads::Outcome::Done);
     QCOMPARE(m_store->blobs.verify(blob), m_chunks ? BlobState::Missing : BlobState::Whole);
     QCOMPARE(count("asset"), m_chunks ? 0 : 1);
+}
+
+void BlobStoreTest::namesNothingThatWasBegunAnewWhileItWasOpen()
+{
+    const BlobId id{account, shaOf("these bytes")};
+    const auto part = m_store->blobs.openPart(partId());
+    append(*part, "these bytes");
+    part->flush();
+    m_other->blobs.dropPart(partId());
+    const auto anew = m_other->blobs.openPart(partId());
+    append(*anew, "these");
+    anew->flush();
+    const auto name = [&] {
+        m_store->blobs.prepare(*part, id.sha, {});
+        m_database->tx([&] { m_store->blobs.name({partId(), part->identity()}, id); });
+    };
+    QVERIFY_THROWS_EXCEPTION(BlobGone, name());
+    QVERIFY(!m_store->blobs.has(id));
 }
 
 void BlobStoreTest::clearsAwayWhatWasForgotten()

@@ -45,7 +45,7 @@ void BlobPart::addToChecksum(qint64 offset, const char *data, qint64 count)
 
 void BlobPart::keepProgressOf(const QString &identity, qint64 size)
 {
-    if (m_progress.identity != identity || m_progress.hashed > size)
+    if (identity.isEmpty() || m_progress.identity != identity || m_progress.hashed > size)
         m_progress = PartProgress();
     m_progress.identity = identity;
 }

@@ -76,7 +76,7 @@ public:
     /// SHA-256 of the whole, as 64 hexadecimal digits. Reads what it has not seen.
     QString checksum();
 
-    /// The same bytes as a file.
+    /// The same bytes as a file, as long as this part lives.
     virtual std::unique_ptr<LocalFile> localFile() = 0;
 
     /// Tells this part from one of the same id that was begun anew; empty where that is not known.
@@ -92,6 +92,7 @@ protected:
     /// To be told of everything that is appended, where it is appended.
     void addToChecksum(qint64 offset, const char *data, qint64 count);
     /// Forgets what was added unless it was to the part of that identity and no more than that has.
+    /// Where the identity is empty, nothing is kept.
     void keepProgressOf(const QString &identity, qint64 size);
 
     PartProgress m_progress;
