@@ -88,6 +88,8 @@ private slots:
     void keepsEqualBytesOnce();
     void keepsThumbnailsWithTheirBlob();
     void namesNothingThatIsNotThere();
+    void namesNothingThatWasBegunAnewSinceItWasCompared();
+    void namesNothingThatWasBegunAnewWhileItWasOpen();
     void clearsAwayWhatWasForgotten();
     void clearsAwayPartsThatNobodyKnows();
     void isFullWhenTheDatabaseIs();
@@ -99,11 +101,11 @@ private slots:
     void isDecidedOnce();
 
 private:
-    std::unique_ptr<Store> newStore()
+    std::unique_ptr<Store> newStore(const ThumbnailMaker &thumbnailMaker = Thumbnails::decodeFile)
     {
         return std::make_unique<Store>(
             *m_database, PasswordHasher::Cost::Minimal, [this] { return m_now.load(); },
-            BlobPlace(kind(), m_files->path()));
+            BlobPlace(kind(), m_files->path()), thumbnailMaker);
     }
 
     BlobKind kind() const { return m_chunks ? BlobKind::Database : BlobKind::Files; }
@@ -112,12 +114,14 @@ private:
     BlobId stored(const QByteArray &bytes, const QByteArrayList &thumbnails = {})
     {
         const BlobId id{account, shaOf(bytes)};
+        CheckedPart checked{partId(), QString()};
         {
             const auto part = m_store->blobs.openPart(partId());
             append(*part, bytes);
             m_store->blobs.prepare(*part, id.sha, thumbnails);
+            checked.identity = part->identity();
         }
-        m_database->tx([&] { m_store->blobs.name(partId(), id); });
+        m_database->tx([&] { m_store->blobs.name(checked, id); });
         m_store->blobs.dropPart(partId());
         return id;
     }
@@ -134,7 +138,9 @@ private:
     }
 
     AssetUser newUser();
-    QString upload(Store &store, const AssetUser &user, const QByteArray &bytes);
+    QString upload(Store &store, const AssetUser &user, const QByteArrayList &files);
+    void fill(Store &store, const AssetUser &user, const QString &id, qint64 position,
+              const QByteArray &bytes);
 
     ZelTest::TestDatabases m_databases;
     std::unique_ptr<QTemporaryDir> m_files;
@@ -348,10 +354,53 @@ void BlobStoreTest::namesNothingThatIsNotThere()
     const BlobId id{account, shaOf("x")};
     QVERIFY_THROWS_EXCEPTION(BlobGone, m_database->tx([&] { m_store->blobs.expect(id); }));
     if (m_chunks)
-        QVERIFY_THROWS_EXCEPTION(BlobGone,
-                                 m_database->tx([&] { m_store->blobs.name(partId(), id); }));
+        QVERIFY_THROWS_EXCEPTION(BlobGone, m_database->tx([&] {
+            m_store->blobs.name({partId(), QString()}, id);
+        }));
     stored("x");
     m_database->tx([&] { m_store->blobs.expect(id); });
+}
+
+/// Another call says another checksum of a file while the first one is at the next file, and the
+/// file is sent anew.
+void BlobStoreTest::namesNothingThatWasBegunAnewSinceItWasCompared()
+{
+    const AssetUser user = newUser();
+    const QByteArray bytes = "these bytes";
+    const QByteArray picture = "\x89PNG\r\n\x1a\n";
+    QString id;
+    Uploads::Commit meanwhile;
+    const auto store = newStore([&](const QString &) {
+        meanwhile = m_other->uploads.commit(user, id, {shaOf("others"), shaOf("others")});
+        fill(*m_other, user, id, 0, "other bytes");
+        return QByteArrayList();
+    });
+    id = upload(*store, user, {bytes, picture});
+    const auto made = store->uploads.commit(user, id, {shaOf(bytes), shaOf(picture)});
+    QCOMPARE(meanwhile.outcome, Uploads::Outcome::Checksum);
+    // Over files the first one has its name from the moment it was compared.
+    const BlobId blob{account, shaOf(bytes)};
+    QCOMPARE(made.outcome, m_chunks ? Uploads::Outcome::Incomplete : Uploads::Outcome::Done);
+    QCOMPARE(m_store->blobs.verify(blob), m_chunks ? BlobState::Missing : BlobState::Whole);
+    QCOMPARE(count("asset"), m_chunks ? 0 : 1);
+}
+
+void BlobStoreTest::namesNothingThatWasBegunAnewWhileItWasOpen()
+{
+    const BlobId id{account, shaOf("these bytes")};
+    const auto part = m_store->blobs.openPart(partId());
+    append(*part, "these bytes");
+    part->flush();
+    m_other->blobs.dropPart(partId());
+    const auto anew = m_other->blobs.openPart(partId());
+    append(*anew, "these");
+    anew->flush();
+    const auto name = [&] {
+        m_store->blobs.prepare(*part, id.sha, {});
+        m_database->tx([&] { m_store->blobs.name({partId(), part->identity()}, id); });
+    };
+    QVERIFY_THROWS_EXCEPTION(BlobGone, name());
+    QVERIFY(!m_store->blobs.has(id));
 }
 
 void BlobStoreTest::clearsAwayWhatWasForgotten()
@@ -500,18 +549,27 @@ AssetUser BlobStoreTest::newUser()
 }
 
 /// The id of an upload with its bytes.
-QString BlobStoreTest::upload(Store &store, const AssetUser &user, const QByteArray &bytes)
+QString BlobStoreTest::upload(Store &store, const AssetUser &user, const QByteArrayList &files)
 {
     QString id;
-    const auto reserved = store.uploads.reserve(
-        user, {QStringLiteral("a"), {}, 0, {{QStringLiteral("a"), bytes.size()}}}, id);
-    Uploads::Part part;
-    if (reserved != Uploads::Outcome::Done ||
-        store.uploads.open(user, id, 0, part) != Uploads::Outcome::Done)
+    NewUpload wanted{QStringLiteral("a"), {}, 0, {}};
+    for (const QByteArray &bytes : files)
+        wanted.files.append({QStringLiteral("a"), bytes.size()});
+    if (store.uploads.reserve(user, wanted, id) != Uploads::Outcome::Done)
         throw std::runtime_error("no upload");
+    for (qsizetype i = 0; i < files.size(); ++i)
+        fill(store, user, id, i, files.at(i));
+    return id;
+}
+
+void BlobStoreTest::fill(Store &store, const AssetUser &user, const QString &id, qint64 position,
+                         const QByteArray &bytes)
+{
+    Uploads::Part part;
+    if (store.uploads.open(user, id, position, part) != Uploads::Outcome::Done)
+        throw std::runtime_error("no part");
     part.part->append(bytes.constData(), bytes.size());
     store.uploads.close(part);
-    return id;
 }
 
 void BlobStoreTest::losesNothingToAPurgeAtTheSameTime()
@@ -534,7 +592,7 @@ void BlobStoreTest::losesNothingToAPurgeAtTheSameTime()
     QStringList kept;
     for (int i = 0; i < rounds; ++i) {
         const auto made =
-            m_store->uploads.commit(user, upload(*m_store, user, bytes), {shaOf(bytes)});
+            m_store->uploads.commit(user, upload(*m_store, user, {bytes}), {shaOf(bytes)});
         if (made.outcome != Uploads::Outcome::Done)
             ++failures;
         QList<AssetFile> files;
@@ -558,7 +616,7 @@ void BlobStoreTest::becomesAnAssetOnceWhoeverAsks()
     const AssetUser user = newUser();
     for (int round = 0; round < 10; ++round) {
         const QByteArray bytes = "round " + QByteArray::number(round);
-        const QString id = upload(*m_store, user, bytes);
+        const QString id = upload(*m_store, user, {bytes});
         Uploads::Commit one;
         Uploads::Commit two;
         std::thread thread([&] { one = m_store->uploads.commit(user, id, {shaOf(bytes)}); });

@@ -18,6 +18,7 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTest>
+#include <QThread>
 
 #include <atomic>
 #include <thread>
@@ -88,6 +89,8 @@ private slots:
     void survivesManyMigratingAtOnce_data() { bothEngines(); }
 
     void survivesManyMigratingAtOnce();
+
+    void takesAsLongAsItNeeds();
 
     void refusesANewerDatabase_data() { bothEngines(); }
 
@@ -298,6 +301,53 @@ void MigrationsTest::survivesManyMigratingAtOnce()
         thread.join();
     QCOMPARE(failures, QStringList());
     QCOMPARE(steps.load(), Migrations::latestVersion());
+}
+
+/// Neither the wait for another program nor a step is under the limit of the service's statements.
+void MigrationsTest::takesAsLongAsItNeeds()
+{
+    const DatabaseAddress address = m_databases.fresh(true);
+    Database database(address);
+    database.tx([&] {
+        database.runNative(QStringLiteral("CREATE TABLE seen_limit (value TEXT)"));
+        database.runNative(QStringLiteral(
+            "CREATE FUNCTION note_limit() RETURNS event_trigger LANGUAGE plpgsql AS 'BEGIN INSERT "
+            "INTO seen_limit VALUES (current_setting(''statement_timeout'')); END'"));
+        database.runNative(QStringLiteral("CREATE EVENT TRIGGER note_limit ON ddl_command_end "
+                                          "EXECUTE FUNCTION note_limit()"));
+    });
+    const QString lock = QString::number(Migrations::sqliteApplicationId);
+    database.runNative(QStringLiteral("SELECT 1 FROM (SELECT pg_advisory_lock(%1)) x").arg(lock));
+    const QString limit = QStringLiteral("500ms");
+    QString limitAfter;
+    QString failure;
+    std::thread other([&] {
+        try {
+            Database waiting(address);
+            waiting.runNative(QStringLiteral("SET statement_timeout = '%1'").arg(limit));
+            Migrations(waiting).migrate();
+            limitAfter = waiting.runNative(QStringLiteral("SHOW statement_timeout")).toString();
+        } catch (const std::exception &error) {
+            failure = QString::fromUtf8(error.what());
+        }
+    });
+    // Until it waits, and for longer than the limit.
+    const auto waiting = [&] {
+        return database.runNative(
+            QStringLiteral("SELECT COUNT(*) FROM pg_locks WHERE locktype = "
+                           "'advisory' AND NOT granted AND database = (SELECT oid "
+                           "FROM pg_database WHERE datname = current_database())"));
+    };
+    for (int i = 0; i < 200 && waiting().toInt() == 0; ++i)
+        QThread::msleep(50);
+    database.runNative(QStringLiteral("SELECT 1 FROM (SELECT pg_sleep(1)) x"));
+    database.runNative(QStringLiteral("SELECT pg_advisory_unlock(%1)").arg(lock));
+    other.join();
+    QCOMPARE(failure, QString());
+    QCOMPARE(limitAfter, limit);
+    QCOMPARE(database.runNative(QStringLiteral("SELECT string_agg(DISTINCT value, ' ') "
+                                               "FROM seen_limit")),
+             QVariant(QStringLiteral("0")));
 }
 
 void MigrationsTest::refusesANewerDatabase()

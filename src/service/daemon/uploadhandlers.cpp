@@ -182,10 +182,12 @@ std::shared_ptr<BodySink> takeUploadChunk(const Call &call)
                                                  ok ? position : -1, part);
     if (outcome != Uploads::Outcome::Done)
         refuse(outcome, part.name);
-    if (offset != part.received)
+    if (offset != part.received) {
+        call.store.uploads.close(part); // which keeps its checksum for the piece that follows
         throw Problem(409, QByteArrayLiteral("offset"),
                       QStringLiteral("\"%1\" has arrived up to another place.").arg(part.name))
             .with(QStringLiteral("received"), part.received);
+    }
     return std::make_shared<ChunkSink>(call.store.uploads, std::move(part));
 }
 

@@ -45,7 +45,7 @@ void BlobPart::addToChecksum(qint64 offset, const char *data, qint64 count)
 
 void BlobPart::keepProgressOf(const QString &identity, qint64 size)
 {
-    if (m_progress.identity != identity || m_progress.hashed > size)
+    if (identity.isEmpty() || m_progress.identity != identity || m_progress.hashed > size)
         m_progress = PartProgress();
     m_progress.identity = identity;
 }
@@ -118,7 +118,7 @@ void BlobStore::add(const BlobId &blob, ByteSource &bytes, const QByteArrayList 
     if (part->checksum() != blob.sha)
         throw BlobError(QStringLiteral("store %1, which has other bytes").arg(blob.sha), EINVAL);
     prepare(*part, blob.sha, thumbnails);
-    nameAlone(id, blob);
+    nameAlone({id, part->identity()}, blob);
 }
 
 qint64 BlobStore::room()

@@ -42,6 +42,12 @@ struct PartId
     qint64 position = 0;
 };
 
+/// A part as it was when its checksum was compared.
+struct CheckedPart : PartId
+{
+    QString identity; ///< as `BlobPart::identity` told it
+};
+
 /// The checksum of the beginning of a part, kept between the calls that add to it.
 struct PartProgress
 {
@@ -70,8 +76,12 @@ public:
     /// SHA-256 of the whole, as 64 hexadecimal digits. Reads what it has not seen.
     QString checksum();
 
-    /// The same bytes as a file.
+    /// The same bytes as a file, as long as this part lives.
     virtual std::unique_ptr<LocalFile> localFile() = 0;
+
+    /// Tells this part from one of the same id that was begun anew; empty where that is not known.
+    /// A part that was prepared has one where `BlobStore::name` needs it.
+    const QString &identity() const { return m_progress.identity; }
 
     /// For the next one that opens this part; to be called last.
     PartProgress takeProgress() { return std::move(m_progress); }
@@ -82,6 +92,7 @@ protected:
     /// To be told of everything that is appended, where it is appended.
     void addToChecksum(qint64 offset, const char *data, qint64 count);
     /// Forgets what was added unless it was to the part of that identity and no more than that has.
+    /// Where the identity is empty, nothing is kept.
     void keepProgressOf(const QString &identity, qint64 size);
 
     PartProgress m_progress;
@@ -142,8 +153,9 @@ public:
     /// one for each size, or none.
     virtual void prepare(BlobPart &part, const QString &sha, const QByteArrayList &thumbnails) = 0;
     /// Gives a part that was prepared its name as a blob. Where a blob of that name is there, this
-    /// one stays a part. Only inside a transaction.
-    virtual void name(const PartId &part, const BlobId &blob) = 0;
+    /// one stays a part. Throws `BlobGone` when the part was dropped meanwhile, also when it was
+    /// begun anew: nobody has compared those bytes. Only inside a transaction.
+    virtual void name(const CheckedPart &part, const BlobId &blob) = 0;
     /// Makes sure that a blob which was there still is, and will be when the transaction ends;
     /// throws `BlobGone`. Only inside a transaction.
     virtual void expect(const BlobId &blob) = 0;
@@ -193,7 +205,7 @@ protected:
 
     virtual qint64 measuredRoom() = 0;
     /// `name`, in a transaction of its own where one is needed.
-    virtual void nameAlone(const PartId &part, const BlobId &blob) = 0;
+    virtual void nameAlone(const CheckedPart &part, const BlobId &blob) = 0;
 
 private:
     std::function<qint64()> m_roomMeter;

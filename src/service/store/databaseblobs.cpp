@@ -172,12 +172,14 @@ void DatabaseBlobs::prepare(BlobPart &part, const QString &sha, const QByteArray
     });
 }
 
-void DatabaseBlobs::name(const PartId &part, const BlobId &blob)
+void DatabaseBlobs::name(const CheckedPart &part, const BlobId &blob)
 {
     const auto contentId = m_database.row(findPart, {part.accountId, partKey(part)}, firstText);
     const auto known = m_database.row(findBlob, {blob.accountId, blob.sha}, firstText);
     if (!contentId && !known)
         throw BlobGone(); // dropped meanwhile
+    if (contentId && *contentId != part.identity)
+        throw BlobGone(); // and begun anew
     if (known && contentId)
         m_database.exec(copyThumbnails, {part.accountId, *contentId, *known});
     if (known)
@@ -187,7 +189,7 @@ void DatabaseBlobs::name(const PartId &part, const BlobId &blob)
     m_database.exec(nameContent, {part.accountId, *contentId, blob.sha, end.value_or(0)});
 }
 
-void DatabaseBlobs::nameAlone(const PartId &part, const BlobId &blob)
+void DatabaseBlobs::nameAlone(const CheckedPart &part, const BlobId &blob)
 {
     m_database.tx([&] { name(part, blob); });
 }

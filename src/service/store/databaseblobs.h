@@ -33,7 +33,7 @@ public:
     std::unique_ptr<BlobPart> openPart(const PartId &id, PartProgress progress) override;
     void dropPart(const PartId &id) override;
     void prepare(BlobPart &part, const QString &sha, const QByteArrayList &thumbnails) override;
-    void name(const PartId &part, const BlobId &blob) override;
+    void name(const CheckedPart &part, const BlobId &blob) override;
     void expect(const BlobId &blob) override;
 
     std::shared_ptr<ByteSource> open(const BlobId &blob) override;
@@ -44,12 +44,13 @@ public:
     std::unique_ptr<BlobHold> hold(BlobHold::Mode mode) override;
     void forget(const BlobId &blob) override;
     void clear(const QStringList &unnamed) override;
+
     bool isWritable() override { return true; } // as the database is
 
 protected:
     /// What a SQLite file can grow by; a server does not tell.
     qint64 measuredRoom() override;
-    void nameAlone(const PartId &part, const BlobId &blob) override;
+    void nameAlone(const CheckedPart &part, const BlobId &blob) override;
 
 private:
     void remove(qint64 accountId, const QString &contentId);

@@ -161,13 +161,14 @@ void FileBlobs::prepare(BlobPart &part, const QString &sha, const QByteArrayList
     const QString path = blobPath(sha);
     const QString folder = QFileInfo(path).path();
     makeFolder(folder);
-    // A name is given once; who finds it given already has the same bytes.
-    if (::link(QFile::encodeName(file.path()).constData(), QFile::encodeName(path).constData()) !=
-        0) {
+    // The file that was checked, not the one at its path: the part may have been dropped and begun
+    // anew. A name is given once; who finds it given already has the same bytes.
+    if (::linkat(AT_FDCWD, file.handlePath().constData(), AT_FDCWD,
+                 QFile::encodeName(path).constData(), AT_SYMLINK_FOLLOW) != 0) {
         const int error = errno;
-        if (error == ENOENT && !QFile::exists(file.path()) && !QFile::exists(path))
-            throw BlobGone(); // the part was dropped after it had been opened
-        if (error != EEXIST && error != ENOENT)
+        if (error == ENOENT && file.isDropped())
+            throw BlobGone();
+        if (error != EEXIST)
             throw BlobError(QStringLiteral("name ") + path, error);
     }
     syncFolder(folder);
@@ -175,13 +176,13 @@ void FileBlobs::prepare(BlobPart &part, const QString &sha, const QByteArrayList
         writeWhole(thumbnailPath(sha, thumbnailSizes.at(std::size_t(i))), thumbnails.at(i));
 }
 
-void FileBlobs::name(const PartId &part, const BlobId &blob)
+void FileBlobs::name(const CheckedPart &part, const BlobId &blob)
 {
     Q_UNUSED(part);
     Q_UNUSED(blob); // it has its name since it was prepared
 }
 
-void FileBlobs::nameAlone(const PartId &part, const BlobId &blob)
+void FileBlobs::nameAlone(const CheckedPart &part, const BlobId &blob)
 {
     name(part, blob);
 }

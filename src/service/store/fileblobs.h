@@ -29,7 +29,7 @@ public:
     void dropPart(const PartId &id) override;
     /// Writes the part out and links it under its name, so that nothing is left to be done.
     void prepare(BlobPart &part, const QString &sha, const QByteArrayList &thumbnails) override;
-    void name(const PartId &part, const BlobId &blob) override;
+    void name(const CheckedPart &part, const BlobId &blob) override;
     /// Nothing is cleared away under a hold for storing.
     void expect(const BlobId &blob) override;
 
@@ -44,7 +44,7 @@ public:
 
 protected:
     qint64 measuredRoom() override;
-    void nameAlone(const PartId &part, const BlobId &blob) override;
+    void nameAlone(const CheckedPart &part, const BlobId &blob) override;
 
 private:
     QString m_folder;

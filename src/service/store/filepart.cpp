@@ -30,27 +30,68 @@ private:
     QString m_path;
 };
 
+/// Tells a file from the next one that the system gives the same number to, which may be at once.
+/// Empty where the file system does not say when a file was made.
+QString identityOf(int handle)
+{
+    struct statx info = {};
+    if (::statx(handle, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &info) != 0 ||
+        (info.stx_mask & STATX_BTIME) == 0)
+        return QString();
+    return QStringLiteral("%1-%2.%3")
+        .arg(info.stx_ino)
+        .arg(info.stx_btime.tv_sec)
+        .arg(info.stx_btime.tv_nsec);
+}
+
 } // namespace
 
 FilePart::FilePart(const QString &path, PartProgress progress)
     : BlobPart(std::move(progress))
-    , m_path(path)
-    , m_handle(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC,
-                      0600))
 {
-    if (m_handle < 0)
-        throw BlobError(QStringLiteral("open ") + path, errno);
+    // One that was dropped between the opening and the lock is opened anew.
+    do {
+        if (m_handle >= 0)
+            ::close(m_handle);
+        m_handle = ::open(QFile::encodeName(path).constData(),
+                          O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+        if (m_handle < 0)
+            throw BlobError(QStringLiteral("open ") + path, errno);
+        if (!lock(path))
+            return;
+    } while (isDropped());
     struct stat info = {};
-    if (::flock(m_handle, LOCK_EX | LOCK_NB) != 0 || ::fstat(m_handle, &info) != 0) {
+    if (::fstat(m_handle, &info) != 0) {
         const int error = errno;
         ::close(m_handle);
-        m_handle = -1;
-        if (error != EWOULDBLOCK)
-            throw BlobError(QStringLiteral("lock ") + path, error);
-        return;
+        throw BlobError(QStringLiteral("open ") + path, error);
     }
     m_size = info.st_size;
-    keepProgressOf(QString::number(info.st_ino), m_size);
+    keepProgressOf(identityOf(m_handle), m_size);
+}
+
+/// False, and closed, when another one has it.
+bool FilePart::lock(const QString &path)
+{
+    if (::flock(m_handle, LOCK_EX | LOCK_NB) == 0)
+        return true;
+    const int error = errno;
+    ::close(m_handle);
+    m_handle = -1;
+    if (error != EWOULDBLOCK)
+        throw BlobError(QStringLiteral("lock ") + path, error);
+    return false;
+}
+
+bool FilePart::isDropped() const
+{
+    struct stat info = {};
+    return ::fstat(m_handle, &info) == 0 && info.st_nlink == 0;
+}
+
+QByteArray FilePart::handlePath() const
+{
+    return "/proc/self/fd/" + QByteArray::number(m_handle);
 }
 
 FilePart::~FilePart()
@@ -97,7 +138,7 @@ void FilePart::flush()
 
 std::unique_ptr<LocalFile> FilePart::localFile()
 {
-    return std::make_unique<PartFile>(m_path);
+    return std::make_unique<PartFile>(QString::fromLatin1(handlePath()));
 }
 
 void FilePart::sync()

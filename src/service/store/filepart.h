@@ -10,7 +10,9 @@ namespace Zel {
 class FilePart : public BlobPart
 {
 public:
-    /// Opens, and makes where it is missing, the file. `isOpen` is false when another one writes.
+    /// Opens, and makes where it is missing, the file. Its progress is kept where the file system
+    /// tells when a file was made: numbers of files are given again. `isOpen` is false when another
+    /// one writes.
     FilePart(const QString &path, PartProgress progress);
     ~FilePart() override;
     FilePart(const FilePart &) = delete;
@@ -18,7 +20,10 @@ public:
 
     bool isOpen() const { return m_handle >= 0; }
 
-    const QString &path() const { return m_path; }
+    /// Names what is open itself, also when another file has come to lie at its path.
+    QByteArray handlePath() const;
+    /// Whether it lies at no path any more.
+    bool isDropped() const;
 
     qint64 size() const override { return m_size; }
 
@@ -33,7 +38,8 @@ public:
     void sync();
 
 private:
-    QString m_path;
+    bool lock(const QString &path);
+
     int m_handle = -1;
     qint64 m_size = 0;
 };

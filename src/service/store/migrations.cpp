@@ -5,6 +5,7 @@
 #include "service/store/clock.h"
 #include "service/store/database.h"
 #include "service/store/databaseerror.h"
+#include "service/store/tableschema.h"
 #include "service/store/unfinishedcopy.h"
 
 #include <QDir>
@@ -166,8 +167,13 @@ int Migrations::migrate(int version)
                             QStringLiteral("The database %1 is encoded in %2; make one in UTF8.")
                                 .arg(m_database.address().display(), encoding));
     // Taken before the transaction, which would otherwise not see what the holder before has done.
-    m_database.runNative(
-        QStringLiteral("SELECT 1 FROM (SELECT pg_advisory_lock(%1)) x").arg(advisoryLock));
+    // It is the session's and outlives the transaction it is waited for in, however long that
+    // takes.
+    m_database.snapshot([&] {
+        allowLongWork(m_database);
+        m_database.runNative(
+            QStringLiteral("SELECT 1 FROM (SELECT pg_advisory_lock(%1)) x").arg(advisoryLock));
+    });
     const auto unlock = qScopeGuard([this] {
         try {
             m_database.runNative(QStringLiteral("SELECT pg_advisory_unlock(%1)").arg(advisoryLock));
@@ -181,6 +187,7 @@ int Migrations::migrate(int version)
 int Migrations::takeSteps(int version)
 {
     return m_database.tx([&] {
+        allowLongWork(m_database); // a statement may have a whole table to go through
         refuseUnfinished();
         const int current = currentVersion();
         refuseFurther(current);

@@ -23,7 +23,7 @@ StagedBlobs::~StagedBlobs()
     }
 }
 
-void StagedBlobs::add(const BlobId &blob, const PartId &part)
+void StagedBlobs::add(const BlobId &blob, const CheckedPart &part)
 {
     m_parts.append(part);
     m_staged.insert({blob.accountId, blob.sha}, part);
@@ -32,10 +32,11 @@ void StagedBlobs::add(const BlobId &blob, const PartId &part)
 void StagedBlobs::take(const BlobId &blob, const QByteArray &bytes)
 {
     const PartId id{blob.accountId, QUuid::createUuid().toString(QUuid::WithoutBraces), 0};
-    add(blob, id);
+    m_parts.append(id);
     const auto part = m_blobs.openPart(id);
     part->append(bytes.constData(), bytes.size());
     m_blobs.prepare(*part, blob.sha, {});
+    m_staged.insert({blob.accountId, blob.sha}, {id, part->identity()});
 }
 
 void StagedBlobs::name(const BlobId &blob)

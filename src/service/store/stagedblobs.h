@@ -25,7 +25,7 @@ public:
     StagedBlobs &operator=(const StagedBlobs &) = delete;
 
     /// Takes over a part that was prepared.
-    void add(const BlobId &blob, const PartId &part);
+    void add(const BlobId &blob, const CheckedPart &part);
     /// Takes in bytes as a part of its own. They have that checksum.
     void take(const BlobId &blob, const QByteArray &bytes);
 
@@ -36,7 +36,7 @@ public:
 private:
     BlobStore &m_blobs;
     Mode m_mode;
-    QHash<std::pair<qint64, QString>, PartId> m_staged;
+    QHash<std::pair<qint64, QString>, CheckedPart> m_staged;
     QList<PartId> m_parts;
 };
 

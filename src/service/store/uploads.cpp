@@ -180,7 +180,7 @@ void Uploads::dropParts(qint64 accountId, const QString &uploadId, qsizetype cou
 
 /// Checks one file that has arrived and makes it ready to become a blob.
 Uploads::Outcome Uploads::take(const PartId &id, const NewUpload::File &file,
-                               const QString &checksum, AssetFile &taken, QString &assetType)
+                               const QString &checksum, Adopted &taken)
 {
     const auto part = m_blobs.openPart(id, takeProgress(id));
     if (!part)
@@ -197,9 +197,9 @@ Uploads::Outcome Uploads::take(const PartId &id, const NewUpload::File &file,
     const QByteArrayList thumbnails =
         type.assetType == QLatin1String("Image") ? m_thumbnails.make(*part) : QByteArrayList();
     m_blobs.prepare(*part, checksum, thumbnails);
-    taken = {file.name, checksum, type.mime, file.size, !thumbnails.isEmpty()};
-    if (id.position == 0)
-        assetType = type.assetType;
+    taken.file = {file.name, checksum, type.mime, file.size, !thumbnails.isEmpty()};
+    taken.assetType = type.assetType;
+    taken.part = {id, part->identity()};
     return Outcome::Done;
 }
 
@@ -238,16 +238,17 @@ Uploads::Commit Uploads::commitFiles(const AssetUser &user, const QString &uploa
 {
     // Bytes first: when the row is there, so are they.
     const auto hold = m_blobs.hold(BlobHold::Mode::Store);
-    QList<AssetFile> files;
-    Asset asset;
+    QList<Adopted> files;
     for (qsizetype i = 0; i < checksums.size(); ++i) {
-        AssetFile file;
-        const Outcome outcome = take({user.accountId, uploadId, i}, upload.files.at(i),
-                                     checksums.at(i), file, asset.assetType);
+        Adopted file;
+        const Outcome outcome =
+            take({user.accountId, uploadId, i}, upload.files.at(i), checksums.at(i), file);
         if (outcome != Outcome::Done)
             return {outcome, {}, upload.files.at(i).name};
         files.append(file);
     }
+    Asset asset;
+    asset.assetType = files.constFirst().assetType;
     asset.folderId = upload.folderId;
     asset.name = upload.name;
     asset.detail = upload.detail;
@@ -260,7 +261,7 @@ Uploads::Commit Uploads::commitFiles(const AssetUser &user, const QString &uploa
 
 /// The end of an upload inside its transaction.
 Uploads::Outcome Uploads::store(const AssetUser &user, const QString &uploadId, Asset &asset,
-                                const QList<AssetFile> &files)
+                                const QList<Adopted> &files)
 {
     const auto now = find(user, uploadId);
     if (!now)
@@ -272,11 +273,13 @@ Uploads::Outcome Uploads::store(const AssetUser &user, const QString &uploadId, 
         return Outcome::NotAllowed;
     asset.guid = newGuid();
     asset.createdAt = m_clock();
-    for (qsizetype i = 0; i < files.size(); ++i) {
-        m_blobs.name({user.accountId, uploadId, i}, {user.accountId, files.at(i).sha});
-        m_assets.addBlob(user.accountId, files.at(i));
+    QList<AssetFile> rows;
+    for (const Adopted &taken : files) {
+        m_blobs.name(taken.part, {user.accountId, taken.file.sha});
+        m_assets.addBlob(user.accountId, taken.file);
+        rows.append(taken.file);
     }
-    m_assets.add(user.accountId, asset, files);
+    m_assets.add(user.accountId, asset, rows);
     m_database.exec(noteGuid, {user.accountId, uploadId, asset.guid});
     return Outcome::Done;
 }
@@ -287,13 +290,12 @@ Uploads::Adopted Uploads::adopt(qint64 accountId, const QString &path, const QSt
     const auto source = FileSource::open(path);
     if (!source)
         throw BlobError(QStringLiteral("open ") + path, ENOENT);
-    Adopted adopted;
-    adopted.part = {accountId, newGuid(), 0};
-    auto drop = qScopeGuard([&] { m_blobs.dropPart(adopted.part); });
+    const PartId id{accountId, newGuid(), 0};
+    auto drop = qScopeGuard([&] { m_blobs.dropPart(id); });
     QString checksum;
     qint64 size = 0;
     {
-        const auto part = m_blobs.openPart(adopted.part);
+        const auto part = m_blobs.openPart(id);
         for (;;) {
             const QByteArray piece = source->read(part->size(), pieceBytes);
             if (piece.isEmpty())
@@ -304,9 +306,10 @@ Uploads::Adopted Uploads::adopt(qint64 accountId, const QString &path, const QSt
         size = part->size();
         checksum = part->checksum();
     }
-    take(adopted.part, {name, size}, checksum, adopted.file, adopted.assetType);
+    Adopted taken;
+    take(id, {name, size}, checksum, taken);
     drop.dismiss();
-    return adopted;
+    return taken;
 }
 
 Uploads::Outcome Uploads::drop(const AssetUser &user, const QString &uploadId)

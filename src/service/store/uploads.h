@@ -84,12 +84,12 @@ public:
     /// Makes the asset; a second call says the same again. `checksums` are SHA-256, hexadecimal.
     Commit commit(const AssetUser &user, const QString &uploadId, const QStringList &checksums);
 
-    /// A file of this machine that is ready to become a blob.
+    /// A file that was checked and is ready to become a blob.
     struct Adopted
     {
         AssetFile file;
         QString assetType;
-        PartId part;
+        CheckedPart part;
     };
 
     /// Takes in a file of this machine for an account; to be followed by a transaction that stores
@@ -111,11 +111,11 @@ private:
 
     std::optional<Known> find(const AssetUser &user, const QString &uploadId);
     Outcome take(const PartId &id, const NewUpload::File &file, const QString &checksum,
-                 AssetFile &taken, QString &assetType);
+                 Adopted &taken);
     Commit commitFiles(const AssetUser &user, const QString &uploadId, const NewUpload &upload,
                        const QStringList &checksums);
     Outcome store(const AssetUser &user, const QString &uploadId, Asset &asset,
-                  const QList<AssetFile> &files);
+                  const QList<Adopted> &files);
     bool mayWrite(const AssetUser &user, qint64 folderId);
     void forget(qint64 accountId, const QString &uploadId);
     void dropParts(qint64 accountId, const QString &uploadId, qsizetype count);
