@@ -206,8 +206,12 @@ bool RecordEditor::resume(const RecordDraft &draft)
     applyChoices(conflicts, *record());
     rebuild();
     showForm();
-    // What could not be taken over is not given up.
-    if (keepDraft() || conflicts.isEmpty())
+    // What could not be taken over is not given up. What the author has given up for theirs is.
+    const bool isGivenUp =
+        std::all_of(conflicts.begin(), conflicts.end(), [](const FieldConflict &conflict) {
+            return !conflict.keepsMine && conflict.changed != FieldConflict::Changed::Gone;
+        });
+    if (keepDraft() || isGivenUp)
         RecordDrafts::discard(draft);
     return true;
 }

@@ -141,6 +141,8 @@ private slots:
     void refusesADamagedFile();
     void refusesAChangedEntry_data();
     void refusesAChangedEntry();
+    void readsNoFilesWhileTheDatabaseIsLocked();
+    void refusesAFileThatIsReplacedMeanwhile();
     void refusesWhatIsNoBackup_data();
     void refusesWhatIsNoBackup();
     void refusesABackupOfANewerProgram_data();
@@ -462,6 +464,45 @@ void BackupTest::refusesAChangedEntry()
     }
     writeArchive(path, entries);
     QCOMPARE(refusal(path).kind(), DatabaseError::Kind::Corrupt);
+}
+
+void BackupTest::readsNoFilesWhileTheDatabaseIsLocked()
+{
+    const QString path = madeBackup();
+    TransferSide to(m_databases, false, BlobKind::Files);
+    QStringList parts;
+    const Progress note = [&parts](const QString &what, qint64, qint64) {
+        const QString part = what == QLatin1String("files") ? what : QStringLiteral("rows");
+        if (parts.isEmpty() || parts.constLast() != part)
+            parts << part;
+    };
+    restoreBackup(path, to.side(), RestoredSessions::Keep, note);
+    // Checked as a whole; the rows written; and gone through once more for the files.
+    QCOMPARE(parts.join(QLatin1Char(' ')), QStringLiteral("rows files rows files"));
+}
+
+void BackupTest::refusesAFileThatIsReplacedMeanwhile()
+{
+    const QString path = madeBackup();
+    const QString another = newPath();
+    TransferSide from(m_databases, false, BlobKind::Files);
+    from.fill(Migrations::latestVersion());
+    from.addPageViews(1);
+    writeBackup(from.database, *from.blobs, another, OutputFile::Existing::Refuse);
+    TransferSide to(m_databases, false, BlobKind::Files);
+    const DatabaseError error = errorOf([&] {
+        restoreBackup(path, to.side(), RestoredSessions::Keep,
+                      [&](const QString &what, qint64, qint64) {
+                          // The first walk through it comes to its end.
+                          if (what == QLatin1String("files") && QFile::exists(another)) {
+                              QFile::remove(path);
+                              QFile::rename(another, path);
+                          }
+                      });
+    });
+    QCOMPARE(error.kind(), DatabaseError::Kind::Corrupt);
+    QVERIFY2(error.message().contains(QLatin1String("changed")), qPrintable(error.message()));
+    QVERIFY(UnfinishedCopy(to.database).isMarked());
 }
 
 void BackupTest::refusesWhatIsNoBackup_data()

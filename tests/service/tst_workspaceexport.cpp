@@ -18,6 +18,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <limits>
 #include <memory>
 
 using namespace Zel;
@@ -82,10 +83,10 @@ QMap<QString, QByteArray> contentOf(const QString &folder)
 class Place
 {
 public:
-    Place(ZelTest::TestDatabases &databases, bool postgres)
+    Place(ZelTest::TestDatabases &databases, bool postgres, BlobKind blobs = BlobKind::Files)
         : m_database(databases.fresh(postgres), Database::Missing::Create)
         , m_store(migrated(m_database), PasswordHasher::Cost::Minimal, systemClock(),
-                  m_files.path())
+                  BlobPlace(blobs, m_files.path()))
     {
     }
 
@@ -168,6 +169,7 @@ private slots:
     void saysWhatIsLeftOut();
     void refusesAFolderWithSomethingInIt_data();
     void refusesAFolderWithSomethingInIt();
+    void hasTheBytesOfWhatIsPurgedMeanwhile();
     void leavesNothingBehindWhenBytesAreGone();
     void leavesNothingBehindWhenBytesAreDamaged();
     void dryRunOfAnImportStoresNothing();
@@ -595,6 +597,51 @@ void WorkspaceExportTest::refusesAFolderWithSomethingInIt()
     }
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("out")});
+}
+
+/// Of files in the database: those in a folder are held.
+void WorkspaceExportTest::hasTheBytesOfWhatIsPurgedMeanwhile()
+{
+    QFETCH_GLOBAL(bool, postgres);
+    m_from = std::make_unique<Place>(m_databases, postgres, BlobKind::Database);
+    Store &store = from().store();
+    fillSmall(store);
+    const AssetUser ann{1, idOf(store, "ann"), QStringLiteral("owner")};
+    QStringList guids;
+    for (int i = 0; i < 3; ++i) {
+        write(QStringLiteral("bytes"), QByteArray(300'000, static_cast<char>('a' + i)));
+        QString type;
+        const AssetFile file =
+            stored(store, path(QStringLiteral("bytes")), QStringLiteral("a.txt"), type);
+        guids << assetGuid.chopped(1) + QString::number(i);
+        store.database.tx([&] {
+            store.assets.addBlob(1, file);
+            store.assets.add(1, {guids.last(), 0, guids.last(), QString(), type, 5, ann.userId},
+                             {file});
+        });
+    }
+    Database another(store.database.address(), Database::Missing::Refuse);
+    Store others(another, PasswordHasher::Cost::Minimal, systemClock(),
+                 BlobPlace(BlobKind::Database, QString()));
+    qint64 purged = 0;
+    QString limit;
+    ExportOptions options;
+    options.progress = [&](const QString &what, qint64 done, qint64) {
+        if (what != QLatin1String("files") || done != 1)
+            return;
+        for (const QString &guid : guids)
+            others.assets.remove(ann, guid);
+        purged = others.assets.purge(std::numeric_limits<qint64>::max());
+        if (postgres)
+            limit = store.database.runNative(QStringLiteral("SHOW statement_timeout")).toString();
+    };
+    from().exportTo(path(QStringLiteral("x")), options);
+    QCOMPARE(purged, 3);
+    QCOMPARE(limit, postgres ? QStringLiteral("0") : QString()); // it may take its time
+    const auto content = contentOf(path(QStringLiteral("x")));
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(content.value(QStringLiteral("assets/1/%1.txt").arg(guids.at(i))),
+                 QByteArray(300'000, static_cast<char>('a' + i)));
 }
 
 void WorkspaceExportTest::leavesNothingBehindWhenBytesAreGone()

@@ -362,6 +362,47 @@ private slots:
         QVERIFY(!f.errors.hasProblem());
     }
 
+    void aDraftGivenUpForTheServersValuesIsGone()
+    {
+        RecordPageFixture f;
+        Studio::RecordDraft draft;
+        draft.themeGuid = "guid of Stage";
+        draft.themeName = "Stage";
+        draft.kept = QDateTime::currentDateTimeUtc();
+        draft.entries = Studio::draftEntries(*f.client.dataRecords["guid of Stage"]);
+        draft.entries[0].value.text = "Summer";
+        QCOMPARE(f.drafts.begin()->keep(draft), QString());
+        f.saveElsewhere(1, "Winter");
+        QVERIFY(
+            inConflict([&] { f.errors.attempt([&] { f.page.resume(f.drafts.waiting().at(0)); }); },
+                       [](QWidget &dialog) {
+                           click(dialog, "allTheirs");
+                           saveChosen(dialog);
+                       }));
+        QCOMPARE(f.box("Title").text(), QStringLiteral("Winter"));
+        QCOMPARE(f.text("recordStatus"), QStringLiteral("No changes"));
+        QVERIFY(f.drafts.waiting().isEmpty());
+        QVERIFY(!f.errors.hasProblem());
+    }
+
+    void aDraftStaysWhoseOnlyChangeHasNoFieldAnyMore()
+    {
+        RecordPageFixture f;
+        Studio::RecordDraft draft;
+        draft.themeGuid = "guid of Stage";
+        draft.themeName = "Stage";
+        draft.kept = QDateTime::currentDateTimeUtc();
+        draft.entries = Studio::draftEntries(*f.client.dataRecords["guid of Stage"]);
+        draft.entries[0].label = "Motto";
+        draft.entries[0].value.text = "Summer";
+        QCOMPARE(f.drafts.begin()->keep(draft), QString());
+        QVERIFY(
+            inConflict([&] { f.errors.attempt([&] { f.page.resume(f.drafts.waiting().at(0)); }); },
+                       saveChosen));
+        QCOMPARE(f.text("recordStatus"), QStringLiteral("No changes"));
+        QCOMPARE(f.drafts.waiting().size(), 1);
+    }
+
     void aDraftOfAThemeWithoutARecordStays()
     {
         RecordPageFixture f;

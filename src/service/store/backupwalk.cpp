@@ -80,6 +80,14 @@ void BackupWalk::run()
     readManifest();
 }
 
+void BackupWalk::runTables(const BackupManifest &checked)
+{
+    readHeader();
+    readTables();
+    if (m_manifest.headerSha256 != checked.headerSha256 || m_manifest.tables != checked.tables)
+        m_archive.refuse(QStringLiteral("it was changed while it was read"));
+}
+
 void BackupWalk::next()
 {
     m_isAtEnd = !m_archive.next();
@@ -111,8 +119,6 @@ void BackupWalk::readHeader()
                                 .arg(Migrations::latestVersion()));
     m_header = *header;
     m_manifest.headerSha256 = sha256Of(json);
-    if (m_visitor.header)
-        m_visitor.header(m_header);
     next();
 }
 
@@ -123,8 +129,6 @@ void BackupWalk::readTables()
     if (isAt(tablesFolder))
         m_archive.refuse(
             QStringLiteral("the entry %1 is in the wrong place").arg(m_archive.name()));
-    if (m_visitor.tablesEnd)
-        m_visitor.tablesEnd();
 }
 
 void BackupWalk::readTable(const TableInfo &table)

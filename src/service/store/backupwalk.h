@@ -20,21 +20,17 @@ namespace Zel {
 
 /// Goes once through a backup, checks everything in it and shows it to whoever wants to see.
 /// Only when `run` has returned it is known that what was shown is all there was and as it was
-/// written. Functions throw `DatabaseError`: Corrupt for a file that is cut, damaged or no backup,
-/// Newer for one of a newer program.
+/// written; after `runTables`, that the header and the rows are. Functions throw `DatabaseError`:
+/// Corrupt for a file that is cut, damaged or no backup, Newer for one of a newer program.
 class ZEL_EXPORT BackupWalk
 {
 public:
     struct Visitor
     {
-        /// Before anything else.
-        std::function<void(const BackupHeader &header)> header;
         /// Each row, table after table in the order of the header.
         std::function<void(const TableInfo &table, const QByteArray &line)> row;
         /// After the last row of a table, also of one without rows.
         std::function<void(const TableInfo &table, const TableSum &sum)> tableEnd;
-        /// After the last table.
-        std::function<void()> tablesEnd;
         /// A file with its thumbnails, if it has any; it may be read once, in order, or not at all.
         std::function<void(const QString &sha, ByteSource &bytes, const QByteArrayList &thumbnails)>
             blob;
@@ -42,8 +38,12 @@ public:
 
     BackupWalk(const QString &path, const Visitor &visitor, const Progress &progress = {});
 
-    /// May be called once.
+    // One of these may be called, once.
+
     void run();
+    /// Reads the header and the rows alone, of a backup that `run` has gone through before: refuses
+    /// others than `checked`, its manifest, tells of.
+    void runTables(const BackupManifest &checked);
     /// Reads the beginning alone.
     void readHeader();
 

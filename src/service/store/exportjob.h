@@ -72,7 +72,8 @@ void exportDeployments(ExportJob &job);
 bool exportAudience(ExportJob &job, const DeploymentRef &deployment, const QString &folder);
 void noteLeftOut(ExportJob &job);
 
-/// Copies bytes of assets and previews, after the snapshot: they never change.
+/// Copies bytes of assets and previews, when everything else is written: they never change. Inside
+/// the snapshot where they lie in the database, else under a hold of the folder they lie in.
 void exportBytes(ExportJob &job);
 
 } // namespace Zel

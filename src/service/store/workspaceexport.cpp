@@ -5,6 +5,7 @@
 #include "service/store/contenttype.h"
 #include "service/store/exportjob.h"
 #include "service/store/store.h"
+#include "service/store/tableschema.h"
 
 #include <QDateTime>
 #include <QJsonDocument>
@@ -121,9 +122,12 @@ ExportReport exportWorkspace(Store &store, const QString &place, const ExportOpt
     ExportFolder folder(place);
     ExportReport report;
     ExportJob job{store, options, folder, report, {}, {}, {}};
-    // Nothing is cleared away before its bytes have been copied.
+    const bool areInDatabase = store.blobs.kind() == BlobKind::Database;
+    // Nothing in the folder of files is cleared away before its bytes have been copied. What lies
+    // in the database stays readable as long as the snapshot does.
     const auto hold = store.blobs.hold(BlobHold::Mode::Store);
     store.database.snapshot([&] {
+        allowLongWork(store.database);
         folder.clear();
         report = {};
         job.logins.clear();
@@ -136,8 +140,11 @@ ExportReport exportWorkspace(Store &store, const QString &place, const ExportOpt
         exportAssets(job);
         exportDeployments(job);
         noteLeftOut(job);
+        if (areInDatabase)
+            exportBytes(job);
     });
-    exportBytes(job);
+    if (!areInDatabase)
+        exportBytes(job);
     folder.finish();
     return report;
 }

@@ -5,7 +5,6 @@
 #include "service/store/backupwalk.h"
 #include "service/store/blobkind.h"
 #include "service/store/blobtransfer.h"
-#include "service/store/workspacebackup.h"
 
 #include <QHash>
 
@@ -30,7 +29,8 @@ public:
     {
     }
 
-    void run(const QString &path);
+    /// @param checked what a walk through the whole backup has found
+    void run(const QString &path, const BackupManifest &checked);
 
 private:
     TableWriter &writerOf(const TableInfo &table);
@@ -58,14 +58,14 @@ void RowsWriter::end(const TableInfo &table, const TableSum &sum)
     requireSum(m_database, tableLike(m_tables, table), sum);
 }
 
-void RowsWriter::run(const QString &path)
+void RowsWriter::run(const QString &path, const BackupManifest &checked)
 {
     BackupWalk::Visitor visitor;
     visitor.row = [this](const TableInfo &table, const QByteArray &line) {
         writerOf(table).add(line);
     };
     visitor.tableEnd = [this](const TableInfo &table, const TableSum &sum) { end(table, sum); };
-    BackupWalk(path, visitor, m_progress).run();
+    BackupWalk(path, visitor, m_progress).runTables(checked);
 }
 
 void writeBlobs(const QString &path, const WorkspaceCopy::Side &to, const QList<NamedBlob> &named,
@@ -93,11 +93,13 @@ CopyReport restoreBackup(const QString &path, const WorkspaceCopy::Side &to,
 {
     CopyTarget target(to.database);
     target.requireEmpty();
-    BackupHeader header;
-    const CopyReport report = checkBackup(path, &header, progress);
+    BackupWalk check(path, {}, progress);
+    check.run();
+    const BackupManifest &checked = check.manifest();
     target.begin();
-    target.fill(header.step, [&] {
-        RowsWriter(to.database, progress).run(path);
+    target.fill(check.header().step, [&] {
+        // The files of a large workspace take long to read: not while the database is locked.
+        RowsWriter(to.database, progress).run(path, checked);
         if (sessions == RestoredSessions::End)
             to.database.exec(endSessions);
     });
@@ -105,7 +107,7 @@ CopyReport restoreBackup(const QString &path, const WorkspaceCopy::Side &to,
     const QList<NamedBlob> named = to.database.snapshot([&] { return namedBlobs(to.database); });
     writeBlobs(path, to, named, progress);
     target.end();
-    return report;
+    return {checked.tables, checked.blobs, checked.blobBytes};
 }
 
 } // namespace Zel
