@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Folders of assets, rights in them, and assets.
+#include "common/contract/checksum.h"
 #include "service/store/exportjob.h"
+#include "service/store/listpage.h"
 #include "service/store/store.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 
 namespace Zel {
@@ -19,10 +20,10 @@ const SqlText listRights(R"sql(
 )sql");
 
 const SqlText pageOfAssets(R"sql(
-    SELECT a.guid, a.name_key, a.name, a.detail, a.created_at, a.created_by
+    SELECT a.guid, a.name, a.detail, a.created_at, a.created_by, a.name_key
     FROM asset a
     WHERE a.account_id = $1 AND a.folder_id = $2 AND a.deleted_at IS NULL
-      AND a.name_key >= $3 AND (a.name_key > $3 OR a.guid > $4)
+      AND (a.name_key, a.guid) > ($3, $4)
     ORDER BY a.name_key NULLS FIRST, a.guid NULLS FIRST LIMIT $5
 )sql");
 
@@ -34,7 +35,6 @@ const SqlText listFiles(R"sql(
 struct Row
 {
     QString guid;
-    QString nameKey;
     QString name;
     QString detail;
     qint64 createdAt = 0;
@@ -97,33 +97,30 @@ public:
 
     void exportAssets()
     {
-        for (const auto &[folderId, path] : std::as_const(m_paths)) {
-            QString nameKey;
-            QString guid;
-            eachPage(exportRowsAtOnce, [&, folderId = folderId, path = path] {
-                const QList<Row> rows = page(folderId, nameKey, guid);
-                for (const Row &row : rows)
-                    add(row, path);
-                if (!rows.isEmpty()) {
-                    nameKey = rows.last().nameKey;
-                    guid = rows.last().guid;
-                }
-                return rows.size();
-            });
-        }
+        for (const auto &[folderId, path] : std::as_const(m_paths))
+            exportFolder(folderId, path);
     }
 
 private:
     QString pathOf(qint64 folderId) const { return m_pathOf.value(folderId); }
 
-    QList<Row> page(qint64 folderId, const QString &nameKey, const QString &guid)
+    void exportFolder(qint64 folderId, const QString &path)
     {
-        return m_job.store.database.rows(pageOfAssets,
-                                         {m_accountId, folderId, nameKey, guid, exportRowsAtOnce},
-                                         [](const SqlRow &row) {
-                                             return Row{row.text(0), row.text(1),    row.text(2),
-                                                        row.text(3), row.integer(4), row.text(5)};
-                                         });
+        using Place = Assets::Place;
+        readInBatches<Row, Place>(
+            m_job.store.database, pageOfAssets, exportRowsAtOnce, Place(),
+            [&](const Place &after) {
+                return SqlValues{m_accountId, folderId, after.nameKey, after.guid};
+            },
+            [](const SqlRow &row) {
+                return std::pair(
+                    Row{row.text(0), row.text(1), row.text(2), row.integer(3), row.text(4)},
+                    Place{row.text(5), row.text(0)});
+            },
+            [&](const Row &row, const Place &) {
+                add(row, path);
+                return true;
+            });
     }
 
     void add(const Row &row, const QString &folder)
@@ -157,25 +154,25 @@ private:
     QList<std::pair<qint64, QString>> m_paths; ///< parents first
 };
 
-void copyBlob(ExportJob &job, const ExportJob::Bytes &bytes)
+void exportBlob(ExportJob &job, const ExportJob::Bytes &bytes)
 {
     constexpr qint64 pieceBytes = 256 * 1024;
     const auto source = job.store.blobs.open({bytes.accountId, bytes.sha});
     if (!source)
         throw ExportError(QStringLiteral("the bytes of %1 are not there.").arg(bytes.path));
     const auto target = job.folder.open(bytes.path);
-    QCryptographicHash hash(QCryptographicHash::Sha256);
+    QXSC::Checksum checksum;
     qint64 done = 0;
     for (;;) {
         const QByteArray piece = source->read(done, pieceBytes);
         if (piece.isEmpty())
             break;
         done += piece.size();
-        hash.addData(piece);
+        checksum.add(piece.constData(), static_cast<std::size_t>(piece.size()));
         writeAll(*target, piece);
     }
     closeWhole(*target);
-    if (hash.result().toHex() != bytes.sha.toLatin1())
+    if (QString::fromLatin1(checksum.hex()) != bytes.sha)
         throw ExportError(QStringLiteral("the bytes of %1 are damaged.").arg(bytes.path));
 }
 
@@ -212,7 +209,7 @@ void exportBytes(ExportJob &job)
 {
     qint64 done = 0;
     for (const ExportJob::Bytes &bytes : std::as_const(job.bytes)) {
-        copyBlob(job, bytes);
+        exportBlob(job, bytes);
         tell(job.options.progress, QStringLiteral("files"), ++done, job.bytes.size());
     }
 }

@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What happened in deployments.
 #include "service/store/exportjob.h"
+#include "service/store/listpage.h"
 #include "service/store/store.h"
 
 #include <QJsonObject>
-
-#include <limits>
 
 namespace Zel {
 
@@ -58,22 +57,20 @@ const SqlText pageOfQuestions(R"sql(
 const SqlText pageOfVotes(R"sql(
     SELECT vote_id, user_guid, question_no, answer_no, voted_at, arrived FROM poll_vote
     WHERE account_id = $1 AND dep_no = $2
-      AND arrived >= $3 AND (arrived > $3 OR vote_id > $4)
+      AND (arrived, vote_id) > ($3, $4)
     ORDER BY arrived NULLS FIRST, vote_id NULLS FIRST LIMIT $5
 )sql");
 
 const SqlText pageOfReplies(R"sql(
     SELECT response_id, user_guid, question_no, answers, answered_at, arrived FROM survey_response
     WHERE account_id = $1 AND dep_no = $2 AND survey_no = $3
-      AND arrived >= $4 AND (arrived > $4 OR response_id > $5)
+      AND (arrived, response_id) > ($4, $5)
     ORDER BY arrived NULLS FIRST, response_id NULLS FIRST LIMIT $6
 )sql");
 
 const QString id = QStringLiteral("id");
 const QString user = QStringLiteral("user");
 const QString at = QStringLiteral("at");
-/// Before the first of all rows in order of arrival.
-constexpr qint64 beginning = std::numeric_limits<qint64>::min();
 
 /// The audience of one deployment.
 class AudienceExport
@@ -110,26 +107,36 @@ private:
         m_hasAny = m_hasAny || list.lines() > 0;
     }
 
-    /// Goes through rows in order of their id, which is the first column.
-    template <class Id, class Add>
-    void eachById(const SqlText &page, qint64 rowsAtOnce, const QString &kind, const Add &add)
+    /// Writes the rows of one kind after the other into a list.
+    /// @param lineOf turns a row into its line and its key
+    template <class Key, class Values, class LineOf>
+    void write(LazyCsv &list, const QString &kind, const SqlText &page, qint64 rowsAtOnce,
+               const Values &valuesAfter, const LineOf &lineOf)
     {
-        Id last;
-        qint64 done = 0;
-        eachPage(rowsAtOnce, [&] {
-            qint64 rows = 0;
-            m_database.query(page, {m_deployment.accountId, m_deployment.number, last, rowsAtOnce},
-                             [&](const SqlRow &row) {
-                                 if constexpr (std::is_same_v<Id, QByteArray>)
-                                     last = row.bytes(0);
-                                 else
-                                     last = row.text(0);
-                                 add(row);
-                                 ++rows;
-                             });
-            tell(m_job.options.progress, kind, done += rows);
-            return rows;
-        });
+        readInBatches<QStringList, Key>(m_database, page, rowsAtOnce, Key(), valuesAfter, lineOf,
+                                        [&](const QStringList &line, const Key &) {
+                                            list.add(line);
+                                            tell(m_job.options.progress, kind, list.lines());
+                                            return true;
+                                        });
+    }
+
+    /// The same in order of their id, which is the first column.
+    template <class Id, class LineOf>
+    void writeById(LazyCsv &list, const QString &kind, const SqlText &page, qint64 rowsAtOnce,
+                   const LineOf &lineOf)
+    {
+        write<Id>(
+            list, kind, page, rowsAtOnce,
+            [this](const Id &last) {
+                return SqlValues{m_deployment.accountId, m_deployment.number, last};
+            },
+            [&lineOf](const SqlRow &row) {
+                if constexpr (std::is_same_v<Id, QByteArray>)
+                    return std::pair(lineOf(row), row.bytes(0));
+                else
+                    return std::pair(lineOf(row), row.text(0));
+            });
     }
 
     void exportRegistrants()
@@ -137,10 +144,11 @@ private:
         const QString kind = QStringLiteral("registrants");
         LazyCsv rows = list(kind, {id, user, QStringLiteral("firstName"),
                                    QStringLiteral("lastName"), QStringLiteral("email"), at});
-        eachById<QByteArray>(pageOfRegistrants, exportRowsAtOnce, kind, [&](const SqlRow &row) {
-            rows.add({idText(row.bytes(0)), row.text(1), row.text(2), row.text(3), row.text(4),
-                      timeText(row.integer(5))});
-        });
+        writeById<QByteArray>(
+            rows, kind, pageOfRegistrants, exportRowsAtOnce, [](const SqlRow &row) {
+                return QStringList{idText(row.bytes(0)), row.text(1), row.text(2),
+                                   row.text(3),          row.text(4), timeText(row.integer(5))};
+            });
         finish(rows, kind);
     }
 
@@ -157,11 +165,12 @@ private:
             [&profiles](const SqlRow &row) {
                 profiles.insert(row.integer(0), {row.text(1), row.text(2), row.text(3)});
             });
-        eachById<QByteArray>(pageOfViews, exportRowsAtOnce, kind, [&](const SqlRow &row) {
-            rows.add(QStringList{idText(row.bytes(0)), row.text(1), timeText(row.integer(2)),
-                                 QString::number(row.integer(3)), flagText(row.boolean(4))} +
-                     profiles.value(row.integer(5)));
-        });
+        writeById<QByteArray>(
+            rows, kind, pageOfViews, exportRowsAtOnce, [&profiles](const SqlRow &row) {
+                return QStringList{idText(row.bytes(0)), row.text(1), timeText(row.integer(2)),
+                                   QString::number(row.integer(3)), flagText(row.boolean(4))} +
+                       profiles.value(row.integer(5));
+            });
         finish(rows, kind);
     }
 
@@ -170,10 +179,14 @@ private:
         const QString kind = QStringLiteral("questions");
         LazyCsv rows = list(kind, {id, user, QStringLiteral("text"), at, QStringLiteral("status"),
                                    QStringLiteral("answer"), QStringLiteral("answered")});
-        eachById<QString>(pageOfQuestions, longRowsAtOnce, kind, [&](const SqlRow &row) {
-            rows.add({row.text(0), row.text(1), Questions::unescaped(row.text(2)),
-                      timeText(row.optionalInteger(3)), row.text(4),
-                      Questions::unescaped(row.text(5)), timeText(row.optionalInteger(6))});
+        writeById<QString>(rows, kind, pageOfQuestions, longRowsAtOnce, [](const SqlRow &row) {
+            return QStringList{row.text(0),
+                               row.text(1),
+                               Questions::unescaped(row.text(2)),
+                               timeText(row.optionalInteger(3)),
+                               row.text(4),
+                               Questions::unescaped(row.text(5)),
+                               timeText(row.optionalInteger(6))};
         });
         finish(rows, kind);
     }
@@ -203,24 +216,19 @@ private:
     {
         const QString kind = QStringLiteral("votes");
         LazyCsv rows = list(kind, {id, user, QStringLiteral("poll"), QStringLiteral("answer"), at});
-        qint64 arrived = beginning;
-        QByteArray last;
-        eachPage(exportRowsAtOnce, [&] {
-            qint64 count = 0;
-            m_database.query(
-                pageOfVotes,
-                {m_deployment.accountId, m_deployment.number, arrived, last, exportRowsAtOnce},
-                [&](const SqlRow &row) {
-                    last = row.bytes(0);
-                    arrived = row.integer(5);
-                    ++count;
-                    const Poll &poll = polls.at(row.integer(2) - 1);
-                    rows.add({idText(last), row.text(1), poll.guid,
-                              poll.choices.at(row.integer(3) - 1).guid, timeText(row.integer(4))});
-                });
-            tell(m_job.options.progress, kind, rows.lines());
-            return count;
-        });
+        write<ArrivalPlace>(
+            rows, kind, pageOfVotes, exportRowsAtOnce,
+            [this](const ArrivalPlace &after) {
+                return SqlValues{m_deployment.accountId, m_deployment.number, after.arrived,
+                                 after.id};
+            },
+            [&polls](const SqlRow &row) {
+                const Poll &poll = polls.at(row.integer(2) - 1);
+                return std::pair(QStringList{idText(row.bytes(0)), row.text(1), poll.guid,
+                                             poll.choices.at(row.integer(3) - 1).guid,
+                                             timeText(row.integer(4))},
+                                 ArrivalPlace{row.integer(5), row.bytes(0)});
+            });
         finish(rows, kind);
     }
 
@@ -266,24 +274,19 @@ private:
 
     void exportReplies(LazyCsv &rows, const Survey &survey, qint64 number)
     {
-        qint64 arrived = beginning;
-        QByteArray last;
-        eachPage(exportRowsAtOnce, [&] {
-            qint64 count = 0;
-            m_database.query(pageOfReplies,
-                             {m_deployment.accountId, m_deployment.number, number, arrived, last,
-                              exportRowsAtOnce},
-                             [&](const SqlRow &row) {
-                                 last = row.bytes(0);
-                                 arrived = row.integer(5);
-                                 ++count;
-                                 const SurveyItem &item = survey.items.at(row.integer(2) - 1);
-                                 rows.add({idText(last), row.text(1), survey.guid, item.guid,
-                                           guidsOf(item, row.text(3)), timeText(row.integer(4))});
-                             });
-            tell(m_job.options.progress, QStringLiteral("responses"), rows.lines());
-            return count;
-        });
+        write<ArrivalPlace>(
+            rows, QStringLiteral("responses"), pageOfReplies, exportRowsAtOnce,
+            [&](const ArrivalPlace &after) {
+                return SqlValues{m_deployment.accountId, m_deployment.number, number, after.arrived,
+                                 after.id};
+            },
+            [&survey](const SqlRow &row) {
+                const SurveyItem &item = survey.items.at(row.integer(2) - 1);
+                return std::pair(QStringList{idText(row.bytes(0)), row.text(1), survey.guid,
+                                             item.guid, guidsOf(item, row.text(3)),
+                                             timeText(row.integer(4))},
+                                 ArrivalPlace{row.integer(5), row.bytes(0)});
+            });
     }
 
     /// "1:3" as the guids of these choices.

@@ -52,14 +52,6 @@ constexpr qint64 exportRowsAtOnce = 5000;
 /// The same for rows with long texts.
 constexpr qint64 longRowsAtOnce = 100;
 
-/// Goes through a list page by page. `readPage` returns how many rows there were.
-template <class ReadPage>
-void eachPage(qint64 rowsAtOnce, const ReadPage &readPage)
-{
-    while (readPage() == rowsAtOnce) {
-    }
-}
-
 // The parts, inside the snapshot of an export.
 
 void exportPeople(ExportJob &job);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Projects and deployments.
 #include "service/store/exportjob.h"
+#include "service/store/listpage.h"
 #include "service/store/store.h"
 
 namespace Zel {
@@ -9,11 +10,11 @@ namespace Zel {
 namespace {
 
 const SqlText pageOfProjects(R"sql(
-    SELECT p.guid, p.name_key, p.name, p.description, p.created_at, p.modified_at, p.created_by,
-           p.event_at, p.published, p.theme_guid
+    SELECT p.guid, p.name, p.description, p.created_at, p.modified_at, p.created_by, p.event_at,
+           p.published, p.theme_guid, p.name_key
     FROM project p
     WHERE p.account_id = $1 AND p.type_id = $2
-      AND p.name_key >= $3 AND (p.name_key > $3 OR p.guid > $4)
+      AND (p.name_key, p.guid) > ($3, $4)
     ORDER BY p.name_key NULLS FIRST, p.guid NULLS FIRST LIMIT $5
 )sql");
 
@@ -23,31 +24,37 @@ const SqlText listDeployments(R"sql(
     ORDER BY guid NULLS FIRST
 )sql");
 
-void addProject(ExportJob &job, CsvWriter &projects, qint64 accountId, const QString &typeId,
-                const SqlRow &row)
+QStringList lineOf(const ExportJob &job, qint64 accountId, const QString &typeId, const SqlRow &row)
 {
-    projects.add({QString::number(accountId), row.text(0), typeId, row.text(2), row.text(3),
-                  timeText(row.optionalInteger(4)), timeText(row.optionalInteger(5)),
-                  job.logins.value(row.text(6)), timeText(row.optionalInteger(7)),
-                  flagText(row.boolean(8)), row.optionalText(9).value_or(QString())});
-    job.count(QStringLiteral("projects"));
+    return {QString::number(accountId),
+            row.text(0),
+            typeId,
+            row.text(1),
+            row.text(2),
+            timeText(row.optionalInteger(3)),
+            timeText(row.optionalInteger(4)),
+            job.logins.value(row.text(5)),
+            timeText(row.optionalInteger(6)),
+            flagText(row.boolean(7)),
+            row.optionalText(8).value_or(QString())};
 }
 
 void exportType(ExportJob &job, CsvWriter &projects, qint64 accountId, const QString &typeId)
 {
-    QString nameKey;
-    QString guid;
-    eachPage(longRowsAtOnce, [&] {
-        qint64 rows = 0;
-        job.store.database.query(pageOfProjects, {accountId, typeId, nameKey, guid, longRowsAtOnce},
-                                 [&](const SqlRow &row) {
-                                     addProject(job, projects, accountId, typeId, row);
-                                     guid = row.text(0);
-                                     nameKey = row.text(1);
-                                     ++rows;
-                                 });
-        return rows;
-    });
+    using Place = Projects::Place;
+    readInBatches<QStringList, Place>(
+        job.store.database, pageOfProjects, longRowsAtOnce, Place(),
+        [&](const Place &after) {
+            return SqlValues{accountId, typeId, after.nameKey, after.guid};
+        },
+        [&](const SqlRow &row) {
+            return std::pair(lineOf(job, accountId, typeId, row), Place{row.text(9), row.text(0)});
+        },
+        [&](const QStringList &line, const Place &) {
+            projects.add(line);
+            job.count(QStringLiteral("projects"));
+            return true;
+        });
 }
 
 struct Found
