@@ -133,6 +133,8 @@ private slots:
     void connectionsCutUnderTheServiceLoseNothing();
 
 private:
+    /// Whether a call waits for a hold; told by PostgreSQL alone.
+    bool isHeldBack();
     /// Ends all connections to PostgreSQL, or takes the file of SQLite away for a moment. Returns
     /// how many there were.
     int interruptTheDatabase();
@@ -294,16 +296,34 @@ void TestContractFailures::aDatabaseThatIsAwayMakesTheServiceUnavailable()
     QCOMPARE(withGuid(projectsOf(*m_client, session), project.guid).size(), 1);
 }
 
+bool TestContractFailures::isHeldBack()
+{
+    if (!postgres())
+        return true;
+    const QDeadlineTimer deadline(20'000);
+    while (!deadline.hasExpired()) {
+        if (postgres()
+                ->run(QStringLiteral("SELECT COUNT(*) FROM pg_locks WHERE NOT granted"))
+                .toInt() > 0)
+            return true;
+        QThread::msleep(20);
+    }
+    return false;
+}
+
 void TestContractFailures::aServiceThatIsStoppedFinishesTheCallInFlight()
 {
     const QXSC::NewProject project = newProject();
     WriteHold hold(database());
+    bool isHeld = false;
     MidCall midCall(*m_client, [&] {
+        isHeld = isHeldBack();
         service().terminate();
         hold.release();
     });
     const auto made = m_client->createProject(project);
     QVERIFY(midCall.isDone());
+    QVERIFY(isHeld);
     QCOMPARE(service().waitForEnd(), 0);
     QVERIFY2(service().startAgain(), qPrintable(service().error()));
     const auto found = withGuid(projectsOf(*m_client, session), project.guid);
