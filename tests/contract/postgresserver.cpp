@@ -154,7 +154,8 @@ void PostgresServer::keep()
 {
     QTemporaryDir folder(keptFolder() + QLatin1String("-XXXXXX"));
     QFile password(folder.filePath(QStringLiteral("password")));
-    if (!password.open(QIODevice::WriteOnly) || password.write(m_password.toLatin1()) < 0)
+    if (!folder.isValid() || !password.open(QIODevice::WriteOnly) ||
+        password.write(m_password.toLatin1()) < 0)
         return;
     password.close();
     // Whole or not at all; another test may have come first.

@@ -18,6 +18,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <filesystem>
 #include <limits>
 #include <memory>
 
@@ -104,6 +105,12 @@ public:
         m_report = exportWorkspace(m_store, folder, options);
     }
 
+    /// Has the database count its rows.
+    void analyze()
+    {
+        m_database.tx([&] { m_database.runNative(QStringLiteral("ANALYZE")); });
+    }
+
     const ExportReport &report() const { return m_report; }
 
     qint64 counted(const QString &kind) const
@@ -139,6 +146,26 @@ AssetFile stored(Store &store, const QString &path, const QString &name, QString
     return taken.file;
 }
 
+/// Copies the sample folder, but only the beginnings of its long lists: rows of every kind.
+void copyShortSample(const QString &folder)
+{
+    constexpr int lines = 200;
+    std::filesystem::copy(ZelTest::ServiceProcess::sampleFolder().toStdString(),
+                          folder.toStdString(), std::filesystem::copy_options::recursive);
+    QDirIterator lists(folder,
+                       {QStringLiteral("page-views.csv"), QStringLiteral("votes.csv"),
+                        QStringLiteral("responses.csv")},
+                       QDir::Files, QDirIterator::Subdirectories);
+    while (lists.hasNext()) {
+        QFile list(lists.next());
+        if (!list.open(QIODevice::ReadWrite))
+            throw std::runtime_error(qPrintable(list.fileName() + QLatin1String(" is read-only")));
+        for (int line = 0; line < lines; ++line)
+            list.readLine();
+        list.resize(list.pos());
+    }
+}
+
 } // namespace
 
 /// Each function exports from SQLite and from PostgreSQL, and imports into the other one.
@@ -158,10 +185,9 @@ private slots:
     void init();
     void cleanup();
 
-    void comesBackTheSameThroughTheOtherDatabase();
+    void comesBackTheSameAndChangesNothingWhereItCameFrom();
     void keepsStrangeTexts();
     void keepsWhatPeopleLeftBehind();
-    void changesNothingWhereItCameFrom();
     void goesOnOverManyPages();
     void writesOneAccountThatStandsForItself();
     void refusesAnAccountNobodyHas();
@@ -279,7 +305,7 @@ void WorkspaceExportTest::cleanup()
     m_folder.reset();
 }
 
-void WorkspaceExportTest::comesBackTheSameThroughTheOtherDatabase()
+void WorkspaceExportTest::comesBackTheSameAndChangesNothingWhereItCameFrom()
 {
     from().take({ZelTest::ServiceProcess::sampleFolder()});
     compareRoundTrip();
@@ -291,6 +317,14 @@ void WorkspaceExportTest::comesBackTheSameThroughTheOtherDatabase()
     QCOMPARE(from().counted(QStringLiteral("page views")), 20000);
     QCOMPARE(from().counted(QStringLiteral("responses")), 72954);
     QCOMPARE(from().counted(QStringLiteral("assets")), 32);
+
+    // PostgreSQL does that by itself within a minute or so; before, it may look for each of the
+    // many rows by an index that does not part them.
+    from().analyze();
+    const QList<ImportCount> counts = from().take({path(QStringLiteral("first"))});
+    QVERIFY(!counts.isEmpty());
+    for (const ImportCount &count : counts)
+        QVERIFY2(count.added == 0 && count.changed == 0, qPrintable(count.kind));
 }
 
 void WorkspaceExportTest::keepsStrangeTexts()
@@ -429,15 +463,6 @@ void WorkspaceExportTest::keepsWhatPeopleLeftBehind()
     QCOMPARE(third.name, one.name);
     QCOMPARE(third.sha, one.sha);
     QCOMPARE(back.assets.file(1, assetGuid, 1)->name, two.name);
-}
-
-void WorkspaceExportTest::changesNothingWhereItCameFrom()
-{
-    from().take({ZelTest::ServiceProcess::sampleFolder()});
-    from().exportTo(path(QStringLiteral("first")));
-    const QList<ImportCount> counts = from().take({path(QStringLiteral("first"))});
-    for (const ImportCount &count : counts)
-        QVERIFY2(count.added == 0 && count.changed == 0, qPrintable(count.kind));
 }
 
 void WorkspaceExportTest::goesOnOverManyPages()
@@ -672,18 +697,20 @@ void WorkspaceExportTest::leavesNothingBehindWhenBytesAreDamaged()
 
 void WorkspaceExportTest::dryRunOfAnImportStoresNothing()
 {
+    const QString sample = path(QStringLiteral("sample"));
+    copyShortSample(sample);
     ImportOptions options;
     options.dryRun = true;
-    const QList<ImportCount> wouldBe =
-        from().take({ZelTest::ServiceProcess::sampleFolder()}, options);
+    const QList<ImportCount> wouldBe = from().take({sample}, options);
     from().exportTo(path(QStringLiteral("empty")));
     QCOMPARE(from().counted(QStringLiteral("people")), 0);
     QCOMPARE(from().counted(QStringLiteral("deployments")), 0);
     QVERIFY(QDir(from().files() + QLatin1String("/blobs")).isEmpty());
     // It says what then really happens.
-    const QList<ImportCount> is = from().take({ZelTest::ServiceProcess::sampleFolder()});
+    const QList<ImportCount> is = from().take({sample});
     QCOMPARE(wouldBe.size(), is.size());
     for (qsizetype i = 0; i < is.size(); ++i) {
+        QVERIFY2(is.at(i).added > 0, qPrintable(is.at(i).kind));
         QCOMPARE(wouldBe.at(i).kind, is.at(i).kind);
         QCOMPARE(wouldBe.at(i).added, is.at(i).added);
     }
