@@ -254,8 +254,11 @@ Uploads::Commit Uploads::commitFiles(const AssetUser &user, const QString &uploa
     asset.detail = upload.detail;
     asset.createdById = user.userId;
     const Outcome outcome = m_database.tx([&] { return store(user, uploadId, asset, files); });
-    if (outcome == Outcome::Done)
+    if (outcome == Outcome::Done) {
+        for (const QString &sha : checksums)
+            m_blobs.settle({user.accountId, sha});
         dropParts(user.accountId, uploadId, checksums.size());
+    }
     return {outcome, asset.guid, {}};
 }
 
