@@ -80,7 +80,6 @@ bool Uploads::mayWrite(const AssetUser &user, qint64 folderId)
 
 Uploads::Outcome Uploads::reserve(const AssetUser &user, const NewUpload &upload, QString &uploadId)
 {
-    forgetExpired(user.accountId);
     qint64 total = 0;
     for (const NewUpload::File &file : upload.files) {
         if (file.size > largestBytes - total)
