@@ -21,6 +21,7 @@ class HousekeeperTest : public TestCase
 
 private slots:
     void worksAgainAndAgainWhateverIsThrown();
+    void beginsSoon();
     void endsWithoutWaitingForItsTime();
     void clearsAwayWhatIsOfNoUse_data();
     void clearsAwayWhatIsOfNoUse();
@@ -38,6 +39,13 @@ void HousekeeperTest::worksAgainAndAgainWhateverIsThrown()
         throw std::runtime_error("a fault of the test");
     });
     QTRY_VERIFY(count > 3);
+}
+
+void HousekeeperTest::beginsSoon()
+{
+    std::atomic<int> count{0};
+    const Housekeeper keeper(std::chrono::minutes(1), [&count] { ++count; });
+    QTRY_COMPARE(count.load(), 1);
 }
 
 void HousekeeperTest::endsWithoutWaitingForItsTime()

@@ -27,16 +27,17 @@ Housekeeper::~Housekeeper()
 }
 
 /// False when there is nothing more to be done.
-bool Housekeeper::pause()
+bool Housekeeper::pause(std::chrono::milliseconds about)
 {
     const double part = 0.5 + QRandomGenerator::global()->generateDouble();
     std::unique_lock lock(m_mutex);
-    return !m_changed.wait_for(lock, m_every * part, [this] { return m_ending; });
+    return !m_changed.wait_for(lock, about * part, [this] { return m_ending; });
 }
 
 void Housekeeper::run()
 {
-    while (pause()) {
+    constexpr int firstPart = 60;
+    for (auto about = m_every / firstPart; pause(about); about = m_every) {
         try {
             m_work();
         } catch (const std::exception &error) {
@@ -48,6 +49,8 @@ void Housekeeper::run()
 
 void tidyUp(Store &store)
 {
+    while (store.repeats.forgetExpired() > 0) {
+    }
     store.uploads.forgetExpired();
     const auto purged = store.assets.purgeUnlessBusy(store.clock() - Assets::trashTimeMs);
     if (purged.value_or(0) > 0)

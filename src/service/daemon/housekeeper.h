@@ -18,7 +18,8 @@ namespace Zel::Service {
 
 /// Does some work again and again on a thread of its own, as long as it lives: after half the time
 /// given at the least and one and a half times at the most, at random, so that daemons started
-/// together do not do it together. What the work throws goes to the log.
+/// together do not do it together. For the first time after a sixtieth of that, so that a service
+/// which runs for a short time each day gets to it. What the work throws goes to the log.
 class ZEL_EXPORT Housekeeper
 {
 public:
@@ -30,7 +31,7 @@ public:
 
 private:
     void run();
-    bool pause();
+    bool pause(std::chrono::milliseconds about);
 
     std::chrono::milliseconds m_every;
     std::function<void()> m_work;
@@ -40,9 +41,9 @@ private:
     std::thread m_thread; ///< last, so that all it uses is there
 };
 
-/// Forgets uploads that were not finished in time and what has lain in the trash for longer than it
-/// has to. Leaves the trash to the next time when somebody is storing files. Several daemons may do
-/// it at the same time.
+/// Forgets answers that were kept for their time, uploads that were not finished in time and what
+/// has lain in the trash for longer than it has to. Leaves the trash to the next time when somebody
+/// is storing files. Several daemons may do it at the same time.
 ZEL_EXPORT void tidyUp(Store &store);
 
 } // namespace Zel::Service

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/idempotency.h"
 
-#include "service/daemon/logline.h"
 #include "service/daemon/problem.h"
 #include "service/store/databaseerror.h"
 
@@ -61,17 +60,6 @@ HttpResponse answerOrRepeat(const Route &route, const Call &call, const RepeatKe
     });
 }
 
-/// What is forgotten late does no harm, so a failure is none of the call's.
-void forgetExpired(const Call &call)
-{
-    try {
-        call.store.repeats.forgetExpired();
-    } catch (const DatabaseError &error) {
-        logLine("warning", {{"event", QStringLiteral("keys-not-cleared")},
-                            {"cause", QString::fromUtf8(error.what())}});
-    }
-}
-
 } // namespace
 
 bool takesIdempotencyKey(const Route &route)
@@ -85,7 +73,6 @@ HttpResponse answerOnce(const Route &route, const Call &call)
     if (!call.request.hasHeader("Idempotency-Key"))
         return route.handler(call);
     const RepeatKey key = keyOf(call);
-    forgetExpired(call);
     try {
         return answerOrRepeat(route, call, key);
     } catch (const DatabaseError &error) {

@@ -273,8 +273,27 @@ qint64 Assets::purgeHeld(qint64 deletedBefore)
         unnamed.clear();
         return forgetOld(deletedBefore, unnamed);
     });
+    addUnsettled(unnamed);
     m_blobs.clear(unnamed);
     return count;
+}
+
+/// What was never named by a row is removed, too, and what was is settled.
+void Assets::addUnsettled(QStringList &unnamed)
+{
+    const QStringList unsettled = m_blobs.unsettled();
+    for (const QString &sha : unsettled) {
+        if (isNamed(sha))
+            m_blobs.settle({BlobStore::noAccount, sha});
+        else
+            unnamed << sha;
+    }
+}
+
+bool Assets::isNamed(const QString &sha)
+{
+    return m_database.row(countBlobRows, {sha}, [](const SqlRow &row) { return row.integer(0); })
+               .value_or(0) > 0;
 }
 
 /// Removes the rows of what is to go, inside a transaction. `unnamed` gets the checksums that no
@@ -301,14 +320,12 @@ qint64 Assets::forgetOld(qint64 deletedBefore, QStringList &unnamed)
     };
     drop(listUnusedBlobs, dropBlobRow);
     drop(listUnusedPreviews, dropPreviewRow);
-    const auto isUsed = [this](const SqlText &count, const SqlValues &values) {
-        return m_database.row(count, values, [](const SqlRow &row) { return row.integer(0); })
-                   .value_or(0) > 0;
-    };
     for (const auto &[accountId, sha] : std::as_const(unused)) {
-        if (!isUsed(countRowsOfAccount, {accountId, sha}))
+        const auto rows = m_database.row(countRowsOfAccount, {accountId, sha},
+                                         [](const SqlRow &row) { return row.integer(0); });
+        if (rows.value_or(0) == 0)
             m_blobs.forget({accountId, sha});
-        if (!isUsed(countBlobRows, {sha}))
+        if (!isNamed(sha))
             unnamed << sha;
     }
     return gone;

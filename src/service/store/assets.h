@@ -98,7 +98,8 @@ public:
     /// no such asset lies in the trash.
     Outcome restore(const QString &guid);
     /// Forgets assets deleted before a time, and their bytes where nothing else has them; also
-    /// former previews of themes. Returns how many assets that were.
+    /// former previews of themes, and files of uploads that were refused. Returns how many assets
+    /// that were.
     qint64 purge(qint64 deletedBefore);
     /// The same unless somebody else is storing or clearing bytes right now; nothing then.
     std::optional<qint64> purgeUnlessBusy(qint64 deletedBefore);
@@ -113,6 +114,8 @@ public:
 private:
     qint64 purgeHeld(qint64 deletedBefore);
     qint64 forgetOld(qint64 deletedBefore, QStringList &unnamed);
+    void addUnsettled(QStringList &unnamed);
+    bool isNamed(const QString &sha);
 
     Database &m_database;
     AssetFolders &m_folders;

@@ -107,6 +107,7 @@ void BlobStore::add(const BlobId &blob, ByteSource &bytes, const QByteArrayList 
             // It is cleared away later.
         }
     });
+    const auto storing = hold(BlobHold::Mode::Store);
     const auto part = openPart(id);
     for (;;) {
         const QByteArray piece = bytes.read(part->size(), readBytes);
@@ -119,6 +120,7 @@ void BlobStore::add(const BlobId &blob, ByteSource &bytes, const QByteArrayList 
         throw BlobError(QStringLiteral("store %1, which has other bytes").arg(blob.sha), EINVAL);
     prepare(*part, blob.sha, thumbnails);
     nameAlone({id, part->identity()}, blob);
+    settle(blob);
 }
 
 qint64 BlobStore::room()

@@ -156,6 +156,12 @@ public:
     /// one stays a part. Throws `BlobGone` when the part was dropped meanwhile, also when it was
     /// begun anew: nobody has compared those bytes. Only inside a transaction.
     virtual void name(const CheckedPart &part, const BlobId &blob) = 0;
+    /// To be told, after the transaction and under the same hold, that a row names a blob which was
+    /// prepared.
+    virtual void settle(const BlobId &blob) = 0;
+    /// The checksums of what was prepared and never settled: it was refused, its transaction
+    /// failed, or the process ended. Rows may name some all the same. Under a hold for clearing.
+    virtual QStringList unsettled() = 0;
     /// Makes sure that a blob which was there still is, and will be when the transaction ends;
     /// throws `BlobGone`. Only inside a transaction.
     virtual void expect(const BlobId &blob) = 0;

@@ -194,6 +194,11 @@ void DatabaseBlobs::nameAlone(const CheckedPart &part, const BlobId &blob)
     m_database.tx([&] { name(part, blob); });
 }
 
+void DatabaseBlobs::settle(const BlobId &blob)
+{
+    Q_UNUSED(blob); // with its transaction
+}
+
 void DatabaseBlobs::expect(const BlobId &blob)
 {
     if (!m_database.row(findBlob, {blob.accountId, blob.sha}, firstText))

@@ -34,6 +34,11 @@ public:
     void dropPart(const PartId &id) override;
     void prepare(BlobPart &part, const QString &sha, const QByteArrayList &thumbnails) override;
     void name(const CheckedPart &part, const BlobId &blob) override;
+    void settle(const BlobId &blob) override;
+
+    /// Nothing: naming is part of the transaction.
+    QStringList unsettled() override { return {}; }
+
     void expect(const BlobId &blob) override;
 
     std::shared_ptr<ByteSource> open(const BlobId &blob) override;

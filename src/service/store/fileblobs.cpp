@@ -5,6 +5,7 @@
 #include "service/store/filepart.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
@@ -69,6 +70,11 @@ void writeWhole(const QString &path, const QByteArray &bytes)
 QString uploadsFolder(const QString &folder)
 {
     return folder + QLatin1String("/uploads");
+}
+
+QString unsettledFolder(const QString &folder)
+{
+    return folder + QLatin1String("/unsettled");
 }
 
 /// A lock on the folder that ends with this object.
@@ -140,6 +146,11 @@ QString FileBlobs::partPath(const PartId &id) const
     return QStringLiteral("%1/%2-%3").arg(uploadsFolder(m_folder), id.uploadId).arg(id.position);
 }
 
+QString FileBlobs::notePath(const QString &sha) const
+{
+    return unsettledFolder(m_folder) + QLatin1Char('/') + sha;
+}
+
 std::unique_ptr<BlobPart> FileBlobs::openPart(const PartId &id, PartProgress progress)
 {
     makeFolder(uploadsFolder(m_folder));
@@ -161,6 +172,8 @@ void FileBlobs::prepare(BlobPart &part, const QString &sha, const QByteArrayList
     const QString path = blobPath(sha);
     const QString folder = QFileInfo(path).path();
     makeFolder(folder);
+    if (!QFile::exists(path))
+        writeWhole(notePath(sha), QByteArray());
     // The file that was checked, not the one at its path: the part may have been dropped and begun
     // anew. A name is given once; who finds it given already has the same bytes.
     if (::linkat(AT_FDCWD, file.handlePath().constData(), AT_FDCWD,
@@ -180,6 +193,18 @@ void FileBlobs::name(const CheckedPart &part, const BlobId &blob)
 {
     Q_UNUSED(part);
     Q_UNUSED(blob); // it has its name since it was prepared
+}
+
+void FileBlobs::settle(const BlobId &blob)
+{
+    QFile::remove(notePath(blob.sha));
+}
+
+QStringList FileBlobs::unsettled()
+{
+    QStringList found = QDir(unsettledFolder(m_folder)).entryList(QDir::Files);
+    found.removeIf([](const QString &name) { return name.size() != shaDigits; });
+    return found;
 }
 
 void FileBlobs::nameAlone(const CheckedPart &part, const BlobId &blob)
@@ -236,6 +261,7 @@ void FileBlobs::clear(const QStringList &unnamed)
         const QString path = blobPath(sha);
         if (::unlink(QFile::encodeName(path).constData()) != 0 && errno != ENOENT)
             throw BlobError(QStringLiteral("remove ") + path, errno);
+        QFile::remove(notePath(sha));
     }
     const QDateTime since = QDateTime::currentDateTimeUtc().addSecs(
         -std::chrono::duration_cast<std::chrono::seconds>(forgottenPart).count());

@@ -24,12 +24,17 @@ public:
     QString blobPath(const QString &sha) const;
     QString thumbnailPath(const QString &sha, int size) const;
     QString partPath(const PartId &id) const;
+    /// An empty file that says that a blob has its name and perhaps no row: from before it is named
+    /// until its transaction has ended.
+    QString notePath(const QString &sha) const;
 
     std::unique_ptr<BlobPart> openPart(const PartId &id, PartProgress progress) override;
     void dropPart(const PartId &id) override;
     /// Writes the part out and links it under its name, so that nothing is left to be done.
     void prepare(BlobPart &part, const QString &sha, const QByteArrayList &thumbnails) override;
     void name(const CheckedPart &part, const BlobId &blob) override;
+    void settle(const BlobId &blob) override;
+    QStringList unsettled() override;
     /// Nothing is cleared away under a hold for storing.
     void expect(const BlobId &blob) override;
 

@@ -36,6 +36,9 @@ public:
 private:
     [[noreturn]] void fail(const QString &doing, int systemError) const;
     void refuseExisting() const;
+    void openPart();
+    bool isAtItsPath() const;
+    bool nameUnlessThere() const;
 
     QString m_path;
     Existing m_existing;

@@ -8,7 +8,6 @@ namespace Zel {
 
 namespace {
 
-constexpr qint64 forgetEveryMs = 15LL * 60 * 1000;
 constexpr qint64 forgottenAtOnce = 1000;
 
 const SqlText findAnswer(R"sql(
@@ -55,11 +54,7 @@ void Repeats::put(const RepeatKey &key, const RepeatAnswer &answer)
 
 qint64 Repeats::forgetExpired()
 {
-    const qint64 now = m_clock();
-    qint64 due = m_nextForgetting;
-    if (now < due || !m_nextForgetting.compare_exchange_strong(due, now + forgetEveryMs))
-        return 0;
-    return m_database.tx([&] { return m_database.exec(forget, {now, forgottenAtOnce}); });
+    return m_database.tx([&] { return m_database.exec(forget, {m_clock(), forgottenAtOnce}); });
 }
 
 } // namespace Zel

@@ -8,7 +8,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <atomic>
 #include <optional>
 
 namespace Zel {
@@ -49,14 +48,13 @@ public:
     /// are stored or none.
     void put(const RepeatKey &key, const RepeatAnswer &answer);
 
-    /// Forgets expired answers, a thousand at most, if that was not done in the last quarter of an
-    /// hour. Returns how many that were.
+    /// Forgets expired answers, a thousand at most; returns how many that were. To be called until
+    /// there are none, so that no transaction grows with them.
     qint64 forgetExpired();
 
 private:
     Database &m_database;
     Clock m_clock;
-    std::atomic<qint64> m_nextForgetting = 0;
 };
 
 } // namespace Zel

@@ -48,6 +48,13 @@ void StagedBlobs::name(const BlobId &blob)
         m_blobs.expect(blob);
     else
         m_blobs.name(*staged, blob);
+    m_named.insert({blob.accountId, blob.sha});
+}
+
+void StagedBlobs::settle()
+{
+    for (const auto &[accountId, sha] : std::as_const(m_named))
+        m_blobs.settle({accountId, sha});
 }
 
 } // namespace Zel

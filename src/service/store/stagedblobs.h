@@ -5,6 +5,7 @@
 #include "service/store/blobstore.h"
 
 #include <QHash>
+#include <QSet>
 
 namespace Zel {
 
@@ -33,11 +34,15 @@ public:
     /// which may be repeated; throws `BlobGone`.
     void name(const BlobId &blob);
 
+    /// Tells that the transaction has named them. Under the same hold.
+    void settle();
+
 private:
     BlobStore &m_blobs;
     Mode m_mode;
     QHash<std::pair<qint64, QString>, CheckedPart> m_staged;
     QList<PartId> m_parts;
+    QSet<std::pair<qint64, QString>> m_named;
 };
 
 } // namespace Zel

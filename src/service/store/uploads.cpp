@@ -80,7 +80,6 @@ bool Uploads::mayWrite(const AssetUser &user, qint64 folderId)
 
 Uploads::Outcome Uploads::reserve(const AssetUser &user, const NewUpload &upload, QString &uploadId)
 {
-    forgetExpired(user.accountId);
     qint64 total = 0;
     for (const NewUpload::File &file : upload.files) {
         if (file.size > largestBytes - total)
@@ -254,8 +253,11 @@ Uploads::Commit Uploads::commitFiles(const AssetUser &user, const QString &uploa
     asset.detail = upload.detail;
     asset.createdById = user.userId;
     const Outcome outcome = m_database.tx([&] { return store(user, uploadId, asset, files); });
-    if (outcome == Outcome::Done)
+    if (outcome == Outcome::Done) {
+        for (const QString &sha : checksums)
+            m_blobs.settle({user.accountId, sha});
         dropParts(user.accountId, uploadId, checksums.size());
+    }
     return {outcome, asset.guid, {}};
 }
 

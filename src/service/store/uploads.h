@@ -96,8 +96,7 @@ public:
     /// a row for it, and names the part as its blob, under the caller's hold for storing. The
     /// caller drops the part afterwards. `name` is what the file is called.
     Adopted adopt(qint64 accountId, const QString &path, const QString &name);
-    /// Forgets the uploads of all accounts that were not finished in time. Each account's own go
-    /// when it begins another one.
+    /// Forgets the uploads of all accounts that were not finished in time.
     void forgetExpired();
     /// Gives an upload up. One that has become an asset stays one.
     Outcome drop(const AssetUser &user, const QString &uploadId);

@@ -337,10 +337,12 @@ QList<ImportCount> importWorkspace(Store &store, const WorkspaceFiles &files,
         if (!options.dryRun)
             stageNewPreviews(store, files, blobs);
         try {
-            return importInside(store, options, [&] {
+            const QList<ImportCount> counts = importInside(store, options, [&] {
                 return Importer(store, files, hashes, taken, blobs, audiences, options.progress)
                     .run();
             });
+            blobs.settle();
+            return counts;
         } catch (const BlobGone &) {
             // What was there is taken in the next time.
             if (attempt == attempts)
