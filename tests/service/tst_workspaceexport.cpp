@@ -105,10 +105,13 @@ public:
         m_report = exportWorkspace(m_store, folder, options);
     }
 
-    /// Has the database count its rows.
-    void analyze()
+    /// The rows of a table by which PostgreSQL makes its plans; -1 before it has looked.
+    qint64 plannedRows(const QString &table)
     {
-        m_database.tx([&] { m_database.runNative(QStringLiteral("ANALYZE")); });
+        return m_database
+            .runNative(
+                QStringLiteral("SELECT reltuples FROM pg_class WHERE relname = '%1'").arg(table))
+            .toLongLong();
     }
 
     const ExportReport &report() const { return m_report; }
@@ -318,9 +321,10 @@ void WorkspaceExportTest::comesBackTheSameAndChangesNothingWhereItCameFrom()
     QCOMPARE(from().counted(QStringLiteral("responses")), 72954);
     QCOMPARE(from().counted(QStringLiteral("assets")), 32);
 
-    // PostgreSQL does that by itself within a minute or so; before, it may look for each of the
-    // many rows by an index that does not part them.
-    from().analyze();
+    // Else it may look for each of the many rows by an index that does not part them.
+    QFETCH_GLOBAL(bool, postgres);
+    if (postgres)
+        QCOMPARE(from().plannedRows(QStringLiteral("page_view")), 20000);
     const QList<ImportCount> counts = from().take({path(QStringLiteral("first"))});
     QVERIFY(!counts.isEmpty());
     for (const ImportCount &count : counts)

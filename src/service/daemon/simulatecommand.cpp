@@ -7,6 +7,7 @@
 #include "service/store/migrations.h"
 #include "service/store/simulation.h"
 #include "service/store/store.h"
+#include "service/store/tableschema.h"
 
 #include <QUuid>
 
@@ -89,6 +90,7 @@ int simulateCommand(const QStringList &arguments)
     const SimulatedCount count =
         simulate(store.audience, store.deployments.find(account, deployment.guid).value(), plan,
                  line.progress());
+    refreshPlans(database);
     line.clear();
     print(QStringLiteral("deployment %1: %2 participants, %3 registrants, %4 page views")
               .arg(deployment.guid)

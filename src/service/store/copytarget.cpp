@@ -3,6 +3,7 @@
 #include "service/store/copytarget.h"
 
 #include "service/store/migrations.h"
+#include "service/store/tableschema.h"
 #include "service/store/unfinishedcopy.h"
 
 #include <QFileInfo>
@@ -101,6 +102,7 @@ void CopyTarget::end()
         mark.hold(m_token);
         mark.end();
     });
+    refreshPlans(m_database);
 }
 
 void requireSum(Database &database, const TableInfo &table, const TableSum &expected)

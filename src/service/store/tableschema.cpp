@@ -173,4 +173,18 @@ void allowLongWork(Database &database)
     database.runNative(QStringLiteral("SET LOCAL idle_in_transaction_session_timeout = 0"));
 }
 
+void refreshPlans(Database &database) noexcept
+{
+    if (database.address().engine == DatabaseAddress::Engine::Sqlite)
+        return;
+    try {
+        database.tx([&] {
+            allowLongWork(database);
+            database.runNative(QStringLiteral("ANALYZE"));
+        });
+    } catch (const std::exception &) {
+        // PostgreSQL does it by itself later.
+    }
+}
+
 } // namespace Zel

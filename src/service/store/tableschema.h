@@ -60,4 +60,9 @@ ZEL_EXPORT QString quotedName(const QString &name);
 /// statement, and the other side of a copy may keep this one waiting.
 ZEL_EXPORT void allowLongWork(Database &database);
 
+/// To be called after very many rows came at once. Until PostgreSQL looks at its tables by itself, a
+/// minute later or so, it takes plans for them that suit empty ones: looking for one row may go
+/// through thousands. Never throws: what was stored is stored.
+ZEL_EXPORT void refreshPlans(Database &database) noexcept;
+
 } // namespace Zel

@@ -7,6 +7,7 @@
 #include "service/store/importcount.h"
 #include "service/store/stagedblobs.h"
 #include "service/store/store.h"
+#include "service/store/tableschema.h"
 #include "service/store/themeimport.h"
 
 #include <QHash>
@@ -361,6 +362,7 @@ QList<ImportCount> importInside(Store &store, const ImportOptions &options,
             if (options.dryRun)
                 throw NothingStored();
         });
+        refreshPlans(store.database);
     } catch (const NothingStored &) {
         // as was asked for
     }
