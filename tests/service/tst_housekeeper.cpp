@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/daemon/housekeeper.h"
+
+#include "service/store/fileblobs.h"
 #include "tests/service/apifixture.h"
 #include "tests/service/testdatabases.h"
 #include "testsupport/testcase.h"
 
 #include <QCryptographicHash>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -26,6 +29,7 @@ private slots:
     void clearsAwayWhatIsOfNoUse_data();
     void clearsAwayWhatIsOfNoUse();
     void leavesTheTrashWhileSomebodyStores();
+    void letsOthersStoreBetweenTwoSlicesOfTheTrash();
 
 private:
     TestDatabases m_databases;
@@ -113,6 +117,72 @@ void HousekeeperTest::leavesTheTrashWhileSomebodyStores()
     ApiFixture api(m_databases.filled(false));
     const auto hold = api.store().blobs.hold(BlobHold::Mode::Store);
     QVERIFY(!api.store().assets.purgeUnlessBusy(api.now()).has_value());
+}
+
+namespace {
+
+/// Notes what is cleared, and whether others could store in between.
+class WatchedBlobs : public FileBlobs
+{
+public:
+    using FileBlobs::FileBlobs;
+
+    std::unique_ptr<BlobHold> hold(BlobHold::Mode mode) override
+    {
+        auto other = FileBlobs::hold(BlobHold::Mode::ClearNow);
+        if (!other)
+            ++busy;
+        other.reset();
+        return FileBlobs::hold(mode);
+    }
+
+    void clear(const QStringList &unnamed) override
+    {
+        cleared << unnamed.size();
+        FileBlobs::clear(unnamed);
+    }
+
+    int busy = 0;
+    QList<qsizetype> cleared;
+};
+
+} // namespace
+
+void HousekeeperTest::letsOthersStoreBetweenTwoSlicesOfTheTrash()
+{
+    ApiFixture api(m_databases.fresh(false));
+    Store &store = api.store();
+    const QTemporaryDir folder;
+    WatchedBlobs blobs(folder.path());
+    Assets assets(api.database(), store.folders, blobs, [] { return 0; });
+    constexpr qint64 slice = Assets::purgedAtOnce;
+    const qint64 many = 2 * slice + 1;
+    const auto fill = [&] {
+        api.database().tx([&] {
+            for (qint64 i = 0; i < many; ++i) {
+                const AssetFile file{QStringLiteral("a"),
+                                     QStringLiteral("%1").arg(i, 64, 10, QLatin1Char('0')),
+                                     QStringLiteral("text/plain"), 1, false};
+                Asset asset;
+                asset.guid = QStringLiteral("old-%1").arg(i);
+                asset.name = file.name;
+                asset.createdById = store.users.find(QStringLiteral("maja"))->userId;
+                assets.addBlob(1002, file);
+                assets.add(1002, asset, {file});
+            }
+            api.database().runNative(
+                QStringLiteral("UPDATE asset SET deleted_at = 5 WHERE guid LIKE 'old-%'"));
+        });
+    };
+    fill();
+    QCOMPARE(assets.purge(5), 0);
+    blobs.cleared.clear();
+    QCOMPARE(assets.purge(6), many);
+    QCOMPARE(blobs.cleared, (QList<qsizetype>{slice, slice, 1}));
+    fill();
+    QCOMPARE(assets.purgeUnlessBusy(6), many);
+    QCOMPARE(blobs.cleared.size(), 6);
+    QCOMPARE(blobs.busy, 0);
 }
 
 ZEL_TEST_MAIN(HousekeeperTest)

@@ -61,6 +61,12 @@ const SqlText listTrash(R"sql(
     ORDER BY deleted_at NULLS FIRST, guid NULLS FIRST
 )sql");
 
+const SqlText listOldTrash(R"sql(
+    SELECT account_id, guid FROM asset WHERE deleted_at < $1
+    ORDER BY deleted_at NULLS FIRST, guid NULLS FIRST
+    LIMIT $2
+)sql");
+
 const SqlText findTrashed(R"sql(
     SELECT account_id, folder_id FROM asset WHERE guid = $1 AND deleted_at IS NOT NULL
 )sql");
@@ -255,18 +261,30 @@ Assets::Outcome Assets::restore(const QString &guid)
 
 qint64 Assets::purge(qint64 deletedBefore)
 {
-    // Nobody may store bytes again while those that no row names are removed.
-    const auto hold = m_blobs.hold(BlobHold::Mode::Clear);
-    return purgeHeld(deletedBefore);
+    qint64 all = 0;
+    for (qint64 gone = purgedAtOnce; gone == purgedAtOnce; all += gone) {
+        // Nobody may store bytes again while those that no row names are removed.
+        const auto hold = m_blobs.hold(BlobHold::Mode::Clear);
+        gone = purgeSome(deletedBefore);
+    }
+    return all;
 }
 
 std::optional<qint64> Assets::purgeUnlessBusy(qint64 deletedBefore)
 {
-    const auto hold = m_blobs.hold(BlobHold::Mode::ClearNow);
-    return hold ? std::optional(purgeHeld(deletedBefore)) : std::nullopt;
+    std::optional<qint64> all;
+    for (qint64 gone = purgedAtOnce; gone == purgedAtOnce;) {
+        const auto hold = m_blobs.hold(BlobHold::Mode::ClearNow);
+        if (!hold)
+            break;
+        gone = purgeSome(deletedBefore);
+        all = all.value_or(0) + gone;
+    }
+    return all;
 }
 
-qint64 Assets::purgeHeld(qint64 deletedBefore)
+/// Under a hold for clearing.
+qint64 Assets::purgeSome(qint64 deletedBefore)
 {
     QStringList unnamed;
     const qint64 count = m_database.tx([&] {
@@ -300,14 +318,13 @@ bool Assets::isNamed(const QString &sha)
 /// row of any account names any more.
 qint64 Assets::forgetOld(qint64 deletedBefore, QStringList &unnamed)
 {
-    qint64 gone = 0;
-    const QList<TrashedAsset> all = trash();
-    for (const TrashedAsset &asset : all) {
-        if (asset.deletedAt >= deletedBefore)
-            continue;
-        m_database.exec(dropFiles, {asset.accountId, asset.guid});
-        m_database.exec(dropAsset, {asset.accountId, asset.guid});
-        ++gone;
+    const auto old =
+        m_database.rows(listOldTrash, {deletedBefore, purgedAtOnce}, [](const SqlRow &row) {
+            return std::make_pair(row.integer(0), row.text(1));
+        });
+    for (const auto &[accountId, guid] : old) {
+        m_database.exec(dropFiles, {accountId, guid});
+        m_database.exec(dropAsset, {accountId, guid});
     }
     QList<std::pair<qint64, QString>> unused;
     const auto drop = [&](const SqlText &list, const SqlText &dropRow) {
@@ -328,7 +345,7 @@ qint64 Assets::forgetOld(qint64 deletedBefore, QStringList &unnamed)
         if (!isNamed(sha))
             unnamed << sha;
     }
-    return gone;
+    return old.size();
 }
 
 void Assets::addBlob(qint64 accountId, const AssetFile &file)

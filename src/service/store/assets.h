@@ -101,7 +101,8 @@ public:
     /// former previews of themes, and files of uploads that were refused. Returns how many assets
     /// that were.
     qint64 purge(qint64 deletedBefore);
-    /// The same unless somebody else is storing or clearing bytes right now; nothing then.
+    /// The same unless somebody else is storing or clearing bytes right now; nothing then. Ends
+    /// early when somebody comes to do so.
     std::optional<qint64> purgeUnlessBusy(qint64 deletedBefore);
 
     /// Notes that a blob is there. Only inside a transaction.
@@ -111,8 +112,11 @@ public:
     /// Whether an asset, in the trash or not, has that guid.
     bool isKnown(qint64 accountId, const QString &guid);
 
+    /// How many go in one transaction, so that nobody waits long for their uploads to end.
+    static constexpr qint64 purgedAtOnce = 200;
+
 private:
-    qint64 purgeHeld(qint64 deletedBefore);
+    qint64 purgeSome(qint64 deletedBefore);
     qint64 forgetOld(qint64 deletedBefore, QStringList &unnamed);
     void addUnsettled(QStringList &unnamed);
     bool isNamed(const QString &sha);
