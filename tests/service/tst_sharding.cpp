@@ -53,6 +53,7 @@ constexpr Reason severalAccounts[] = {
     {"SELECT account_id, dep_no FROM deployment WHERE key_hash = $1",
      "players know a key and no account"},
     {"SELECT account_id, guid, name, deleted_at FROM asset", "the command trash is for all"},
+    {"SELECT account_id, guid FROM asset WHERE deleted_at < $1", "the command trash is for all"},
     {"SELECT account_id, folder_id FROM asset WHERE guid = $1", "the command trash takes guids"},
     {"SELECT b.account_id, b.sha FROM blob b", "the command trash clears away what nobody names"},
     {"SELECT v.account_id, v.sha FROM theme_preview v", "the same of previews"},
