@@ -150,7 +150,7 @@ public:
 
 void HousekeeperTest::letsOthersStoreBetweenTwoSlicesOfTheTrash()
 {
-    ApiFixture api(m_databases.fresh(false));
+    ApiFixture api(m_databases.filled(false));
     Store &store = api.store();
     const QTemporaryDir folder;
     WatchedBlobs blobs(folder.path());

@@ -299,7 +299,7 @@ void LostConnectionsTest::aFullDatabaseStoresNothingAndGoesOn()
 /// The key tells whether the change was stored before its connection was lost.
 void LostConnectionsTest::aCallWithAKeyWhoseEndWasLostIsMadeOnce()
 {
-    ZelTest::ApiFixture api(m_databases.fresh(true));
+    ZelTest::ApiFixture api(m_databases.filled(true));
     const QByteArray token = api.token(QStringLiteral("maja"), 1001).toUtf8();
     api.database().tx([&] {
         api.database().runNative(QStringLiteral("CREATE SEQUENCE ends"));
