@@ -1,23 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The ZelWebServiceControls authors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "service/store/databaseblobs.h"
-#include "tests/service/apifixture.h"
-#include "tests/service/testdatabases.h"
-#include "testsupport/testcase.h"
+#include "tests/service/uploadsfixture.h"
 
-#include <QBuffer>
-#include <QCryptographicHash>
-#include <QDir>
-#include <QImage>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QRandomGenerator>
 #include <QSet>
-#include <QTest>
 #include <QThread>
-#include <QUrl>
 
-#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -25,82 +12,18 @@
 using namespace ZelTest;
 using Zel::Uploads;
 
-namespace {
-
-constexpr qint64 brightwater = 1001;
-constexpr qint64 harbour = 1002;
-const QString maja = QStringLiteral("maja");
-const QString tomas = QStringLiteral("tomas");
-
-QByteArray sha(const QByteArray &bytes)
-{
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
-}
-
-QByteArray json(const QJsonObject &object)
-{
-    return QJsonDocument(object).toJson();
-}
-
-QJsonObject fileOf(const QString &name, double size)
-{
-    return {{QStringLiteral("name"), name}, {QStringLiteral("size"), size}};
-}
-
-QJsonObject uploadOf(const QJsonArray &files, int folder = 0)
-{
-    return {{QStringLiteral("name"), QStringLiteral("An asset")},
-            {QStringLiteral("detail"), QString()},
-            {QStringLiteral("folderId"), folder},
-            {QStringLiteral("files"), files}};
-}
-
-QString detailOf(const HttpReply &reply)
-{
-    return reply.json().value(QLatin1String("detail")).toString();
-}
-
-qint64 receivedOf(const HttpReply &reply)
-{
-    return reply.json().value(QLatin1String("received")).toInteger(-1);
-}
-
-} // namespace
-
-/// Uploads, and the addresses of what they become, call by call over a socket.
-class UploadsTest : public TestCase
+/// Uploads, call by call over a socket.
+class UploadsTest : public UploadsFixture
 {
     Q_OBJECT
 
 private slots:
 
-    void initTestCase_data()
-    {
-        QTest::addColumn<bool>("postgres");
-        QTest::addColumn<bool>("chunks");
-        QTest::newRow("sqlite, files") << false << false;
-        QTest::newRow("sqlite, chunks") << false << true;
-        QTest::newRow("postgres, chunks") << true << true;
-    }
+    void initTestCase_data() { addKinds(); }
 
-    void init()
-    {
-        TestCase::init();
-        QFETCH_GLOBAL(bool, postgres);
-        QFETCH_GLOBAL(bool, chunks);
-        m_chunks = chunks;
-        // One service for all rows of a function.
-        const QByteArray function = QTest::currentTestFunction() + QByteArray::number(postgres) +
-                                    QByteArray::number(chunks);
-        if (m_function != function) {
-            m_api.reset();
-            m_api = std::make_unique<ApiFixture>(m_databases.filled(postgres, kind()));
-            m_function = function;
-        }
-        m_token = m_api->token(maja, harbour);
-    }
+    void init() { begin(); }
 
-    void cleanupTestCase() { m_api.reset(); }
+    void cleanupTestCase() { end(); }
 
     void refusesWhatIsNoUpload_data();
     void refusesWhatIsNoUpload();
@@ -123,121 +46,8 @@ private slots:
     void forgetsUploadsAfterADay();
     void dropsUploads();
     void keepsEqualBytesOnce();
-    void answersTagsAndRanges_data();
-    void answersTagsAndRanges();
-    void answersAnyRangeOfALongFile();
-    void sendsFilesAsNothingThatActs();
-    void endsAddressesOfThumbnailsOnly();
 
     void manyCommitsAtOnceMakeOneAsset();
-    void addressesLeadNowhereElse_data();
-    void addressesLeadNowhereElse();
-
-private:
-    HttpReply call(const QByteArray &method, const QByteArray &target,
-                   const QByteArray &body = QByteArray())
-    {
-        return m_api->call(method, target, m_token, body);
-    }
-
-    /// The path of an upload that is reserved for one file, or several.
-    QByteArray reserve(const QList<qint64> &sizes, int folder = 0)
-    {
-        QJsonArray files;
-        for (const qint64 size : sizes)
-            files.append(fileOf(QStringLiteral("file %1.bin").arg(files.size()), double(size)));
-        const HttpReply reply = call("POST", "/v1/uploads", json(uploadOf(files, folder)));
-        if (reply.status != 201)
-            throw std::runtime_error("no upload: " + reply.body.toStdString());
-        return "/v1/uploads/" + reply.json().value(QLatin1String("uploadId")).toString().toLatin1();
-    }
-
-    HttpReply put(const QByteArray &upload, qint64 offset, const QByteArray &bytes, int file = 0)
-    {
-        return call("PUT",
-                    upload + "/files/" + QByteArray::number(file) +
-                        "?offset=" + QByteArray::number(offset),
-                    bytes);
-    }
-
-    HttpReply commit(const QByteArray &upload, const QByteArrayList &checksums)
-    {
-        QJsonArray list;
-        for (const QByteArray &checksum : checksums)
-            list.append(QString::fromLatin1(checksum));
-        return call("POST", upload + "/commit", json({{QStringLiteral("checksums"), list}}));
-    }
-
-    QByteArray newAsset(const QByteArray &bytes)
-    {
-        const QByteArray upload = reserve({bytes.size()});
-        put(upload, 0, bytes);
-        return commit(upload, {sha(bytes)})
-            .json()
-            .value(QLatin1String("guid"))
-            .toString()
-            .toLatin1();
-    }
-
-    QByteArray addressOf(const QByteArray &guid)
-    {
-        return call("GET", "/v1/assets/" + guid + "/value")
-            .json()
-            .value(QLatin1String("value"))
-            .toString()
-            .toLatin1();
-    }
-
-    QJsonArray listed(int folder = 0)
-    {
-        return call("GET", "/v1/asset-folders/" + QByteArray::number(folder) + "/assets")
-            .json()
-            .value(QLatin1String("assets"))
-            .toObject()
-            .value(QLatin1String("rows"))
-            .toArray();
-    }
-
-    Zel::BlobKind kind() const { return m_chunks ? Zel::BlobKind::Database : Zel::BlobKind::Files; }
-
-    /// How many files are on their way.
-    qint64 parts() const
-    {
-        if (!m_chunks)
-            return QDir(m_api->files() + QStringLiteral("/uploads")).entryList(QDir::Files).size();
-        return m_api->database()
-            .runNative(QStringLiteral("SELECT COUNT(*) FROM blob_content WHERE sha IS NULL"))
-            .toLongLong();
-    }
-
-    /// Begins to send a file and returns when the service waits for its bytes.
-    void begin(HttpProbe &probe, const QByteArray &upload, qint64 size) const
-    {
-        probe.send(
-            "PUT " + upload + "/files/0?offset=0 HTTP/1.1\r\nHost: 127.0.0.1:" +
-            QByteArray::number(m_api->port()) + "\r\nAuthorization: Bearer " + m_token.toLatin1() +
-            "\r\nExpect: 100-continue\r\nContent-Length: " + QByteArray::number(size) + "\r\n\r\n");
-        QCOMPARE(probe.read().status, 100);
-    }
-
-    /// The bytes as another daemon of the same database sees them.
-    std::unique_ptr<Zel::Store> otherDaemon()
-    {
-        return std::make_unique<Zel::Store>(
-            m_api->database(), Zel::PasswordHasher::Cost::Minimal, [this] { return m_api->now(); },
-            Zel::BlobPlace(kind(), m_api->files()));
-    }
-
-    static Zel::PartId partOf(const QByteArray &upload)
-    {
-        return {harbour, QString::fromLatin1(upload.mid(upload.lastIndexOf('/') + 1)), 0};
-    }
-
-    TestDatabases m_databases;
-    std::unique_ptr<ApiFixture> m_api;
-    QByteArray m_function;
-    bool m_chunks = false;
-    QString m_token;
 };
 
 void UploadsTest::refusesWhatIsNoUpload_data()
@@ -380,7 +190,7 @@ void UploadsTest::letsOneCallWriteAFile()
 {
     const QByteArray upload = reserve({4});
     HttpProbe slow(m_api->port());
-    begin(slow, upload, 4);
+    beginToSend(slow, upload, 4);
     slow.send("ab");
     HttpReply reply = put(upload, 0, "");
     QCOMPARE(reply.code(), QStringLiteral("busy"));
@@ -397,7 +207,7 @@ void UploadsTest::keepsWhatCameBeforeTheConnectionBroke()
     const QByteArray upload = reserve({10});
     {
         HttpProbe broken(m_api->port());
-        begin(broken, upload, 10);
+        beginToSend(broken, upload, 10);
         broken.send(bytes.left(6));
     }
     QTRY_COMPARE(receivedOf(put(upload, 0, "")), 6);
@@ -625,129 +435,6 @@ void UploadsTest::keepsEqualBytesOnce()
     QVERIFY(!store.blobs.has(blob));
 }
 
-void UploadsTest::answersTagsAndRanges_data()
-{
-    QTest::addColumn<QByteArrayList>("headers");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("body");
-    const QByteArray whole = "0123456789";
-    const auto row = [](const char *name, const QByteArrayList &headers, int status,
-                        const QByteArray &body) {
-        QTest::newRow(name) << headers << status << body;
-    };
-    row("no header", {}, 200, whole);
-    row("the tag", {"If-None-Match: TAG"}, 304, {});
-    row("among others", {"If-None-Match: \"x\", TAG"}, 304, {});
-    row("weak", {"If-None-Match: W/TAG"}, 304, {});
-    row("any", {"If-None-Match: *"}, 304, {});
-    row("another tag", {"If-None-Match: \"x\""}, 200, whole);
-    row("beginning", {"Range: bytes=0-3"}, 206, "0123");
-    row("one byte", {"Range: bytes=9-9"}, 206, "9");
-    row("to the end", {"Range: bytes=7-"}, 206, "789");
-    row("beyond the end", {"Range: bytes=7-99999999999999"}, 206, "789");
-    row("the last ones", {"Range: bytes=-2"}, 206, "89");
-    row("more than there are", {"Range: bytes=-99"}, 206, whole);
-    row("behind the end", {"Range: bytes=10-"}, 416, {});
-    row("none of the last", {"Range: bytes=-0"}, 416, {});
-    row("backwards", {"Range: bytes=5-3"}, 416, {});
-    row("no number", {"Range: bytes=a-b"}, 200, whole);
-    row("half a number", {"Range: bytes=a-3"}, 200, whole);
-    row("no end at all", {"Range: bytes=-"}, 200, whole);
-    row("a number too large", {"Range: bytes=99999999999999999999-"}, 416, {});
-    row("signs", {"Range: bytes=+1-3"}, 200, whole);
-    row("two ranges", {"Range: bytes=0-1,3-4"}, 200, whole);
-    row("other units", {"Range: lines=0-1"}, 200, whole);
-    row("if it is the same", {"Range: bytes=0-1", "If-Range: TAG"}, 206, "01");
-    row("if it is another", {"Range: bytes=0-1", "If-Range: \"x\""}, 200, whole);
-    row("if it is weakly the same", {"Range: bytes=0-1", "If-Range: W/TAG"}, 200, whole);
-    row("tag before range", {"Range: bytes=0-1", "If-None-Match: TAG"}, 304, {});
-}
-
-void UploadsTest::answersTagsAndRanges()
-{
-    QFETCH(QByteArrayList, headers);
-    QFETCH(int, status);
-    QFETCH(QByteArray, body);
-    const QByteArray whole = "0123456789";
-    const QByteArray address = addressOf(newAsset(whole));
-    const QByteArray tag = '"' + sha(whole) + '"';
-    for (QByteArray &header : headers)
-        header.replace("TAG", tag);
-    const HttpReply reply = m_api->request("GET", address, QByteArray(), headers);
-    QCOMPARE(reply.status, status);
-    if (status == 416) {
-        QCOMPARE(reply.headers.value("content-range"), QByteArray("bytes */10"));
-        return;
-    }
-    QCOMPARE(reply.body, body);
-    QCOMPARE(reply.headers.value("etag"), tag);
-    const HttpReply head = m_api->request("HEAD", address, QByteArray(), headers);
-    QCOMPARE(head.status, status);
-    QCOMPARE(head.headers.value("content-length"), reply.headers.value("content-length"));
-}
-
-void UploadsTest::answersAnyRangeOfALongFile()
-{
-    QByteArray bytes(5'000'001, Qt::Uninitialized);
-    QRandomGenerator random(20261121);
-    for (char &byte : bytes)
-        byte = static_cast<char>(random.generate());
-    const QByteArray address = addressOf(newAsset(bytes));
-    const auto range = [&](qint64 first, qint64 last) {
-        return HttpProbe::request(
-            m_api->port(), "GET", address, QByteArray(),
-            {"Range: bytes=" + QByteArray::number(first) + '-' + QByteArray::number(last)});
-    };
-    constexpr qint64 border = Zel::DatabaseBlobs::chunkBytes;
-    QCOMPARE(range(border - 2, border + 1).body, bytes.mid(border - 2, 4));
-    for (int i = 0; i < 100; ++i) {
-        const qint64 first = random.bounded(bytes.size());
-        const qint64 last = random.bounded(first, bytes.size());
-        const HttpReply reply = range(first, last);
-        QCOMPARE(reply.status, 206);
-        QVERIFY(reply.body == bytes.mid(first, last - first + 1));
-    }
-    QVERIFY(m_api->call("GET", address, QString()).body == bytes);
-}
-
-void UploadsTest::sendsFilesAsNothingThatActs()
-{
-    const QByteArray address = addressOf(newAsset("<html><script>alert(1)</script></html>"));
-    const HttpReply reply = m_api->call("GET", address, QString());
-    QCOMPARE(reply.status, 200);
-    QCOMPARE(reply.headers.value("x-content-type-options"), QByteArray("nosniff"));
-    QCOMPARE(reply.headers.value("content-security-policy"),
-             QByteArray("default-src 'none'; sandbox"));
-    QCOMPARE(reply.headers.value("accept-ranges"), QByteArray("bytes"));
-}
-
-void UploadsTest::endsAddressesOfThumbnailsOnly()
-{
-    QImage picture(300, 300, QImage::Format_RGB32);
-    picture.fill(Qt::blue);
-    QBuffer buffer;
-    QVERIFY(buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, "PNG"));
-    const QByteArray address = addressOf(newAsset(buffer.data()));
-    QVERIFY2(address.startsWith("/a/"), address.constData());
-    const QString whole = listed().at(0).toArray().at(4).toString();
-    const QByteArray thumbnail = QUrl(whole).toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority);
-    const auto status = [this](const QByteArray &target) {
-        return m_api->call("GET", target, QString()).status;
-    };
-    QCOMPARE(status(thumbnail), 200);
-    // The same address for a while, so that it can be kept in a cache.
-    QCOMPARE(listed().at(0).toArray().at(4).toString(), whole);
-    constexpr qint64 hour = 60LL * 60 * 1000;
-    m_api->advance(24 * hour);
-    QCOMPARE(status(thumbnail), 200);
-    m_api->advance(hour + 1);
-    const HttpReply ended = m_api->call("GET", thumbnail, QString());
-    QCOMPARE(ended.status, 403);
-    QCOMPARE(ended.code(), QStringLiteral("expired-address"));
-    m_api->advance(20LL * 365 * 24 * hour);
-    QCOMPARE(status(address), 200);
-}
-
 /// By two daemons of the same database.
 void UploadsTest::manyCommitsAtOnceMakeOneAsset()
 {
@@ -787,44 +474,6 @@ void UploadsTest::manyCommitsAtOnceMakeOneAsset()
         QCOMPARE(HttpProbe::request(m_api->port(), "GET", addressOf(guids.constBegin()->toLatin1()))
                      .body,
                  bytes);
-    }
-}
-
-void UploadsTest::addressesLeadNowhereElse_data()
-{
-    QTest::addColumn<QByteArray>("path");
-    const auto row = [](const char *path) { QTest::newRow(path) << QByteArray(path); };
-    for (const char *path :
-         {"/a/../../../etc/passwd", "/a/%2e%2e/%2e%2e/%2e%2e/etc/passwd",
-          "/a/%2e%2e%2f%2e%2e%2f%2e%2e%2fetc%2fpasswd/x", "/a/..%2f..%2fworkspace.db/x?s=1002.x",
-          "/a/..\\..\\workspace.db/x", "/a//etc/passwd", "/a/{guid}/../../../etc/passwd",
-          "/a/{guid}/%2e%2e%2f0/x", "/a/{guid}/..%2f..%2fuploads/x", "/a/%00/x", "/a/{guid}%00/x",
-          "/a/.../x", "/a/./x"})
-        row(path);
-    for (const char *path : {"/t/../../../etc/passwd", "/t/{guid}/../256", "/t/{guid}/%2e%2e%2f256",
-                             "/t/{guid}/256%2f..%2f..", "/t/..%2f..%2fworkspace.db/256",
-                             "/t/{guid}/../../../etc/passwd"})
-        row(path);
-    for (const char *path :
-         {"/p/../../../etc/passwd", "/p/{guid}/../../workspace.db", "/p/..%2f..%2fworkspace.db/1",
-          "/p/{guid}/%2e%2e%2f%2e%2e%2fetc%2fpasswd"})
-        row(path);
-}
-
-void UploadsTest::addressesLeadNowhereElse()
-{
-    QFETCH(QByteArray, path);
-    const QByteArray guid = newAsset("what is asked for");
-    const QByteArray address = addressOf(guid);
-    QCOMPARE(HttpProbe::request(m_api->port(), "GET", address).body,
-             QByteArray("what is asked for"));
-    path.replace("{guid}", guid);
-    // With the signature of an asset, too.
-    for (const QByteArray &signature : {QByteArray(), address.mid(address.indexOf('?'))}) {
-        const HttpReply reply =
-            HttpProbe::request(m_api->port(), "GET", path.contains('?') ? path : path + signature);
-        QVERIFY2(reply.status >= 400 && reply.status < 500, reply.body.constData());
-        QVERIFY2(!reply.code().isEmpty(), reply.body.constData());
     }
 }
 
