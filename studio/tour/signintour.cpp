@@ -4,6 +4,7 @@
 
 #include "studio/sampleworkspace.h"
 #include "studio/tour/touractor.h"
+#include "studio/trustedfile.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -23,6 +24,22 @@ QString personWith(int accounts)
     throw TourFailure(QStringLiteral("the sample has nobody with %1 accounts").arg(accounts));
 }
 
+/// A service elsewhere may need a file of authorities: offered, chosen and given up.
+void tourTrust(TourActor &actor)
+{
+    actor.type(QStringLiteral("qxUrl"), QStringLiteral("https://zel.example:8443"));
+    actor.expect(actor.isShown(QStringLiteral("trustedFileButton")),
+                 QStringLiteral("an offer to trust a certificate file"));
+    actor.shoot(QStringLiteral("A service elsewhere"));
+    actor.find<TrustedFile>(QStringLiteral("trustedFile"))
+        .setFile(QStringLiteral("/etc/ssl/our company's own authorities of all its services.pem"));
+    actor.shoot(QStringLiteral("A certificate file is trusted"));
+    actor.click(QStringLiteral("trustedFileButton"));
+    actor.type(QStringLiteral("qxUrl"), QString());
+    actor.expect(!actor.isShown(QStringLiteral("trustedFileButton")),
+                 QStringLiteral("nothing of certificates for this computer's own service"));
+}
+
 } // namespace
 
 void tourSignIn(TourActor &actor)
@@ -33,6 +50,7 @@ void tourSignIn(TourActor &actor)
     actor.expect(!actor.isShown(QStringLiteral("errorBar")),
                  QStringLiteral("the service on this computer to start"));
     actor.shoot(QStringLiteral("Sign in"));
+    tourTrust(actor);
 
     actor.type(QStringLiteral("qxPassword"), QStringLiteral("not the password"));
     actor.press(Qt::Key_Return);

@@ -12,7 +12,7 @@
 namespace {
 
 constexpr int Patience = 250000; // milliseconds
-constexpr int StepsInAPart = 75;
+constexpr int StepsInAPart = 77;
 
 struct Outcome
 {
