@@ -43,6 +43,17 @@ void BlobPart::addToChecksum(qint64 offset, const char *data, qint64 count)
     m_progress.hashed += count;
 }
 
+void BlobPart::appendAll(ByteSource &bytes)
+{
+    for (;;) {
+        const QByteArray piece = bytes.read(size(), readBytes);
+        if (piece.isEmpty())
+            break;
+        append(piece.constData(), piece.size());
+    }
+    flush();
+}
+
 void BlobPart::keepProgressOf(const QString &identity, qint64 size)
 {
     if (identity.isEmpty() || m_progress.identity != identity || m_progress.hashed > size)
@@ -109,13 +120,7 @@ void BlobStore::add(const BlobId &blob, ByteSource &bytes, const QByteArrayList 
     });
     const auto storing = hold(BlobHold::Mode::Store);
     const auto part = openPart(id);
-    for (;;) {
-        const QByteArray piece = bytes.read(part->size(), readBytes);
-        if (piece.isEmpty())
-            break;
-        part->append(piece.constData(), piece.size());
-    }
-    part->flush();
+    part->appendAll(bytes);
     if (part->checksum() != blob.sha)
         throw BlobError(QStringLiteral("store %1, which has other bytes").arg(blob.sha), EINVAL);
     prepare(*part, blob.sha, thumbnails);

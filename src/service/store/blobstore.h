@@ -73,6 +73,8 @@ public:
     /// Puts what was appended where it outlives this process. Nothing may be told to have arrived
     /// before. Ending without it may lose what was appended last.
     virtual void flush() = 0;
+    /// Appends all of a source to an empty part, and writes it out.
+    void appendAll(ByteSource &bytes);
     /// SHA-256 of the whole, as 64 hexadecimal digits. Reads what it has not seen.
     QString checksum();
 

@@ -288,7 +288,6 @@ Uploads::Outcome Uploads::store(const AssetUser &user, const QString &uploadId, 
 
 Uploads::Adopted Uploads::adopt(qint64 accountId, const QString &path, const QString &name)
 {
-    constexpr qint64 pieceBytes = 256 * 1024;
     const auto source = FileSource::open(path);
     if (!source)
         throw BlobError(QStringLiteral("open ") + path, ENOENT);
@@ -298,13 +297,7 @@ Uploads::Adopted Uploads::adopt(qint64 accountId, const QString &path, const QSt
     qint64 size = 0;
     {
         const auto part = m_blobs.openPart(id);
-        for (;;) {
-            const QByteArray piece = source->read(part->size(), pieceBytes);
-            if (piece.isEmpty())
-                break;
-            part->append(piece.constData(), piece.size());
-        }
-        part->flush();
+        part->appendAll(*source);
         size = part->size();
         checksum = part->checksum();
     }
