@@ -152,7 +152,7 @@ bool PostgresServer::takeKept()
 
 void PostgresServer::keep()
 {
-    QTemporaryDir folder(keptFolder() + QLatin1String("-XXXXXX"));
+    QTemporaryDir folder(keptFolder());
     QFile password(folder.filePath(QStringLiteral("password")));
     if (!folder.isValid() || !password.open(QIODevice::WriteOnly) ||
         password.write(m_password.toLatin1()) < 0)
