@@ -177,6 +177,18 @@ public:
         ++record->version;
     }
 
+    /// The record of the theme Stage, as it is now but for its first field.
+    Studio::RecordDraft draftOfStage(const QString &text) const
+    {
+        Studio::RecordDraft draft;
+        draft.themeGuid = QStringLiteral("guid of Stage");
+        draft.themeName = QStringLiteral("Stage");
+        draft.kept = QDateTime::currentDateTimeUtc();
+        draft.entries = Studio::draftEntries(*client.dataRecords[draft.themeGuid]);
+        draft.entries[0].value.text = text;
+        return draft;
+    }
+
     QTemporaryDir folder;
     Studio::ErrorCenter errors;
     Studio::RecordDrafts drafts;

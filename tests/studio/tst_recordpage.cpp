@@ -339,13 +339,7 @@ private slots:
     void aDraftOlderThanTheServersRecordIsDecided()
     {
         RecordPageFixture f;
-        Studio::RecordDraft draft;
-        draft.themeGuid = "guid of Stage";
-        draft.themeName = "Stage";
-        draft.kept = QDateTime::currentDateTimeUtc();
-        draft.entries = Studio::draftEntries(*f.client.dataRecords["guid of Stage"]);
-        draft.entries[0].value.text = "Summer";
-        QCOMPARE(f.drafts.begin()->keep(draft), QString());
+        QCOMPARE(f.drafts.begin()->keep(f.draftOfStage("Summer")), QString());
         f.saveElsewhere(1, "Winter");
         QVERIFY(
             inConflict([&] { f.errors.attempt([&] { f.page.resume(f.drafts.waiting().at(0)); }); },
@@ -365,13 +359,7 @@ private slots:
     void aDraftGivenUpForTheServersValuesIsGone()
     {
         RecordPageFixture f;
-        Studio::RecordDraft draft;
-        draft.themeGuid = "guid of Stage";
-        draft.themeName = "Stage";
-        draft.kept = QDateTime::currentDateTimeUtc();
-        draft.entries = Studio::draftEntries(*f.client.dataRecords["guid of Stage"]);
-        draft.entries[0].value.text = "Summer";
-        QCOMPARE(f.drafts.begin()->keep(draft), QString());
+        QCOMPARE(f.drafts.begin()->keep(f.draftOfStage("Summer")), QString());
         f.saveElsewhere(1, "Winter");
         QVERIFY(
             inConflict([&] { f.errors.attempt([&] { f.page.resume(f.drafts.waiting().at(0)); }); },
@@ -388,13 +376,8 @@ private slots:
     void aDraftStaysWhoseOnlyChangeHasNoFieldAnyMore()
     {
         RecordPageFixture f;
-        Studio::RecordDraft draft;
-        draft.themeGuid = "guid of Stage";
-        draft.themeName = "Stage";
-        draft.kept = QDateTime::currentDateTimeUtc();
-        draft.entries = Studio::draftEntries(*f.client.dataRecords["guid of Stage"]);
+        Studio::RecordDraft draft = f.draftOfStage("Summer");
         draft.entries[0].label = "Motto";
-        draft.entries[0].value.text = "Summer";
         QCOMPARE(f.drafts.begin()->keep(draft), QString());
         QVERIFY(
             inConflict([&] { f.errors.attempt([&] { f.page.resume(f.drafts.waiting().at(0)); }); },
