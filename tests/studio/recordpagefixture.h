@@ -6,6 +6,7 @@
 #include "records/datarecordmanager.h"
 #include "studio/errorcenter.h"
 #include "studio/recorddrafts.h"
+#include "studio/recordmerge.h"
 #include "studio/recordpage.h"
 #include "tests/studio/studiotesting.h"
 #include "testsupport/recordingclient.h"
