@@ -3,8 +3,8 @@
 //
 // bench_service [sqlite|postgres|both]
 // What a service bears, on SQLite and on PostgreSQL: small calls, a large answer, a long list, a
-// large upload, signing in, and one who works beside 200 who do nothing. Each line states what is
-// measured, our figure, that of a peer, and their ratio.
+// large upload, signing in, one who works beside 200 who do nothing, and what TLS adds. Each line
+// states what is measured, our figure, that of a peer, and their ratio.
 #include "audiencefill.h"
 #include "barescan.h"
 #include "keptconnection.h"
@@ -12,6 +12,7 @@
 #include "service/store/passwordhasher.h"
 #include "tests/contract/postgresserver.h"
 #include "tests/contract/serviceprocess.h"
+#include "tests/contract/testauthority.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -22,6 +23,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <sqlite3.h>
@@ -39,6 +41,7 @@ constexpr int smallCalls = 2000;
 constexpr int signInThreads = 2; // as many as the service hashes at once
 constexpr int callers = 8;
 constexpr int idleClients = 200;
+constexpr int newConnections = 200;
 constexpr qint64 listedViews = 100'000;
 constexpr qint64 largeAnswer = 10 * 1024 * 1024;
 constexpr std::chrono::milliseconds span{3000};
@@ -56,8 +59,14 @@ class Service
 {
 public:
     /// @param cost of the hash of passwords: "minimal" or "interactive"
-    explicit Service(bool postgres, const char *cost = "minimal")
+    /// @param authority signs what the service encrypts with; plain HTTP when null
+    explicit Service(bool postgres, const char *cost = "minimal",
+                     ZelTest::TestAuthority *authority = nullptr)
     {
+        if (authority) {
+            m_process.tls = authority->make();
+            m_caFile = authority->caFile();
+        }
         if (postgres) {
             if (!m_server.start())
                 throw std::runtime_error(m_server.error().toStdString());
@@ -68,14 +77,17 @@ public:
             throw std::runtime_error(m_process.error().toStdString());
     }
 
-    quint16 port() const { return m_process.port(); }
-
     ZelTest::ServiceProcess &process() { return m_process; }
 
-    /// A connection that is signed in.
-    std::unique_ptr<KeptConnection> connection()
+    std::unique_ptr<KeptConnection> stranger() const
     {
-        auto kept = std::make_unique<KeptConnection>(port());
+        return std::make_unique<KeptConnection>(m_process.port(), m_caFile);
+    }
+
+    /// A connection that is signed in.
+    std::unique_ptr<KeptConnection> connection() const
+    {
+        auto kept = stranger();
         const QByteArray token =
             QJsonDocument::fromJson(kept->call("POST", "/v1/sessions", 201, signInBody))
                 .object()
@@ -89,6 +101,9 @@ public:
 
     void signIn(HttpServiceClient &client)
     {
+        QXSC::NetworkPolicy policy;
+        policy.caFile = m_caFile;
+        client.setNetworkPolicy(policy);
         bool ok = false;
         client.authenticate(m_process.address(), QStringLiteral("maja"),
                             QStringLiteral("sample-maja"), QStringLiteral("bench_service"),
@@ -105,6 +120,7 @@ public:
 private:
     ZelTest::PostgresServer m_server; // outlives the service
     ZelTest::ServiceProcess m_process;
+    QString m_caFile;
 };
 
 double medianMicroseconds(int count, const std::function<void()> &call)
@@ -202,7 +218,7 @@ void measureIdle(Service &service)
     const double alone = medianMicroseconds(smallCalls, read);
     std::vector<std::unique_ptr<KeptConnection>> idle;
     for (int i = 0; i < idleClients; ++i) {
-        idle.push_back(std::make_unique<KeptConnection>(service.port()));
+        idle.push_back(service.stranger());
         idle.back()->call("GET", "/healthz");
     }
     line("small call beside 200 idle clients", medianMicroseconds(smallCalls, read), "us",
@@ -233,11 +249,9 @@ double readFile(const QString &path)
     return medianOf(times);
 }
 
-void measureLargeAnswer(Service &service)
+/// Milliseconds of downloading a file of `largeAnswer` bytes.
+double largeAnswerTime(Service &service, const QString &path)
 {
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("answer.bin"));
-    makeFile(path, largeAnswer / 1024 / 1024);
     HttpServiceClient client;
     service.signIn(client);
     const QString guid = makeAsset(client, path);
@@ -250,7 +264,44 @@ void measureLargeAnswer(Service &service)
                 throw std::runtime_error("an answer is not whole");
         }));
     }
-    line("answer of 10 MiB", medianOf(times), "ms", "reading the file", readFile(path));
+    return medianOf(times);
+}
+
+void measureLargeAnswer(Service &service)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("answer.bin"));
+    makeFile(path, largeAnswer / 1024 / 1024);
+    line("answer of 10 MiB", largeAnswerTime(service, path), "ms", "reading the file",
+         readFile(path));
+}
+
+/// What encryption adds, whatever the database.
+void measureTls()
+{
+    std::printf("\n%s\n", "TLS");
+    ZelTest::TestAuthority authority;
+    Service encrypting(false, "minimal", &authority);
+    Service plain(false);
+    const auto connecting = [](const Service &service) {
+        return medianMicroseconds(newConnections,
+                                  [&] { service.stranger()->call("GET", "/healthz"); });
+    };
+    const auto reading = [](const Service &service) {
+        const auto connection = service.connection();
+        const auto read = [&] { connection->call("GET", readTarget); };
+        medianMicroseconds(smallCalls, read); // opens what is opened once
+        return medianMicroseconds(smallCalls, read);
+    };
+    line("first call of a connection by TLS", connecting(encrypting), "us", "by plain HTTP",
+         connecting(plain));
+    line("small call, session and one read, by TLS", reading(encrypting), "us", "by plain HTTP",
+         reading(plain));
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("answer.bin"));
+    makeFile(path, largeAnswer / 1024 / 1024);
+    line("answer of 10 MiB by TLS", largeAnswerTime(encrypting, path), "ms", "by plain HTTP",
+         largeAnswerTime(plain, path));
 }
 
 double psqlToNowhere(const Zel::DatabaseAddress &address, const QByteArray &sql)
@@ -301,7 +352,7 @@ void measureSignIns(bool postgres)
     // The first one stores a hash of that cost in place of the sample's.
     service.connection();
     const double ours = rate(signInThreads, [&]() -> std::function<void()> {
-        const auto own = std::make_shared<KeptConnection>(service.port());
+        const std::shared_ptr<KeptConnection> own = service.stranger();
         return [own] { own->call("POST", "/v1/sessions", 201, Service::signInBody); };
     });
     const auto hasher =
@@ -360,11 +411,13 @@ int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     const QByteArray which = argc > 1 ? argv[1] : "both";
+    std::signal(SIGPIPE, SIG_IGN); // a service that is gone is an error to be told
     try {
         if (which != "postgres")
             measure(false);
         if (which != "sqlite")
             measure(true);
+        measureTls();
     } catch (const std::exception &error) {
         std::fprintf(stderr, "bench_service: %s\n", error.what());
         return 1;

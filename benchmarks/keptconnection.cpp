@@ -7,14 +7,23 @@
 
 #include <arpa/inet.h>
 #include <netinet/tcp.h>
+#include <openssl/ssl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace Bench {
 
-KeptConnection::KeptConnection(quint16 port)
+KeptConnection::KeptConnection(quint16 port, const QString &caFile)
     : m_handle(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    , m_tls(nullptr, SSL_free)
     , m_host("Host: 127.0.0.1:" + QByteArray::number(port) + "\r\n")
+{
+    connect(port);
+    if (!caFile.isEmpty())
+        encrypt(caFile);
+}
+
+void KeptConnection::connect(quint16 port)
 {
     sockaddr_in server = {};
     server.sin_family = AF_INET;
@@ -24,6 +33,19 @@ KeptConnection::KeptConnection(quint16 port)
     ::setsockopt(m_handle, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     if (::connect(m_handle, reinterpret_cast<sockaddr *>(&server), sizeof server) != 0)
         throw std::runtime_error("the service does not take a connection");
+}
+
+void KeptConnection::encrypt(const QString &caFile)
+{
+    const std::unique_ptr<SSL_CTX, void (*)(SSL_CTX *)> context(SSL_CTX_new(TLS_client_method()),
+                                                                SSL_CTX_free);
+    SSL_CTX_set_verify(context.get(), SSL_VERIFY_PEER, nullptr);
+    if (SSL_CTX_load_verify_file(context.get(), caFile.toUtf8().constData()) != 1)
+        throw std::runtime_error("the authority cannot be read");
+    m_tls.reset(SSL_new(context.get()));
+    X509_VERIFY_PARAM_set1_ip_asc(SSL_get0_param(m_tls.get()), "127.0.0.1");
+    if (SSL_set_fd(m_tls.get(), m_handle) != 1 || SSL_connect(m_tls.get()) != 1)
+        throw std::runtime_error("the service and this program do not agree how to encrypt");
 }
 
 KeptConnection::~KeptConnection()
@@ -38,18 +60,27 @@ void KeptConnection::send(const QByteArray &method, const QByteArray &target,
     if (!body.isNull())
         text += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
     text += "\r\n" + body;
-    if (::send(m_handle, text.constData(), static_cast<std::size_t>(text.size()), MSG_NOSIGNAL) !=
-        text.size())
+    const auto length = static_cast<std::size_t>(text.size());
+    const qsizetype sent = m_tls
+                               ? SSL_write(m_tls.get(), text.constData(), static_cast<int>(length))
+                               : ::send(m_handle, text.constData(), length, MSG_NOSIGNAL);
+    if (sent != text.size())
         throw std::runtime_error("the service does not take a request");
 }
 
 void KeptConnection::readMore()
 {
     std::array<char, 16 * 1024> piece;
-    const ssize_t count = ::recv(m_handle, piece.data(), piece.size(), 0);
+    m_buffer.append(piece.data(), receive(piece.data(), piece.size()));
+}
+
+qsizetype KeptConnection::receive(char *bytes, qsizetype atMost)
+{
+    const qsizetype count = m_tls ? SSL_read(m_tls.get(), bytes, static_cast<int>(atMost))
+                                  : ::recv(m_handle, bytes, static_cast<std::size_t>(atMost), 0);
     if (count <= 0)
         throw std::runtime_error("the service ended a connection");
-    m_buffer.append(piece.data(), count);
+    return count;
 }
 
 qint64 KeptConnection::readHead(int status)
@@ -89,13 +120,8 @@ qint64 KeptConnection::download(const QByteArray &target)
     qint64 left = length - m_buffer.size();
     m_buffer.clear();
     QByteArray piece(256 * 1024, Qt::Uninitialized);
-    while (left > 0) {
-        const ssize_t count =
-            ::recv(m_handle, piece.data(), static_cast<std::size_t>(piece.size()), 0);
-        if (count <= 0)
-            throw std::runtime_error("the service ended a connection");
-        left -= count;
-    }
+    while (left > 0)
+        left -= receive(piece.data(), piece.size());
     return length;
 }
 

@@ -3,6 +3,11 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+struct ssl_st;
 
 namespace Bench {
 
@@ -11,7 +16,8 @@ namespace Bench {
 class KeptConnection
 {
 public:
-    explicit KeptConnection(quint16 port);
+    /// @param caFile the PEM file of the authority to trust; plain HTTP when empty
+    explicit KeptConnection(quint16 port, const QString &caFile = QString());
     ~KeptConnection();
     KeptConnection(const KeptConnection &) = delete;
     KeptConnection &operator=(const KeptConnection &) = delete;
@@ -27,12 +33,17 @@ public:
     qint64 download(const QByteArray &target);
 
 private:
+    void connect(quint16 port);
+    void encrypt(const QString &caFile);
     void send(const QByteArray &method, const QByteArray &target, const QByteArray &body);
     /// Returns how long the body is; what came of it already is left in the buffer.
     qint64 readHead(int status);
     void readMore();
+    /// Some bytes that have come, at least one.
+    qsizetype receive(char *bytes, qsizetype atMost);
 
     int m_handle = -1;
+    std::unique_ptr<ssl_st, void (*)(ssl_st *)> m_tls;
     QByteArray m_host;
     QByteArray m_headers;
     QByteArray m_buffer;

@@ -9,37 +9,28 @@
 
 namespace Zel::Service {
 
-Housekeeper::Housekeeper(std::chrono::milliseconds every, std::function<void()> work)
+Housekeeper::Housekeeper(std::chrono::milliseconds every, Work work)
     : m_every(every)
     , m_work(std::move(work))
-    , m_thread([this] { run(); })
+    , m_thread([this](const std::stop_token &stop) { run(stop); })
 {
-}
-
-Housekeeper::~Housekeeper()
-{
-    {
-        const std::lock_guard lock(m_mutex);
-        m_ending = true;
-    }
-    m_changed.notify_all();
-    m_thread.join();
 }
 
 /// False when there is nothing more to be done.
-bool Housekeeper::pause(std::chrono::milliseconds about)
+bool Housekeeper::pause(std::chrono::milliseconds about, const std::stop_token &stop)
 {
     const double part = 0.5 + QRandomGenerator::global()->generateDouble();
     std::unique_lock lock(m_mutex);
-    return !m_changed.wait_for(lock, about * part, [this] { return m_ending; });
+    m_stopped.wait_for(lock, stop, about * part, [] { return false; });
+    return !stop.stop_requested();
 }
 
-void Housekeeper::run()
+void Housekeeper::run(const std::stop_token &stop)
 {
     constexpr int firstPart = 60;
-    for (auto about = m_every / firstPart; pause(about); about = m_every) {
+    for (auto about = m_every / firstPart; pause(about, stop); about = m_every) {
         try {
-            m_work();
+            m_work(stop);
         } catch (const std::exception &error) {
             logLine("error", {{"event", QStringLiteral("housekeeping failed")},
                               {"cause", QString::fromUtf8(error.what())}});
@@ -47,15 +38,29 @@ void Housekeeper::run()
     }
 }
 
-void tidyUp(Store &store)
+namespace {
+
+void purgeTrash(Store &store, const std::stop_token &stop)
 {
-    while (store.repeats.forgetExpired() > 0) {
-    }
-    store.uploads.forgetExpired();
-    const auto purged = store.assets.purgeUnlessBusy(store.clock() - Assets::trashTimeMs);
-    if (purged.value_or(0) > 0)
+    const qint64 deletedBefore = store.clock() - Assets::trashTimeMs;
+    qint64 all = 0;
+    for (qint64 gone = Assets::purgedAtOnce; gone == Assets::purgedAtOnce && !stop.stop_requested();
+         all += gone)
+        gone = store.assets.purgeUnlessBusy(deletedBefore).value_or(0);
+    if (all > 0)
         logLine("info",
-                {{"event", QStringLiteral("trash purged")}, {"assets", QString::number(*purged)}});
+                {{"event", QStringLiteral("trash purged")}, {"assets", QString::number(all)}});
+}
+
+} // namespace
+
+void tidyUp(Store &store, const std::stop_token &stop)
+{
+    while (!stop.stop_requested() && store.repeats.forgetExpired() > 0) {
+    }
+    if (!stop.stop_requested())
+        store.uploads.forgetExpired();
+    purgeTrash(store, stop);
 }
 
 } // namespace Zel::Service

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <stop_token>
 #include <thread>
 
 namespace Zel {
@@ -23,27 +24,28 @@ namespace Zel::Service {
 class ZEL_EXPORT Housekeeper
 {
 public:
-    Housekeeper(std::chrono::milliseconds every, std::function<void()> work);
-    /// Waits for work that is being done.
-    ~Housekeeper();
+    /// What is done; a stop is requested of it when this object goes, which waits for it.
+    using Work = std::function<void(const std::stop_token &stop)>;
+
+    Housekeeper(std::chrono::milliseconds every, Work work);
     Housekeeper(const Housekeeper &) = delete;
     Housekeeper &operator=(const Housekeeper &) = delete;
 
 private:
-    void run();
-    bool pause(std::chrono::milliseconds about);
+    void run(const std::stop_token &stop);
+    bool pause(std::chrono::milliseconds about, const std::stop_token &stop);
 
     std::chrono::milliseconds m_every;
-    std::function<void()> m_work;
+    Work m_work;
     std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_ending = false;
-    std::thread m_thread; ///< last, so that all it uses is there
+    std::condition_variable_any m_stopped;
+    std::jthread m_thread; ///< last, so that all it uses is there
 };
 
 /// Forgets answers that were kept for their time, uploads that were not finished in time and what
 /// has lain in the trash for longer than it has to. Leaves the trash to the next time when somebody
-/// is storing files. Several daemons may do it at the same time.
-ZEL_EXPORT void tidyUp(Store &store);
+/// is storing files, and what is left of all to the next time when a stop is requested. Several
+/// daemons may do it at the same time.
+ZEL_EXPORT void tidyUp(Store &store, const std::stop_token &stop = {});
 
 } // namespace Zel::Service

@@ -242,7 +242,8 @@ int serveCommand(const QStringList &arguments)
     logLine("info",
             {{"event", QStringLiteral("started")}, {"database", database.address().display()}});
 
-    const Housekeeper housekeeper(housekeepingTime, [&store] { tidyUp(store); });
+    const Housekeeper housekeeper(housekeepingTime,
+                                  [&store](const std::stop_token &stop) { tidyUp(store, stop); });
     QCoreApplication::exec();
     watch.restoreSignals();
     logLine("info", {{"event", QStringLiteral("stopping")}});

@@ -272,15 +272,10 @@ qint64 Assets::purge(qint64 deletedBefore)
 
 std::optional<qint64> Assets::purgeUnlessBusy(qint64 deletedBefore)
 {
-    std::optional<qint64> all;
-    for (qint64 gone = purgedAtOnce; gone == purgedAtOnce;) {
-        const auto hold = m_blobs.hold(BlobHold::Mode::ClearNow);
-        if (!hold)
-            break;
-        gone = purgeSome(deletedBefore);
-        all = all.value_or(0) + gone;
-    }
-    return all;
+    const auto hold = m_blobs.hold(BlobHold::Mode::ClearNow);
+    if (!hold)
+        return std::nullopt;
+    return purgeSome(deletedBefore);
 }
 
 /// Under a hold for clearing.

@@ -101,8 +101,8 @@ public:
     /// former previews of themes, and files of uploads that were refused. Returns how many assets
     /// that were.
     qint64 purge(qint64 deletedBefore);
-    /// The same unless somebody else is storing or clearing bytes right now; nothing then. Ends
-    /// early when somebody comes to do so.
+    /// The same of `purgedAtOnce` assets at the most, unless somebody else is storing or clearing
+    /// bytes right now; nothing then.
     std::optional<qint64> purgeUnlessBusy(qint64 deletedBefore);
 
     /// Notes that a blob is there. Only inside a transaction.
