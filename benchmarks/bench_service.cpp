@@ -66,6 +66,7 @@ public:
         if (authority) {
             m_process.tls = authority->make();
             m_caFile = authority->caFile();
+            m_trust = KeptConnection::trustIn(m_caFile);
         }
         if (postgres) {
             if (!m_server.start())
@@ -81,7 +82,7 @@ public:
 
     std::unique_ptr<KeptConnection> stranger() const
     {
-        return std::make_unique<KeptConnection>(m_process.port(), m_caFile);
+        return std::make_unique<KeptConnection>(m_process.port(), m_trust);
     }
 
     /// A connection that is signed in.
@@ -121,6 +122,7 @@ private:
     ZelTest::PostgresServer m_server; // outlives the service
     ZelTest::ServiceProcess m_process;
     QString m_caFile;
+    KeptConnection::Trust m_trust; ///< null without TLS
 };
 
 double medianMicroseconds(int count, const std::function<void()> &call)

@@ -13,14 +13,23 @@
 
 namespace Bench {
 
-KeptConnection::KeptConnection(quint16 port, const QString &caFile)
+KeptConnection::Trust KeptConnection::trustIn(const QString &caFile)
+{
+    Trust trust(SSL_CTX_new(TLS_client_method()), SSL_CTX_free);
+    SSL_CTX_set_verify(trust.get(), SSL_VERIFY_PEER, nullptr);
+    if (SSL_CTX_load_verify_file(trust.get(), caFile.toUtf8().constData()) != 1)
+        throw std::runtime_error("the authority cannot be read");
+    return trust;
+}
+
+KeptConnection::KeptConnection(quint16 port, const Trust &trust)
     : m_handle(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     , m_tls(nullptr, SSL_free)
     , m_host("Host: 127.0.0.1:" + QByteArray::number(port) + "\r\n")
 {
     connect(port);
-    if (!caFile.isEmpty())
-        encrypt(caFile);
+    if (trust)
+        encrypt(trust.get());
 }
 
 void KeptConnection::connect(quint16 port)
@@ -35,14 +44,9 @@ void KeptConnection::connect(quint16 port)
         throw std::runtime_error("the service does not take a connection");
 }
 
-void KeptConnection::encrypt(const QString &caFile)
+void KeptConnection::encrypt(ssl_ctx_st *trust)
 {
-    const std::unique_ptr<SSL_CTX, void (*)(SSL_CTX *)> context(SSL_CTX_new(TLS_client_method()),
-                                                                SSL_CTX_free);
-    SSL_CTX_set_verify(context.get(), SSL_VERIFY_PEER, nullptr);
-    if (SSL_CTX_load_verify_file(context.get(), caFile.toUtf8().constData()) != 1)
-        throw std::runtime_error("the authority cannot be read");
-    m_tls.reset(SSL_new(context.get()));
+    m_tls.reset(SSL_new(trust));
     X509_VERIFY_PARAM_set1_ip_asc(SSL_get0_param(m_tls.get()), "127.0.0.1");
     if (SSL_set_fd(m_tls.get(), m_handle) != 1 || SSL_connect(m_tls.get()) != 1)
         throw std::runtime_error("the service and this program do not agree how to encrypt");

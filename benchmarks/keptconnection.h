@@ -7,6 +7,7 @@
 
 #include <memory>
 
+struct ssl_ctx_st;
 struct ssl_st;
 
 namespace Bench {
@@ -16,8 +17,13 @@ namespace Bench {
 class KeptConnection
 {
 public:
-    /// @param caFile the PEM file of the authority to trust; plain HTTP when empty
-    explicit KeptConnection(quint16 port, const QString &caFile = QString());
+    /// Whom encrypted connections trust.
+    using Trust = std::shared_ptr<ssl_ctx_st>;
+    /// The authority in a PEM file, and nobody else.
+    static Trust trustIn(const QString &caFile);
+
+    /// Plain HTTP without trust.
+    explicit KeptConnection(quint16 port, const Trust &trust = nullptr);
     ~KeptConnection();
     KeptConnection(const KeptConnection &) = delete;
     KeptConnection &operator=(const KeptConnection &) = delete;
@@ -34,7 +40,7 @@ public:
 
 private:
     void connect(quint16 port);
-    void encrypt(const QString &caFile);
+    void encrypt(ssl_ctx_st *trust);
     void send(const QByteArray &method, const QByteArray &target, const QByteArray &body);
     /// Returns how long the body is; what came of it already is left in the buffer.
     qint64 readHead(int status);
