@@ -236,8 +236,8 @@ void StatisticsPage::load()
                                    Qt::UserRole + 1);
     }
     if (deployments.isEmpty()) {
-        showEmpty(tr("\"%1\" has no deployment yet. There is something to report as soon as it is "
-                     "published.")
+        showEmpty(tr("\"%1\" has no deployment yet. There is something to report as soon as an "
+                     "audience can watch it.")
                       .arg(name),
                   true);
         return;
