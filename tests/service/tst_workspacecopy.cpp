@@ -378,7 +378,7 @@ void WorkspaceCopyTest::copiesManyRowsInTheMemoryOfFew()
 {
     QFETCH(bool, postgres);
 #if defined(__SANITIZE_ADDRESS__)
-    constexpr qint64 most = 400LL * 1024 * 1024; // freed memory is kept back for a while
+    constexpr qint64 most = 1024LL * 1024 * 1024; // freed memory is kept back for a while
 #else
     constexpr qint64 most = 12LL * 1024 * 1024;
 #endif
