@@ -250,7 +250,7 @@ void LostConnectionsTest::repeatsAForcedConflict()
 void LostConnectionsTest::givesUpAfterTheLimit()
 {
     refuseRows(*m_database, QStringLiteral("account"), conflict, always);
-    m_database->setRetryLimit(100ms);
+    m_database->setRetryLimit(500ms);
     int runs = 0;
     const DatabaseError error = errorOf([&] {
         m_database->tx([&] {
