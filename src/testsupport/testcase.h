@@ -5,6 +5,16 @@
 #include "platform/core/export.h"
 
 #include <QObject>
+#include <QTest>
+
+// Qt waits for five seconds, which a busy machine may take to start what is waited for. Who waits
+// in vain waits longer; nobody else does.
+#undef QTRY_VERIFY
+#undef QTRY_VERIFY2
+#undef QTRY_COMPARE
+#define QTRY_VERIFY(expr) QTRY_VERIFY_WITH_TIMEOUT(expr, 30'000)
+#define QTRY_VERIFY2(expr, message) QTRY_VERIFY2_WITH_TIMEOUT(expr, message, 30'000)
+#define QTRY_COMPARE(expr, expected) QTRY_COMPARE_WITH_TIMEOUT(expr, expected, 30'000)
 
 namespace ZelTest {
 
